@@ -1,0 +1,41 @@
+# bigimgpreview_target(TARGET): what every target of the project has in common.
+function(bigimgpreview_target target)
+    target_compile_features(${target} PUBLIC cxx_std_17)
+    set_target_properties(${target} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON
+        POSITION_INDEPENDENT_CODE ON)
+    target_compile_definitions(${target} PRIVATE
+        QT_NO_CAST_TO_ASCII
+        QT_NO_CAST_FROM_ASCII
+        QT_NO_KEYWORDS
+        QT_USE_QSTRINGBUILDER
+        QT_DEPRECATED_WARNINGS
+        QT_DISABLE_DEPRECATED_BEFORE=0x050C00)
+    if(MSVC)
+        target_compile_options(${target} PRIVATE /W4 /WX /utf-8)
+    else()
+        target_compile_options(${target} PRIVATE
+            -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+    endif()
+endfunction()
+
+# bigimgpreview_plugin(TARGET): a module that a host loads at run time.
+function(bigimgpreview_plugin target)
+    bigimgpreview_target(${target})
+    set_target_properties(${target} PROPERTIES
+        LIBRARY_OUTPUT_DIRECTORY "${BIGIMGPREVIEW_PLUGIN_OUTPUT_DIRECTORY}"
+        RUNTIME_OUTPUT_DIRECTORY "${BIGIMGPREVIEW_PLUGIN_OUTPUT_DIRECTORY}"
+        INSTALL_RPATH "$ORIGIN/../..")
+    install(TARGETS ${target}
+        LIBRARY DESTINATION "${BIGIMGPREVIEW_PLUGIN_INSTALL_DIR}"
+        RUNTIME DESTINATION "${BIGIMGPREVIEW_PLUGIN_INSTALL_DIR}")
+endfunction()
+
+# bigimgpreview_precompile(TARGET header…): precompiled headers where they are switched on.
+function(bigimgpreview_precompile target)
+    if(BIGIMGPREVIEW_PCH)
+        target_precompile_headers(${target} PRIVATE ${ARGN})
+    endif()
+endfunction()

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QtPlugin>
+
+/** Where the base module keeps what it made of one file. The files need not exist yet. */
+struct RenditionPaths {
+    QString largePreview; ///< The large rendition; reading it through the decoder makes it where it is missing.
+    QString thumbnail;    ///< The thumbnail, in the desktop's shared thumbnail folder.
+};
+
+/**
+ * What the host application asks of its own base module beyond the interface that previews know: where renditions
+ * stand, and which files will be looked at next. Reached with qobject_cast from the base module's root object.
+ *
+ * Owner: the base module. Thread: GUI thread only, except renditionPaths.
+ */
+class IHostAnalysis {
+public:
+    /**
+     * The rendition paths of a file in this state (bytes, milliseconds since 1970). Any thread; touches no disk; a
+     * changed file has other paths than before.
+     */
+    virtual RenditionPaths renditionPaths(const QString &path, qint64 nSize, qint64 nModifiedMsec) = 0;
+
+    /**
+     * The files that will probably be shown next, the most probable first. They are decoded ahead within the byte
+     * budget; files decoded ahead that are not named any more are dropped, decodes under way for them are cancelled.
+     */
+    virtual void setFilesAhead(const QStringList &paths) = 0;
+
+    /** Byte budget for pictures decoded ahead; 0 switches decoding ahead off. */
+    virtual void setAheadBudget(qint64 nBytes) = 0;
+
+    /** Ends all background work and waits for it; called once before the host ends. */
+    virtual void shutdown() = 0;
+
+protected:
+    ~IHostAnalysis() = default;
+};
+
+Q_DECLARE_INTERFACE(IHostAnalysis, "BigImgPreview.Host.IHostAnalysis/1.0")

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QtGlobal>
+
+#if defined(BIGIMGPREVIEW_INTERFACES_LIBRARY)
+#define BIGIMGPREVIEW_SDK_EXPORT Q_DECL_EXPORT
+#else
+#define BIGIMGPREVIEW_SDK_EXPORT Q_DECL_IMPORT
+#endif

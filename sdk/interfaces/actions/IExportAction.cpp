@@ -1,0 +1,8 @@
+#include "interfaces/actions/IExportAction.h"
+
+IExportAction::IExportAction(QObject *pParent)
+    : QObject(pParent)
+{
+}
+
+IExportAction::~IExportAction() = default;

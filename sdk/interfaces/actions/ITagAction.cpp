@@ -1,0 +1,8 @@
+#include "interfaces/actions/ITagAction.h"
+
+ITagAction::ITagAction(QObject *pParent)
+    : QObject(pParent)
+{
+}
+
+ITagAction::~ITagAction() = default;

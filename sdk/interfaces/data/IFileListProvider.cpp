@@ -1,0 +1,8 @@
+#include "interfaces/data/IFileListProvider.h"
+
+IFileListProvider::IFileListProvider(QObject *pParent)
+    : QObject(pParent)
+{
+}
+
+IFileListProvider::~IFileListProvider() = default;

@@ -1,0 +1,8 @@
+#include "interfaces/services/ITSCacheManager.h"
+
+ITSCacheManager::ITSCacheManager(QObject *pParent)
+    : QObject(pParent)
+{
+}
+
+ITSCacheManager::~ITSCacheManager() = default;
