@@ -1,0 +1,218 @@
+#include "common/CResourceItem.h"
+
+#include "common/ZoomModel.h"
+
+#include <QGraphicsSceneWheelEvent>
+#include <QPainter>
+#include <QRadialGradient>
+#include <QStyleOptionGraphicsItem>
+
+#include <cmath>
+
+namespace {
+
+constexpr int AnimationSpeedPercent = 121;
+constexpr int CircleSide = 360;
+constexpr int HaloRadius = 186;
+constexpr double WheelFactorIn = 1.1;
+constexpr double WheelFactorOut = 0.9;
+constexpr double WheelShift = 0.1;
+
+QPoint centredTopLeft(const QSize &size)
+{
+    return {-(size.width() / 2), -(size.height() / 2)};
+}
+
+} // namespace
+
+CResourceItem::CResourceItem(const QPixmap *pPicture, QSize size)
+{
+    Q_UNUSED(size)
+    setFlag(QGraphicsItem::ItemUsesExtendedStyleOption);
+    if (pPicture != nullptr)
+        m_picture = *pPicture;
+}
+
+CResourceItem::~CResourceItem() = default;
+
+double CResourceItem::setPicture(const QPixmap &picture, const QVector<QImage> &levels, QSize viewSize,
+                                 const QString &path, int nLoadFactor)
+{
+    prepareGeometryChange();
+    releaseAnimation();
+    m_picture = picture;
+    m_levels.clear();
+    for (const QImage &level : levels)
+        m_levels.append(QPixmap::fromImage(level, Qt::NoOpaqueDetection));
+    m_filePath = path;
+    resetPose();
+    update();
+    return ZoomModel::fitToWindowTarget(viewSize, picture.size()).value_or(1.0) * nLoadFactor;
+}
+
+void CResourceItem::setDrawMode(int nDrawMode)
+{
+    m_nDrawMode = nDrawMode;
+    update();
+}
+
+void CResourceItem::playAnimation(const QByteArray &fileData)
+{
+    releaseAnimation();
+    auto pData = std::make_unique<QBuffer>();
+    pData->setData(fileData);
+    pData->open(QIODevice::ReadOnly);
+    auto pMovie = std::make_unique<QMovie>(pData.get());
+    if (!pMovie->isValid())
+        return;
+    pMovie->setSpeed(AnimationSpeedPercent);
+    // The item is repainted once for each frame: continuously while it plays, not at all while nothing moves.
+    QObject::connect(pMovie.get(), &QMovie::updated, pMovie.get(), [this] { update(); });
+    m_pAnimationData = std::move(pData);
+    m_pAnimation = std::move(pMovie);
+    m_pAnimation->start();
+    setDrawMode(DrawAnimation);
+}
+
+void CResourceItem::releaseAnimation()
+{
+    if (m_pAnimation == nullptr)
+        return;
+    m_pAnimation.reset();
+    m_pAnimationData.reset();
+    if (m_nDrawMode == DrawAnimation)
+        setDrawMode(DrawStill);
+}
+
+void CResourceItem::turnBy(double fDegrees)
+{
+    m_fTurn += fDegrees;
+    m_bTurned = !qFuzzyIsNull(std::fmod(m_fTurn, 360.0));
+    applyPose();
+}
+
+void CResourceItem::flipHorizontally()
+{
+    // Mirroring a turned picture on the screen is the same as mirroring it first and turning it the other way.
+    m_bFlipped = !m_bFlipped;
+    m_fTurn = -m_fTurn;
+    applyPose();
+}
+
+void CResourceItem::resetPose()
+{
+    m_fTurn = 0.0;
+    m_bTurned = false;
+    m_bFlipped = false;
+    setPos(0.0, 0.0);
+    applyPose();
+}
+
+void CResourceItem::applyPose()
+{
+    // QGraphicsItem turns before it applies the transformation, so behind a mirror the turn runs backwards.
+    setTransform(m_bFlipped ? QTransform::fromScale(-1.0, 1.0) : QTransform());
+    setRotation(m_bFlipped ? -m_fTurn : m_fTurn);
+}
+
+QSize CResourceItem::pictureSize() const
+{
+    return m_picture.size();
+}
+
+QSizeF CResourceItem::shownSize() const
+{
+    return QTransform().rotate(m_fTurn).mapRect(QRectF(QPointF(), QSizeF(m_picture.size()))).size();
+}
+
+QRectF CResourceItem::boundingRect() const
+{
+    return {centredTopLeft(m_picture.size()), m_picture.size()};
+}
+
+void CResourceItem::paint(QPainter *pPainter, const QStyleOptionGraphicsItem *pOption, QWidget *pWidget)
+{
+    Q_UNUSED(pWidget)
+    pPainter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    switch (m_nDrawMode) {
+    case DrawAnimation:
+        if (m_pAnimation != nullptr) {
+            const QPixmap frame = m_pAnimation->currentPixmap();
+            pPainter->drawPixmap(centredTopLeft(frame.size()), frame);
+        }
+        break;
+    case DrawPage:
+    case DrawStillAlternative:
+    case DrawStill:
+        paintStill(pPainter, pOption->exposedRect);
+        break;
+    case DrawCircle:
+        paintCircle(pPainter);
+        break;
+    default:
+        break;
+    }
+}
+
+const QPixmap &CResourceItem::levelFor(double fDeviceScale) const
+{
+    const QPixmap *pBest = &m_picture;
+    for (const QPixmap &level : m_levels) {
+        if (level.width() < m_picture.width() * fDeviceScale || level.height() < m_picture.height() * fDeviceScale)
+            break;
+        pBest = &level;
+    }
+    return *pBest;
+}
+
+void CResourceItem::paintStill(QPainter *pPainter, const QRectF &exposed) const
+{
+    const QRectF bounds = boundingRect();
+    if (bounds.isEmpty())
+        return;
+    const double fDeviceScale = std::sqrt(std::abs(pPainter->deviceTransform().determinant()));
+    const QPixmap &level = levelFor(fDeviceScale);
+    const double fX = level.width() / bounds.width();
+    const double fY = level.height() / bounds.height();
+
+    // Only the visible pixels are drawn: a picture of 100,000 pixels zoomed to 800 % would overflow the rasterizer.
+    // Whole pixels with a margin, so that filtering at the edges sees the same neighbours as the whole picture would.
+    const QRectF part = exposed.translated(-bounds.topLeft());
+    const QRect source = QRectF(part.x() * fX, part.y() * fY, part.width() * fX, part.height() * fY)
+                             .toAlignedRect()
+                             .adjusted(-2, -2, 2, 2)
+                             .intersected(level.rect());
+    if (source.isEmpty())
+        return;
+    const QRectF target(bounds.x() + source.x() / fX, bounds.y() + source.y() / fY, source.width() / fX,
+                        source.height() / fY);
+    pPainter->drawPixmap(target, level, source);
+}
+
+void CResourceItem::paintCircle(QPainter *pPainter) const
+{
+    if (m_picture.size() != QSize(CircleSide, CircleSide))
+        return;
+    QRadialGradient halo(QPointF(0.0, 0.0), HaloRadius);
+    halo.setColorAt(0.95, QColor(224, 231, 250, 75));
+    halo.setColorAt(1.0, QColor(224, 231, 250, 0));
+    pPainter->setPen(Qt::transparent);
+    pPainter->setBrush(halo);
+    pPainter->drawEllipse(-HaloRadius, -HaloRadius, 2 * HaloRadius, 2 * HaloRadius);
+
+    const int nRadius = CircleSide / 2;
+    QPainterPath circle;
+    circle.addRoundedRect(-nRadius, -nRadius, CircleSide, CircleSide, nRadius, nRadius);
+    pPainter->setClipPath(circle);
+    pPainter->drawPixmap(-nRadius, -nRadius, m_picture);
+}
+
+void CResourceItem::wheelEvent(QGraphicsSceneWheelEvent *pEvent)
+{
+    const bool bZoomIn = pEvent->delta() >= 1;
+    const double fBefore = m_fScale;
+    m_fScale *= bZoomIn ? WheelFactorIn : WheelFactorOut;
+    setScale(m_fScale);
+    const double fShift = fBefore * (bZoomIn ? -WheelShift : WheelShift);
+    moveBy(fShift * pEvent->pos().x(), fShift * pEvent->pos().y());
+}

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QBuffer>
+#include <QGraphicsItem>
+#include <QMovie>
+#include <QPixmap>
+#include <QVector>
+
+#include <memory>
+
+class QImage;
+
+/**
+ * The picture in a preview's scene, centred on its own origin, so that turning and zooming go about its centre. Shows
+ * a still picture, the frames of an animation, or a circular cover.
+ *
+ * Owner: the widget that puts it into its scene. Thread: GUI thread.
+ */
+class CResourceItem : public QGraphicsItem {
+public:
+    enum DrawMode { DrawAnimation = 0, DrawPage = 1, DrawStillAlternative = 2, DrawStill = 3, DrawCircle = 4 };
+
+    explicit CResourceItem(const QPixmap *pPicture, QSize size);
+    ~CResourceItem() override;
+
+    /**
+     * Shows a picture, with the reduced levels that belong to it, and drops turns and flips of an earlier one.
+     * Returns the scale at which it fits into the view, at most 1.0 times the load factor.
+     */
+    double setPicture(const QPixmap &picture, const QVector<QImage> &levels, QSize viewSize, const QString &path,
+                      int nLoadFactor);
+
+    void setDrawMode(int nDrawMode);
+    int drawMode() const { return m_nDrawMode; }
+
+    /** Plays an animated picture from memory, somewhat faster than recorded; turns to the animation draw mode. */
+    void playAnimation(const QByteArray &fileData);
+    bool hasAnimation() const { return m_pAnimation != nullptr; }
+    void releaseAnimation();
+
+    /** Turns the picture on the screen; clockwise degrees add up. */
+    void turnBy(double fDegrees);
+    double turn() const { return m_fTurn; }
+    bool isTurned() const { return m_bTurned; }
+
+    /** Mirrors the picture left to right on the screen, however it is turned. */
+    void flipHorizontally();
+
+    /** Puts turn, flip and position back to where a new picture starts. */
+    void resetPose();
+
+    /** Pixels of the picture, and of the box that it fills on the screen at scale 1.0. */
+    QSize pictureSize() const;
+    QSizeF shownSize() const;
+
+    QString filePath() const { return m_filePath; }
+
+    QRectF boundingRect() const override;
+    void paint(QPainter *pPainter, const QStyleOptionGraphicsItem *pOption, QWidget *pWidget) override;
+
+protected:
+    void wheelEvent(QGraphicsSceneWheelEvent *pEvent) override;
+
+private:
+    void applyPose();
+    void paintStill(QPainter *pPainter, const QRectF &exposed) const;
+    void paintCircle(QPainter *pPainter) const;
+    const QPixmap &levelFor(double fDeviceScale) const;
+
+    QPixmap m_picture;
+    QVector<QPixmap> m_levels;
+    QString m_filePath;
+    int m_nDrawMode = DrawStill;
+    // The buffer outlives the movie that reads it.
+    std::unique_ptr<QBuffer> m_pAnimationData;
+    std::unique_ptr<QMovie> m_pAnimation;
+    double m_fScale = 1.0;
+    double m_fTurn = 0.0;
+    bool m_bTurned = false;
+    bool m_bFlipped = false;
+};

@@ -1,0 +1,101 @@
+#include "common/PictureLevels.h"
+
+#include <utility>
+
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#define PICTURE_LEVELS_SSE2
+#endif
+
+namespace {
+
+// Pictures up to this many pixels are painted from themselves: bilinear sampling is sharp enough there.
+constexpr int SmallestSide = 512;
+
+quint32 average(quint32 a, quint32 b)
+{
+    return (a | b) - (((a ^ b) >> 1) & 0x7F7F7F7FU);
+}
+
+/** Writes one row of the half-size picture from two rows of the full one; `nWidth` counts written pixels. */
+void halveRow(const quint32 *pUpper, const quint32 *pLower, quint32 *pTarget, int nWidth)
+{
+    int x = 0;
+#if defined(PICTURE_LEVELS_SSE2)
+    for (; x + 4 <= nWidth; x += 4) {
+        const auto load = [](const quint32 *p) {
+            return _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
+        };
+        const __m128i left = _mm_avg_epu8(load(pUpper + 2 * x), load(pLower + 2 * x));
+        const __m128i right = _mm_avg_epu8(load(pUpper + 2 * x + 4), load(pLower + 2 * x + 4));
+        const __m128 l = _mm_castsi128_ps(left);
+        const __m128 r = _mm_castsi128_ps(right);
+        const __m128i even = _mm_castps_si128(_mm_shuffle_ps(l, r, _MM_SHUFFLE(2, 0, 2, 0)));
+        const __m128i odd = _mm_castps_si128(_mm_shuffle_ps(l, r, _MM_SHUFFLE(3, 1, 3, 1)));
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(pTarget + x), _mm_avg_epu8(even, odd));
+    }
+#endif
+    for (; x < nWidth; ++x) {
+        pTarget[x] = average(average(pUpper[2 * x], pLower[2 * x]), average(pUpper[2 * x + 1], pLower[2 * x + 1]));
+    }
+}
+
+QImage halved(const QImage &image)
+{
+    // A side of one pixel stays one pixel; such pictures are so thin that plain scaling costs nothing.
+    if (image.width() < 2 || image.height() < 2) {
+        return image.scaled(qMax(1, image.width() / 2), qMax(1, image.height() / 2), Qt::IgnoreAspectRatio,
+                            Qt::SmoothTransformation);
+    }
+    QImage half(image.width() / 2, image.height() / 2, image.format());
+    for (int y = 0; y < half.height(); ++y) {
+        halveRow(reinterpret_cast<const quint32 *>(image.constScanLine(2 * y)),
+                 reinterpret_cast<const quint32 *>(image.constScanLine(2 * y + 1)),
+                 reinterpret_cast<quint32 *>(half.scanLine(y)), half.width());
+    }
+    return half;
+}
+
+bool isOpaque(const QImage &image)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *pRow = reinterpret_cast<const quint32 *>(image.constScanLine(y));
+        quint32 nAll = 0xFF000000U;
+        for (int x = 0; x < image.width(); ++x)
+            nAll &= pRow[x];
+        if (nAll != 0xFF000000U)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+QImage PictureLevels::toScreenFormat(QImage image)
+{
+    if (image.isNull() || image.format() == QImage::Format_RGB32 ||
+        image.format() == QImage::Format_ARGB32_Premultiplied) {
+        return image;
+    }
+    if (image.format() == QImage::Format_ARGB32 && isOpaque(image)) {
+        image.reinterpretAsFormat(QImage::Format_RGB32);
+        return image;
+    }
+    const QImage::Format target = image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
+    return std::move(image).convertToFormat(target);
+}
+
+QVector<QImage> PictureLevels::build(const QImage &image)
+{
+    QVector<QImage> levels;
+    if (image.isNull() || image.depth() != 32)
+        return levels;
+    QImage current = image;
+    while (qMax(current.width(), current.height()) > 2 * SmallestSide) {
+        current = halved(current);
+        if (current.isNull()) // out of memory: the larger levels still serve
+            break;
+        levels.append(current);
+    }
+    return levels;
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QImage>
+#include <QVector>
+
+/**
+ * Reduced copies of a large picture, each half as wide and high as the one before (the first is half the picture).
+ * Painting a picture far larger than the screen from the level that is just large enough keeps it sharp and quick.
+ */
+namespace PictureLevels {
+
+/** Brings a decoded picture into the pixel format that the screen paints without conversion; opaque stays opaque. */
+QImage toScreenFormat(QImage image);
+
+/** Builds the levels of a picture in screen format, down to about a screen's thumbnail; none for small pictures. */
+QVector<QImage> build(const QImage &image);
+
+} // namespace PictureLevels

@@ -1,0 +1,51 @@
+#include "common/Platform.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <array>
+#include <shellapi.h>
+#include <windows.h>
+
+namespace {
+
+constexpr int ShellPathLimit = 256;
+constexpr DWORD TempPathLength = 260;
+
+std::wstring wide(const QString &text)
+{
+    return text.toStdWString();
+}
+
+} // namespace
+
+int Platform::longestRevealPath()
+{
+    return ShellPathLimit;
+}
+
+void Platform::revealInFileManager(const QString &absolutePath)
+{
+    QString parameters;
+    if (!QFileInfo(absolutePath).isDir())
+        parameters = QStringLiteral("/select,");
+    parameters += QLatin1Char('"') + QDir::toNativeSeparators(absolutePath) + QLatin1Char('"');
+    ShellExecuteW(nullptr, L"open", L"Explorer.exe", wide(parameters).c_str(), nullptr, SW_SHOWNORMAL);
+}
+
+QString Platform::uniqueTemporaryName(const QString &folder)
+{
+    std::wstring base = wide(QDir::toNativeSeparators(folder));
+    if (base.empty()) {
+        std::array<wchar_t, TempPathLength> buffer{};
+        const DWORD nLength = GetTempPathW(TempPathLength, buffer.data());
+        if (nLength == 0 || nLength >= TempPathLength)
+            return {};
+        base.assign(buffer.data(), nLength);
+    }
+    std::array<wchar_t, MAX_PATH> name{};
+    if (GetTempFileNameW(base.c_str(), L"", 0, name.data()) == 0)
+        return {};
+    DeleteFileW(name.data());
+    return QString::fromWCharArray(name.data());
+}

@@ -1,0 +1,26 @@
+#include "image/BasePreviewWidget.h"
+
+#include "common/WaitNotice.h"
+#include "interfaces/services/IShortcutSetting.h"
+#include "plugin/PluginInnerData.h"
+
+#include <QKeySequence>
+#include <QMouseEvent>
+#include <QShortcut>
+
+BasePreviewWidget::BasePreviewWidget(QWidget *pParent)
+    : QWidget(pParent)
+{
+    const QString keyText = PluginInnerData::instance()->shortcutText(IShortcutSetting::MoveToRecycleBin);
+    m_shortcut = new QShortcut(QKeySequence::fromString(keyText, QKeySequence::PortableText), this, nullptr, nullptr,
+                               Qt::WindowShortcut);
+}
+
+void BasePreviewWidget::mouseDoubleClickEvent(QMouseEvent *pEvent)
+{
+    Q_UNUSED(pEvent)
+    if (PluginInnerData::instance()->isLoading())
+        WaitNotice::show(this);
+    else if (m_bDoubleClickEnabled)
+        Q_EMIT signal_PreviewWidgetDoubleClicked();
+}

@@ -1,0 +1,110 @@
+#include "image/PictureDecoder.h"
+
+#include "interfaces/services/IImageDecoder.h"
+#include "plugin/PluginInnerData.h"
+
+#include <QMutexLocker>
+#include <QTransform>
+
+#include <cstring>
+#include <memory>
+
+namespace {
+
+struct Releaser {
+    template <typename T>
+    void operator()(T *pObject) const
+    {
+        pObject->release();
+    }
+};
+using DocumentHolder = std::unique_ptr<IDecodedDocument, Releaser>;
+using BitmapHolder = std::unique_ptr<IDecodedBitmap, Releaser>;
+
+/** Opens a file in the decoder for as long as it lives; closes it also when it could not be opened. */
+class OpenedFile {
+public:
+    OpenedFile(IImageDecoder *pDecoder, const QString &path)
+        : m_pDecoder(pDecoder)
+        , m_bOpen(pDecoder->openFile(path.toUtf8()))
+    {
+    }
+    ~OpenedFile() { m_pDecoder->closeFile(); }
+    Q_DISABLE_COPY(OpenedFile)
+
+    DocumentHolder takeDocument() const { return DocumentHolder(m_bOpen ? m_pDecoder->takeDocument() : nullptr); }
+
+private:
+    IImageDecoder *m_pDecoder;
+    bool m_bOpen;
+};
+
+struct PixelFormat {
+    QImage::Format format = QImage::Format_Invalid;
+    int nBytes = 0;
+};
+
+PixelFormat formatOf(int nPixelLayout)
+{
+    switch (nPixelLayout) {
+    case IDecodedBitmap::Rgb24:
+        return {QImage::Format_RGB888, 3};
+    case IDecodedBitmap::Bgr24:
+        return {QImage::Format_BGR888, 3};
+    case IDecodedBitmap::Bgra32:
+    case IDecodedBitmap::Bgra32Layered:
+        return {QImage::Format_ARGB32, 4};
+    case IDecodedBitmap::Rgba32:
+        return {QImage::Format_RGBA8888, 4};
+    default:
+        return {};
+    }
+}
+
+QImage copyPixels(const IDecodedBitmap &bitmap)
+{
+    const PixelFormat pixel = formatOf(bitmap.pixelLayout());
+    const int nRowLength = bitmap.rowLength();
+    const int nHeight = bitmap.height();
+    if (pixel.nBytes == 0 || bitmap.pixels() == nullptr || nRowLength < pixel.nBytes || nHeight < 1)
+        return {};
+
+    QImage image(nRowLength / pixel.nBytes, nHeight, pixel.format);
+    if (image.isNull()) // out of memory
+        return image;
+    if (pixel.nBytes == 4 && image.bytesPerLine() == nRowLength) {
+        std::memcpy(image.bits(), bitmap.pixels(), size_t(nRowLength) * size_t(nHeight));
+        return image;
+    }
+    // Rows of a QImage are padded to whole words, and a row length may carry spare bytes.
+    const size_t nBytes = size_t(qMin(nRowLength, image.bytesPerLine()));
+    for (int y = 0; y < nHeight; ++y)
+        std::memcpy(image.scanLine(y), bitmap.pixels() + qsizetype(nRowLength) * y, nBytes);
+    return image;
+}
+
+} // namespace
+
+QImage PictureDecoder::decode(const QString &path)
+{
+    PluginInnerData *pData = PluginInnerData::instance();
+    const QMutexLocker locker(pData->decodeLock());
+    IImageDecoder *pDecoder = pData->imageDecoder();
+    if (pDecoder == nullptr)
+        return {};
+
+    const OpenedFile file(pDecoder, path);
+    const DocumentHolder pDocument = file.takeDocument();
+    if (!pDocument || pDocument->kind() != IDecodedDocument::Raster || !pDocument->hasImageData())
+        return {};
+    BitmapHolder pBitmap(pDocument->createBitmap(1.0, 1.0));
+    if (!pBitmap)
+        return {};
+    const int nRotation = pDocument->rotation();
+    QImage image = copyPixels(*pBitmap);
+    // Before turning, so that no more than two bitmaps exist at a time.
+    pBitmap.reset();
+    if (nRotation != 0 && !image.isNull())
+        image = image.transformed(QTransform().rotate(nRotation, Qt::ZAxis), Qt::FastTransformation);
+    return image;
+}

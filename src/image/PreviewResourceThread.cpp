@@ -1,0 +1,91 @@
+#include "image/PreviewResourceThread.h"
+
+#include "common/PictureLevels.h"
+#include "image/PictureDecoder.h"
+#include "plugin/PluginInnerData.h"
+
+#include <QDebug>
+#include <QFileInfo>
+#include <QSet>
+
+#include <utility>
+
+namespace {
+
+bool isRawCameraSuffix(const QString &suffix)
+{
+    static const QSet<QString> suffixes = {QStringLiteral("rw2"), QStringLiteral("nef"), QStringLiteral("dng"),
+                                           QStringLiteral("dcr"), QStringLiteral("cr3"), QStringLiteral("cr2"),
+                                           QStringLiteral("crw"), QStringLiteral("arw")};
+    return suffixes.contains(suffix);
+}
+
+} // namespace
+
+PreviewResourceThread::PreviewResourceThread(qint64 fileId)
+    : m_fileId(fileId)
+{
+}
+
+void PreviewResourceThread::setPaths(const QString &srcPath, const QString &hdPath, const QString &thumbPath)
+{
+    m_srcPath = srcPath;
+    m_hdPath = hdPath;
+    m_thumbPath = thumbPath;
+}
+
+void PreviewResourceThread::run()
+{
+    switch (m_mode) {
+    case LoadImageMode:
+        readImage();
+        break;
+    case OpenPresentationMode:
+        Q_EMIT signal_pptLoadEnd(m_fileId, m_srcPath,
+                                 PluginInnerData::instance()->openPresentation(m_fileId, m_srcPath));
+        break;
+    case RenderPresentationPageMode:
+        renderPage();
+        break;
+    case CancelPresentationsMode:
+        PluginInnerData::instance()->closeAllPresentations();
+        Q_EMIT signal_pptCancelEnd();
+        break;
+    default:
+        break;
+    }
+}
+
+void PreviewResourceThread::readImage()
+{
+    // A raw file is shown through the large preview that the host developed from it, and counts as its source.
+    const bool bRaw = isRawCameraSuffix(QFileInfo(m_srcPath).suffix().toLower());
+    QString loadPath = bRaw ? m_hdPath : m_srcPath;
+    bool bSrcImg = true;
+    m_image = PictureDecoder::decode(loadPath);
+    if (m_image.isNull()) {
+        qInfo("load src file failed ");
+        bSrcImg = false;
+        loadPath = m_hdPath;
+        m_image = PictureDecoder::decode(loadPath);
+    }
+    if (m_image.isNull()) {
+        qInfo("load file hd img failed ");
+        loadPath = m_thumbPath;
+        m_image = PictureDecoder::decode(loadPath);
+    }
+    if (m_image.isNull()) {
+        qInfo("load file thumb img failed ");
+        loadPath.clear();
+    }
+    // Pixels leave the worker as the screen wants them, with everything that would cost the GUI thread time.
+    m_image = PictureLevels::toScreenFormat(std::move(m_image));
+    PluginInnerData::instance()->storePictureLevels(m_image.cacheKey(), PictureLevels::build(m_image));
+    Q_EMIT signal_imageReadEnd(m_fileId, m_image, loadPath, bSrcImg);
+}
+
+void PreviewResourceThread::renderPage()
+{
+    m_framePixmap = QPixmap::fromImage(PluginInnerData::instance()->renderPresentationPage(m_fileId, m_frameIndex));
+    Q_EMIT signal_pptFrameLoadEnd(m_fileId, m_framePixmap);
+}

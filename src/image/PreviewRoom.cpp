@@ -1,0 +1,44 @@
+#include "image/PreviewRoom.h"
+
+#include "common/PlaceholderPainter.h"
+#include "theme/TSSkinSetting.h"
+
+#include <QPainter>
+
+PreviewRoom::PreviewRoom(QWidget *pParent)
+    : BasePreviewWidget(pParent)
+{
+    connect(TSSkinSetting::GetInstance(), &TSSkinSetting::signalThemeChanged, this, &PreviewRoom::makePlaceholder);
+}
+
+void PreviewRoom::showFile(const QString &path)
+{
+    m_filePath = path;
+    makePlaceholder();
+}
+
+void PreviewRoom::clearPreview()
+{
+    m_filePath.clear();
+    makePlaceholder();
+}
+
+void PreviewRoom::makePlaceholder()
+{
+    m_placeholder = m_filePath.isEmpty() ? QPixmap() : QPixmap::fromImage(PlaceholderPainter::paintSuffix(m_filePath));
+    update();
+}
+
+void PreviewRoom::paintEvent(QPaintEvent *pEvent)
+{
+    Q_UNUSED(pEvent)
+    if (m_placeholder.isNull())
+        return;
+    const QSize size = m_placeholder.width() <= width() && m_placeholder.height() <= height()
+                           ? m_placeholder.size()
+                           : m_placeholder.size().scaled(this->size(), Qt::KeepAspectRatio);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(QRect(QPoint((width() - size.width()) / 2, (height() - size.height()) / 2), size),
+                       m_placeholder);
+}

@@ -1,0 +1,6 @@
+#include "media/AudioPreviewWidget.h"
+
+AudioPreviewWidget::AudioPreviewWidget(QWidget *pParent)
+    : PreviewRoom(pParent)
+{
+}

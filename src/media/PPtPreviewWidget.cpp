@@ -1,0 +1,6 @@
+#include "media/PPtPreviewWidget.h"
+
+PPtPreviewWidget::PPtPreviewWidget(QWidget *pParent)
+    : PreviewRoom(pParent)
+{
+}

@@ -1,0 +1,6 @@
+#include "media/VideoPreviewWidget.h"
+
+VideoPreviewWidget::VideoPreviewWidget(QWidget *pParent)
+    : PreviewRoom(pParent)
+{
+}

@@ -1,0 +1,181 @@
+#pragma once
+
+#include "interfaces/data/IFileInfo.h"
+#include "interfaces/data/IResponseInfo.h"
+#include "interfaces/data/NoteRecord.h"
+#include "interfaces/data/TagRecord.h"
+
+#include <QImage>
+#include <QMap>
+#include <QMutex>
+#include <QObject>
+#include <QSharedPointer>
+#include <QVector>
+
+#include <atomic>
+
+class IBaseModulePlugin;
+class IDataCenterPlugin;
+class IImageDecoder;
+class IMainWindowHandle;
+class IPluginManager;
+class IPresentationRenderer;
+class IPreviewDataSource;
+class ISettingPlugin;
+class ISettingsObject;
+class IShortcutSetting;
+class ITagAction;
+class ITSCacheManager;
+
+/** What is kept of one opened presentation. */
+struct RenderEntry {
+    int nPageCount = 0;
+    bool bOpen = false;
+};
+
+/**
+ * The one state that every surface and type widget shares: the host's objects, the list of files and the current one,
+ * its labels and notes, and what has to survive from one preview to the next.
+ *
+ * Owner: itself, from the first use to the unloading of the library. Thread: GUI thread, except the operations of
+ * loader tasks, which say so.
+ */
+class PluginInnerData : public QObject {
+    Q_OBJECT
+
+public:
+    static PluginInnerData *instance();
+
+    // The host's objects. Any of them may be missing.
+    void setPluginManager(IPluginManager *pManager);
+    void setDataSource(const QSharedPointer<IPreviewDataSource> &pDataSource);
+    void setMainWindowHandle(IMainWindowHandle *pHandle) { m_pMainWindowHandle = pHandle; }
+    IPluginManager *pluginManager() const { return m_pPluginManager; }
+    IMainWindowHandle *mainWindowHandle() const { return m_pMainWindowHandle; }
+    IShortcutSetting *shortcutSetting() const { return m_pShortcutSetting; }
+    ISettingsObject *settingsObject() const { return m_pSettingsObject; }
+    QSharedPointer<IPreviewDataSource> dataSource() const { return m_pDataSource; }
+    QSharedPointer<ITSCacheManager> cacheManager();
+    QSharedPointer<QObject> dataCenter();
+    /** Portable text of the host's shortcut with this number; empty without one. */
+    QString shortcutText(int nShortcutId) const;
+    /** Text of the settings object: where the last export went; empty without settings. */
+    QString settingsText() const;
+    /** Releases the host's objects; waits for a decode that is running. */
+    void clearPreviewData();
+
+    // The list of files and the current one.
+    void setFileList(const QVector<qint64> &fileIds, int nIndex, qint64 nContext);
+    void setCurrentFile(qint64 nFileId);
+    int reloadCurrentTags();
+    int indexOfCurrent() const;
+    int currentIndex() const { return m_nCurrentIndex; }
+    qint64 contextValue() const { return m_nContext; }
+    qint64 currentFileId() const { return m_nCurrentFileId; }
+    QVector<qint64> fileIds() const { return m_fileIds; }
+    QVector<FileInfoPtr> fileInformationList() const { return m_fileInformationList; }
+    FileInfoPtr currentFileInfo() const { return m_pCurrentFileInfo; }
+    TagRecordList currentTags() const { return m_currentTags; }
+    QString currentFilePath() const;
+    QString currentFileName() const;
+    QString currentFileDescription() const;
+    void removeFiles(const QVector<qint64> &removedIds);
+    void dropFiles(const QVector<qint64> &removedIds);
+    void refillFileInformation();
+
+    // Small actions on the current file.
+    void copyFilePath();
+    void copyTags();
+    void pasteTags();
+    QMap<int, NoteRecord> notes() const { return m_notes; }
+    void addOrModifyNote(int nKey, const QString &text, const QRect &rect, quint32 nValue);
+    void deleteNote(int nKey);
+
+    // Values that outlive a preview.
+    int audioVolume() const { return m_nAudioVolume; }
+    void setAudioVolume(int nPercent) { m_nAudioVolume = nPercent; }
+    int videoVolume() const { return m_nVideoVolume; }
+    void setVideoVolume(int nPercent) { m_nVideoVolume = nPercent; }
+    bool isLeftColumnShown() const { return m_bLeftColumnShown; }
+    void setLeftColumnShown(bool bShown) { m_bLeftColumnShown = bShown; }
+    bool isRightPanelHidden() const { return m_bRightPanelHidden; }
+    void setRightPanelHidden(bool bHidden) { m_bRightPanelHidden = bHidden; }
+    bool isSavedImage() const { return m_bSavedImage; }
+    void setSavedImage(bool bSaved) { m_bSavedImage = bSaved; }
+
+    // Loads in progress: while there is one, leaving the preview is refused.
+    bool isLoading() const { return !m_loadingFiles.isEmpty(); }
+    bool isLoading(qint64 nFileId) const { return m_loadingFiles.contains(nFileId); }
+    void beginLoading(qint64 nFileId, const QObject *pReceiver) { m_loadingFiles.insert(nFileId, pReceiver); }
+    void endLoading(qint64 nFileId) { m_loadingFiles.remove(nFileId); }
+    /** A receiver that goes away hears of its loads no more. */
+    void endLoadingsOf(const QObject *pReceiver);
+
+    // Presentations being opened, and those open.
+    bool hasPendingPresentations() const { return !m_pendingPresentations.isEmpty(); }
+    bool isPresentationPending(qint64 nFileId) const { return m_pendingPresentations.contains(nFileId); }
+    void beginPendingPresentation(qint64 nFileId) { m_pendingPresentations.insert(nFileId, true); }
+    void endPendingPresentation(qint64 nFileId) { m_pendingPresentations.remove(nFileId); }
+    bool hasRenderEntry(qint64 nFileId) const;
+    int presentationPageCount(qint64 nFileId) const;
+    void dropRenderEntry(qint64 nFileId);
+    void clearRenderCache();
+    void releaseOpenRenderers();
+    /** Loader tasks: opens a document, renders a page of it, closes all. Any thread. */
+    bool openPresentation(qint64 nFileId, const QString &path);
+    QImage renderPresentationPage(qint64 nFileId, int nPage) const;
+    void closeAllPresentations();
+
+    // Decoding. Any thread; the decoder is used under the lock, one decode at a time.
+    QMutex *decodeLock() { return &m_lock; }
+    IImageDecoder *imageDecoder() const { return m_pImageDecoder; }
+    /** Hands the reduced levels of a decoded picture over to whoever receives the picture; only the last are kept. */
+    void storePictureLevels(qint64 nImageKey, const QVector<QImage> &levels);
+    QVector<QImage> takePictureLevels(qint64 nImageKey);
+
+Q_SIGNALS:
+    void signalUpdateRightPanel(qint64 nFileId);
+
+private:
+    PluginInnerData() = default;
+
+    void lookupBaseModule();
+    void handleTagResult(qint64 nActionId, const ResponseInfoPtr &pInfo);
+    bool sendNotes(qint64 *pActionId);
+
+    IPluginManager *m_pPluginManager = nullptr;
+    ISettingPlugin *m_pSettingPlugin = nullptr;
+    IMainWindowHandle *m_pMainWindowHandle = nullptr;
+    IShortcutSetting *m_pShortcutSetting = nullptr;
+    ISettingsObject *m_pSettingsObject = nullptr;
+    QSharedPointer<ITSCacheManager> m_pCacheManager;
+    QSharedPointer<IPreviewDataSource> m_pDataSource;
+    int m_nCurrentIndex = 0;
+    qint64 m_nContext = -1;
+    qint64 m_nCurrentFileId = -1;
+    QVector<qint64> m_fileIds;
+    FileInfoPtr m_pCurrentFileInfo;
+    TagRecordList m_currentTags;
+    QVector<FileInfoPtr> m_fileInformationList;
+    QMap<int, NoteRecord> m_notes;
+    int m_nAudioVolume = 50;
+    int m_nVideoVolume = 50;
+    QMap<qint64, RenderEntry> m_renderCache;
+    QSharedPointer<ITagAction> m_pTagAction;
+    bool m_bLeftColumnShown = false;
+    bool m_bRightPanelHidden = false;
+    QMap<qint64, const QObject *> m_loadingFiles;
+    QMap<qint64, bool> m_pendingPresentations;
+    QMutex m_lock;
+
+    // Taken from the base module together with the cache manager.
+    // Read by tasks while the GUI thread may look the base module up again.
+    std::atomic<IImageDecoder *> m_pImageDecoder{nullptr};
+    std::atomic<IPresentationRenderer *> m_pPresentationRenderer{nullptr};
+    QSharedPointer<QObject> m_pDataCenter;
+    qint64 m_nTagActionId = 0;
+    bool m_bSavedImage = false;
+    // Guards the render cache and the levels, which tasks write; held for moments only.
+    mutable QMutex m_exchangeLock;
+    QVector<QPair<qint64, QVector<QImage>>> m_pictureLevels;
+};

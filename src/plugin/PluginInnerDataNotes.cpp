@@ -1,0 +1,90 @@
+// The shared state's small actions on the current file: its path, its labels, its region notes.
+#include "interfaces/actions/ICommentAction.h"
+#include "interfaces/actions/ITagAction.h"
+#include "interfaces/data/IPreviewDataSource.h"
+#include "plugin/PluginInnerData.h"
+
+#include <QClipboard>
+#include <QDebug>
+#include <QGuiApplication>
+#include <QStringList>
+
+void PluginInnerData::copyFilePath()
+{
+    if (m_pCurrentFileInfo)
+        QGuiApplication::clipboard()->setText(m_pCurrentFileInfo->filePath());
+}
+
+void PluginInnerData::copyTags()
+{
+    QClipboard *pClipboard = QGuiApplication::clipboard();
+    pClipboard->clear();
+    reloadCurrentTags();
+    QStringList ids;
+    for (const TagRecordPtr &pTag : qAsConst(m_currentTags)) {
+        if (pTag)
+            ids.append(QString::number(pTag->id));
+    }
+    pClipboard->setText(ids.join(QLatin1Char(',')));
+}
+
+void PluginInnerData::pasteTags()
+{
+    if (!m_pTagAction)
+        return;
+    TagRecordList tags;
+    const QStringList parts = QGuiApplication::clipboard()->text().split(QLatin1Char(','), Qt::SkipEmptyParts);
+    for (const QString &part : parts) {
+        auto pTag = QSharedPointer<TagRecord>::create();
+        pTag->id = part.toULongLong();
+        tags.append(pTag);
+    }
+    const qint64 nActionId = m_pTagAction->associateTagsWithFiles({m_nCurrentFileId}, tags);
+    if (nActionId < 1)
+        qDebug("files associate tags action id <= 0");
+    m_nTagActionId = nActionId;
+    connect(m_pTagAction.data(), &ITagAction::signalTagResult, this, &PluginInnerData::handleTagResult,
+            Qt::UniqueConnection);
+}
+
+void PluginInnerData::handleTagResult(qint64 nActionId, const ResponseInfoPtr &pInfo)
+{
+    if (nActionId != m_nTagActionId || !pInfo)
+        return;
+    const bool bAllFiles =
+        pInfo->failedFiles().isEmpty() && pInfo->skippedFiles().isEmpty() && pInfo->missingFiles().isEmpty();
+    if (pInfo->returnCode() == IResponseInfo::Success && bAllFiles)
+        Q_EMIT signalUpdateRightPanel(m_nCurrentFileId);
+}
+
+bool PluginInnerData::sendNotes(qint64 *pActionId)
+{
+    if (!m_pDataSource)
+        return false;
+    const QSharedPointer<ICommentAction> pAction = m_pDataSource->commentAction();
+    if (!pAction)
+        return false;
+    const QList<NoteRecord> notes = m_notes.values();
+    *pActionId = pAction->setCommentsOfFile(m_nCurrentFileId, QVector<NoteRecord>(notes.cbegin(), notes.cend()));
+    return true;
+}
+
+void PluginInnerData::addOrModifyNote(int nKey, const QString &text, const QRect &rect, quint32 nValue)
+{
+    if (text.isEmpty())
+        return;
+    const bool bNew = !m_notes.contains(nKey);
+    m_notes.insert(nKey, {rect, nValue, text});
+    qint64 nActionId = 0;
+    if (sendNotes(&nActionId) && nActionId < 1)
+        qDebug(bNew ? "modify(add) comment action id <= 0" : "modify comment action id <= 0");
+}
+
+void PluginInnerData::deleteNote(int nKey)
+{
+    if (m_notes.remove(nKey) == 0)
+        return;
+    qint64 nActionId = 0;
+    if (sendNotes(&nActionId) && nActionId < 1)
+        qDebug("modify(del) comment action id <= 0");
+}

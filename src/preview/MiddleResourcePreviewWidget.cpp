@@ -1,0 +1,440 @@
+#include "preview/MiddleResourcePreviewWidget.h"
+
+#include "common/CircleBtn.h"
+#include "common/TsLargerModeLoadingWidget.h"
+#include "common/WaitNotice.h"
+#include "image/ImgPreviewWidget.h"
+#include "interfaces/services/IShortcutSetting.h"
+#include "media/AudioPreviewWidget.h"
+#include "media/PPtPreviewWidget.h"
+#include "media/VideoPreviewWidget.h"
+#include "plugin/FileTypeTable.h"
+#include "plugin/PluginInnerData.h"
+#include "preview/HubTitleBar.h"
+#include "tracking/TsEventTrack.h"
+
+#include <QShortcut>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr qint64 OggType = 620;
+constexpr int FitDelay = 5;
+constexpr int RingSize = 76;
+constexpr int LogoWidth = 36;
+constexpr int LogoHeight = 43;
+// A picture that is there within this time is shown without the indicator flashing up first.
+constexpr int IndicatorDelay = 250;
+
+/** The page shown while a file loads; its indicator comes only when the load takes a while. */
+class LoadingPageWidget : public QWidget {
+public:
+    explicit LoadingPageWidget(QWidget *pParent)
+        : QWidget(pParent)
+        , m_pIndicator(new TsLargerModeLoadingWidget(RingSize, LogoWidth, LogoHeight, this))
+        , m_pDelay(new QTimer(this))
+    {
+        auto *pLayout = new QVBoxLayout(this);
+        pLayout->setMargin(0);
+        pLayout->addWidget(m_pIndicator);
+        m_pIndicator->hide();
+        m_pDelay->setSingleShot(true);
+        m_pDelay->setInterval(IndicatorDelay);
+        connect(m_pDelay, &QTimer::timeout, m_pIndicator, &QWidget::show);
+    }
+
+protected:
+    void showEvent(QShowEvent *pEvent) override
+    {
+        QWidget::showEvent(pEvent);
+        m_pDelay->start();
+    }
+    void hideEvent(QHideEvent *pEvent) override
+    {
+        m_pDelay->stop();
+        m_pIndicator->hide();
+        QWidget::hideEvent(pEvent);
+    }
+
+private:
+    TsLargerModeLoadingWidget *m_pIndicator;
+    QTimer *m_pDelay;
+};
+
+int openModeOf(qint64 nTypeId)
+{
+    if (isCommonPictureType(nTypeId))
+        return ImgPreviewWidget::OpenOwnFile;
+    return isPreviewableType(nTypeId) ? ImgPreviewWidget::OpenRendition : ImgPreviewWidget::OpenHostRendition;
+}
+
+} // namespace
+
+MiddleResourcePreviewWidget::MiddleResourcePreviewWidget(QWidget *pParent, int nMode)
+    : QStackedWidget(pParent)
+    , m_nMode(nMode)
+{
+    setFocusPolicy(Qt::StrongFocus);
+    createPages();
+    m_pTitleBar = new HubTitleBar(this);
+    m_pTitleBar->setVisible(m_nMode == DoubleClickMode);
+    m_pLeftTrigger = new QWidget(this);
+    m_pRightTrigger = new QWidget(this);
+    m_pLeftTrigger->hide();
+    m_pRightTrigger->hide();
+    connect(m_pTitleBar->backButton(), &QPushButton::clicked, this,
+            &MiddleResourcePreviewWidget::slot_returnBtnClicked);
+    connect(m_pTitleBar->columnButton(), &QPushButton::clicked, this,
+            &MiddleResourcePreviewWidget::slot_fullViewBtnClicked);
+    connectPages();
+    createShortcuts();
+    setCurrentIndex(LoadingPage);
+}
+
+MiddleResourcePreviewWidget::~MiddleResourcePreviewWidget() = default;
+
+void MiddleResourcePreviewWidget::createPages()
+{
+    m_pImgWidget = new ImgPreviewWidget(this);
+    m_pVideoWidget = new VideoPreviewWidget(this);
+    m_pAudioWidget = new AudioPreviewWidget(this);
+    m_pPptWidget = new PPtPreviewWidget(this);
+    m_pLoadingPage = new LoadingPageWidget(this);
+    insertWidget(ImagePage, m_pImgWidget);
+    insertWidget(VideoPage, m_pVideoWidget);
+    insertWidget(AudioPage, m_pAudioWidget);
+    insertWidget(PresentationPage, m_pPptWidget);
+    insertWidget(LoadingPage, m_pLoadingPage);
+    insertWidget(ReservedPage, new QWidget(this));
+}
+
+void MiddleResourcePreviewWidget::connectPages()
+{
+    connect(m_pImgWidget, &ImgPreviewWidget::signal_load_img_end, this, &MiddleResourcePreviewWidget::slot_imgLoadEnd);
+    connect(m_pImgWidget, &ImgPreviewWidget::signal_quit, this, &MiddleResourcePreviewWidget::leaveByQuit);
+    const BasePreviewWidget *const pages[] = {m_pImgWidget, m_pVideoWidget, m_pAudioWidget, m_pPptWidget};
+    for (const BasePreviewWidget *pPage : pages) {
+        connect(pPage, &BasePreviewWidget::signal_PreviewWidgetDoubleClicked, this,
+                &MiddleResourcePreviewWidget::slot_exitCurPreview_ByDBClicked);
+        connect(pPage, &BasePreviewWidget::signal_deleteFile, this, &MiddleResourcePreviewWidget::signal_deletedFile);
+    }
+}
+
+void MiddleResourcePreviewWidget::createShortcuts()
+{
+    const auto add = [this](const QKeySequence &key, const char *pSlot, bool bRepeats) {
+        auto *pShortcut = new QShortcut(key, this);
+        pShortcut->setContext(Qt::WidgetWithChildrenShortcut);
+        pShortcut->setAutoRepeat(bRepeats);
+        connect(pShortcut, SIGNAL(activated()), this, pSlot);
+    };
+    // A key that is still held down from opening the preview must not close it again.
+    add(Qt::Key_Escape, SLOT(slot_exitCurPreview_Key()), false);
+    add(Qt::Key_Up, SLOT(slot_UpKey()), true);
+    add(Qt::Key_Down, SLOT(slot_DownKey()), true);
+    add(Qt::Key_Left, SLOT(slot_leftKey()), true);
+    add(Qt::Key_Right, SLOT(slot_rightKey()), true);
+    add(Qt::Key_Tab, SLOT(slot_tabKey()), false);
+    add(Qt::Key_Space, SLOT(slot_spaceKey()), false);
+
+    const PluginInnerData *pData = PluginInnerData::instance();
+    const IShortcutSetting *pSetting = pData->shortcutSetting();
+    if (pSetting == nullptr || !pSetting->isShortcutEnabled())
+        return;
+    struct UserKey {
+        int nShortcutId;
+        const char *pSlot;
+    };
+    const UserKey userKeys[] = {
+        {IShortcutSetting::FitToWindow, SLOT(slot_fullPreview_key())},
+        {IShortcutSetting::ActualSize, SLOT(slot_orgPreview_key())},
+        {IShortcutSetting::FitToWidth, SLOT(slot_adaptPreview_key())},
+        {IShortcutSetting::ZoomOut, SLOT(slot_zoomOut_key())},
+        {IShortcutSetting::ZoomIn, SLOT(slot_zoomIn_key())},
+    };
+    for (const UserKey &userKey : userKeys) {
+        add(QKeySequence::fromString(pData->shortcutText(userKey.nShortcutId), QKeySequence::PortableText),
+            userKey.pSlot, true);
+    }
+}
+
+void MiddleResourcePreviewWidget::stopCurrentPreview()
+{
+    // Leaving a sub-mode is not a request to leave the preview.
+    m_bStopping = true;
+    if (currentIndex() == ImagePage)
+        m_pImgWidget->quitPreview();
+    m_bStopping = false;
+    m_pImgWidget->clearPreview();
+    m_pVideoWidget->clearPreview();
+    m_pAudioWidget->clearPreview();
+    m_pPptWidget->clearPreview();
+}
+
+void MiddleResourcePreviewWidget::slot_previewResource()
+{
+    stopCurrentPreview();
+    const PluginInnerData *pData = PluginInnerData::instance();
+    const FileInfoPtr pInfo = pData->currentFileInfo();
+    const QString path = pData->currentFilePath();
+    const qint64 nTypeId = pInfo ? pInfo->fileType() : 0;
+
+    if (isVideoType(nTypeId)) {
+        showInRoom(VideoPage, path);
+    } else if (isAudioType(nTypeId)) {
+        const bool bVideo = nTypeId == OggType && pInfo->hasVideo(path);
+        showInRoom(bVideo ? VideoPage : AudioPage, path);
+    } else if (isPresentationType(nTypeId)) {
+        showInRoom(PresentationPage, path);
+    } else {
+        showImage(path, nTypeId);
+    }
+}
+
+void MiddleResourcePreviewWidget::showImage(const QString &path, qint64 nTypeId)
+{
+    const PluginInnerData *pData = PluginInnerData::instance();
+    const int nOpenMode = openModeOf(nTypeId);
+    const FileInfoPtr pInfo = pData->currentFileInfo();
+    const bool bOwnFile = nOpenMode == ImgPreviewWidget::OpenOwnFile || !pInfo;
+    slot_switchPreviewWidget(LoadingPage);
+    // A page that is not shown has not been given the hub's size yet.
+    m_pImgWidget->resize(size());
+    m_pImgWidget->setOpenMode(nOpenMode);
+    m_pImgWidget->setDoubleClickEnabled(true);
+    m_pImgWidget->loadImage(bOwnFile ? path : pInfo->largePreviewPath(), 0, 1, 1.0, 0);
+}
+
+void MiddleResourcePreviewWidget::showInRoom(int nPage, const QString &path)
+{
+    auto *pRoom = static_cast<PreviewRoom *>(widget(nPage));
+    pRoom->setDoubleClickEnabled(true);
+    pRoom->showFile(path);
+    slot_switchPreviewWidget(nPage);
+}
+
+void MiddleResourcePreviewWidget::slot_switchPreviewWidget(int nPreviewResourceType)
+{
+    setCurrentIndex(nPreviewResourceType);
+    Q_EMIT signal_forbidden_right(nPreviewResourceType == LoadingPage);
+    raiseOverlays();
+}
+
+void MiddleResourcePreviewWidget::slot_fullViewBtnClicked()
+{
+    TsEventTrack::GetInstance()->PreviewBtnClick(QStringLiteral("隐藏/显示左右栏"));
+    Q_EMIT signal_SourcePreviewFullScreen();
+}
+
+void MiddleResourcePreviewWidget::slot_returnBtnClicked()
+{
+    TsEventTrack::GetInstance()->PreviewBtnClick(QStringLiteral("返回"));
+    exitCurrentPreview();
+}
+
+void MiddleResourcePreviewWidget::slot_exitCurPreview_Key()
+{
+    exitCurrentPreview();
+}
+
+void MiddleResourcePreviewWidget::slot_exitCurPreview_ByDBClicked()
+{
+    exitCurrentPreview();
+}
+
+bool MiddleResourcePreviewWidget::confirmNotLoading()
+{
+    if (!PluginInnerData::instance()->isLoading())
+        return true;
+    WaitNotice::show(this);
+    return false;
+}
+
+void MiddleResourcePreviewWidget::exitCurrentPreview()
+{
+    if (!confirmNotLoading())
+        return;
+    PluginInnerData *pData = PluginInnerData::instance();
+    if (pData->hasPendingPresentations()) {
+        m_bClosePending = true;
+        pData->releaseOpenRenderers();
+        return;
+    }
+    pData->clearRenderCache();
+    slot_pptCancelEnd();
+}
+
+void MiddleResourcePreviewWidget::slot_pptCancelEnd()
+{
+    if (currentIndex() == ImagePage) {
+        m_pImgWidget->quitPreview();
+        return;
+    }
+    stopCurrentPreview();
+    Q_EMIT signal_exitCurWidget();
+}
+
+void MiddleResourcePreviewWidget::leaveByQuit()
+{
+    if (m_bStopping)
+        return;
+    stopCurrentPreview();
+    Q_EMIT signal_exitCurWidget();
+}
+
+void MiddleResourcePreviewWidget::slot_UpKey()
+{
+    if (currentIndex() == LoadingPage)
+        return;
+    if (m_nMode == SpaceDialogMode)
+        Q_EMIT signal_up_Key_Pressed();
+    else
+        goPrevious();
+}
+
+void MiddleResourcePreviewWidget::slot_DownKey()
+{
+    if (currentIndex() == LoadingPage)
+        return;
+    if (m_nMode == SpaceDialogMode)
+        Q_EMIT signal_down_Key_Pressed();
+    else
+        goNext();
+}
+
+void MiddleResourcePreviewWidget::slot_leftKey()
+{
+    if (currentIndex() == LoadingPage)
+        return;
+    if (m_nMode == SpaceDialogMode)
+        Q_EMIT signal_left_Key_Pressed();
+    else
+        goPrevious();
+}
+
+void MiddleResourcePreviewWidget::slot_rightKey()
+{
+    if (currentIndex() == LoadingPage)
+        return;
+    if (m_nMode == SpaceDialogMode)
+        Q_EMIT signal_right_Key_Pressed();
+    else
+        goNext();
+}
+
+void MiddleResourcePreviewWidget::goNext()
+{
+    Q_EMIT signal_nextSource();
+}
+
+void MiddleResourcePreviewWidget::goPrevious()
+{
+    Q_EMIT signal_previousSource();
+}
+
+void MiddleResourcePreviewWidget::slot_tabKey()
+{
+    Q_EMIT signal_SourcePreviewFullScreen();
+}
+
+void MiddleResourcePreviewWidget::slot_spaceKey()
+{
+    if (m_nMode == SpaceDialogMode)
+        Q_EMIT signal_exitCurWidget();
+}
+
+void MiddleResourcePreviewWidget::slot_fullPreview_key()
+{
+    if (currentIndex() == ImagePage)
+        m_pImgWidget->slot_fullPreviewBtnClicked();
+}
+
+void MiddleResourcePreviewWidget::slot_orgPreview_key()
+{
+    if (currentIndex() == ImagePage)
+        m_pImgWidget->slot_NormalBtnClicked();
+}
+
+void MiddleResourcePreviewWidget::slot_adaptPreview_key()
+{
+    if (currentIndex() == ImagePage)
+        m_pImgWidget->slot_adaptWidthBtnClicked();
+}
+
+void MiddleResourcePreviewWidget::slot_zoomOut_key()
+{
+    if (currentIndex() == ImagePage)
+        m_pImgWidget->slot_ZoomOutBtnClicked();
+}
+
+void MiddleResourcePreviewWidget::slot_zoomIn_key()
+{
+    if (currentIndex() == ImagePage)
+        m_pImgWidget->slot_ZoomInBtnClicked();
+}
+
+void MiddleResourcePreviewWidget::slot_imgLoadEnd()
+{
+    if (m_nMode == DoubleClickMode)
+        Q_EMIT m_pImgWidget->signal_img_preview_update();
+    slot_switchPreviewWidget(ImagePage);
+    QTimer::singleShot(FitDelay, m_pImgWidget, [pImgWidget = m_pImgWidget] { pImgWidget->showLoaded(); });
+    raiseOverlays();
+}
+
+void MiddleResourcePreviewWidget::slot_pptFrameReadEnd()
+{
+    slot_switchPreviewWidget(PresentationPage);
+    raiseOverlays();
+}
+
+void MiddleResourcePreviewWidget::slot_pptLoadEnd(qint64 fileId, QString path, bool bOk)
+{
+    Q_UNUSED(bOk)
+    PluginInnerData *pData = PluginInnerData::instance();
+    pData->endPendingPresentation(fileId);
+    if (m_bClosePending) {
+        m_bClosePending = false;
+        pData->clearRenderCache();
+        if (m_nMode == SpaceDialogMode)
+            Q_EMIT signal_close_space_dialog();
+        else
+            slot_pptCancelEnd();
+        return;
+    }
+    if (m_bReloadPending) {
+        m_bReloadPending = false;
+        pData->clearRenderCache();
+        slot_previewResource();
+    } else if (fileId != pData->currentFileId()) {
+        pData->dropRenderEntry(fileId);
+    } else {
+        showInRoom(PresentationPage, path);
+    }
+}
+
+void MiddleResourcePreviewWidget::slot_side_triggered(QWidget *w, bool force)
+{
+    const PluginInnerData *pData = PluginInnerData::instance();
+    // The two conditions are no mirror images of each other, and are not meant to be.
+    if (w == m_pLeftTrigger && (force || !pData->isLeftColumnShown()))
+        Q_EMIT signal_start_left_side_timer();
+    else if (w == m_pRightTrigger && (force || !pData->isRightPanelHidden()))
+        Q_EMIT signal_start_right_side_timer();
+}
+
+void MiddleResourcePreviewWidget::resizeEvent(QResizeEvent *pEvent)
+{
+    QStackedWidget::resizeEvent(pEvent);
+    raiseOverlays();
+}
+
+void MiddleResourcePreviewWidget::raiseOverlays()
+{
+    if (m_pTitleBar == nullptr) // a resize while the pages are being made
+        return;
+    m_pTitleBar->relayout();
+    m_pLeftTrigger->raise();
+    m_pRightTrigger->raise();
+}

@@ -1,0 +1,232 @@
+#include "preview/PreviewSpaceDialog.h"
+
+#include "common/CPushButton.h"
+#include "common/IconStyle.h"
+#include "interfaces/data/IFileListProvider.h"
+#include "interfaces/data/IPreviewDataSource.h"
+#include "plugin/PluginInnerData.h"
+#include "preview/MiddleResourcePreviewWidget.h"
+#include "theme/TSSkinSetting.h"
+
+#include <QCloseEvent>
+#include <QDebug>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QScreen>
+
+namespace {
+
+constexpr int CloseButtonSide = 20;
+constexpr int CloseButtonRight = 57;
+constexpr int CloseButtonTop = 37;
+constexpr double VeilOpacity = 0.8;
+
+} // namespace
+
+PreviewSpaceDialog::PreviewSpaceDialog(QWidget *pParent)
+    : IPreviewSpaceDialog(pParent, Qt::Dialog | Qt::FramelessWindowHint)
+    , m_pLayout(new QHBoxLayout(this))
+    , m_pCloseBtn(new CPushButton(this))
+    , m_pHub(new MiddleResourcePreviewWidget(this, MiddleResourcePreviewWidget::SpaceDialogMode))
+{
+    setAttribute(Qt::WA_TranslucentBackground);
+    setWindowTitle(tr("Quick Preview"));
+    m_pLayout->setMargin(1);
+    m_pHub->setStyleSheet(QStringLiteral("background:transparent"));
+    m_pLayout->addWidget(m_pHub);
+    buildCloseButton();
+    connectHub();
+    connectProvider();
+
+    QColor veil(Qt::black);
+    veil.setAlphaF(VeilOpacity);
+    setStyleSheet(QStringLiteral("background:") + veil.name(QColor::HexArgb));
+    if (pParent != nullptr)
+        pParent->window()->installEventFilter(this);
+}
+
+void PreviewSpaceDialog::buildCloseButton()
+{
+    m_pCloseBtn->setObjectName(QStringLiteral("closeButton"));
+    m_pCloseBtn->setFlat(true);
+    m_pCloseBtn->setFixedSize(CloseButtonSide, CloseButtonSide);
+    m_pCloseBtn->setToolTip(tr("Close"));
+    m_pCloseBtn->setAccessibleName(tr("Close"));
+    const auto applyIcon = [this] {
+        const TSSkinSetting *pSkin = TSSkinSetting::GetInstance();
+        m_pCloseBtn->setStyleSheet(
+            QStringLiteral("QPushButton{border:0px;background:transparent;%1} QPushButton:hover{%2}")
+                .arg(pSkin->GetResourcePath(QStringLiteral("title_window_close_normal.svg")),
+                     pSkin->GetResourcePath(QStringLiteral("title_window_close_hover.svg"))) +
+            IconStyle::toolTip());
+    };
+    applyIcon();
+    connect(TSSkinSetting::GetInstance(), &TSSkinSetting::signalThemeChanged, m_pCloseBtn, applyIcon);
+    m_pCloseBtn->raise();
+}
+
+void PreviewSpaceDialog::connectHub()
+{
+    using Hub = MiddleResourcePreviewWidget;
+    connect(m_pCloseBtn, &QPushButton::clicked, this, &PreviewSpaceDialog::slot_close_hide);
+    connect(m_pHub, &Hub::signal_exitCurWidget, this, &PreviewSpaceDialog::slot_close_hide);
+    connect(m_pHub, &Hub::signal_left_Key_Pressed, this, &PreviewSpaceDialog::slot_show_left_source);
+    connect(m_pHub, &Hub::signal_up_Key_Pressed, this, &PreviewSpaceDialog::slot_show_up_source);
+    connect(m_pHub, &Hub::signal_right_Key_Pressed, this, &PreviewSpaceDialog::slot_show_right_source);
+    connect(m_pHub, &Hub::signal_down_Key_Pressed, this, &PreviewSpaceDialog::slot_show_down_source);
+    connect(m_pHub, &Hub::signal_close_space_dialog, this, &PreviewSpaceDialog::closeNow);
+}
+
+void PreviewSpaceDialog::connectProvider()
+{
+    const QSharedPointer<IPreviewDataSource> pSource = PluginInnerData::instance()->dataSource();
+    IFileListProvider *pProvider = pSource ? pSource->fileListProvider() : nullptr;
+    if (pProvider != nullptr) {
+        connect(pProvider, SIGNAL(signalRemoveFiles(QVector<qint64>)), this,
+                SLOT(onProviderRemoveFiles(QVector<qint64>)));
+    }
+}
+
+void PreviewSpaceDialog::showPreview()
+{
+    coverHostWindow();
+    m_pHub->slot_previewResource();
+    setModal(true);
+    show();
+    m_pHub->setFocus();
+}
+
+bool PreviewSpaceDialog::canClosePreview()
+{
+    if (!m_pHub->confirmNotLoading())
+        return false;
+    PluginInnerData::instance()->clearRenderCache();
+    return true;
+}
+
+void PreviewSpaceDialog::slot_close_hide()
+{
+    if (!m_pHub->confirmNotLoading())
+        return;
+    PluginInnerData *pData = PluginInnerData::instance();
+    if (pData->hasPendingPresentations()) {
+        m_pHub->setClosePending(true);
+        pData->releaseOpenRenderers();
+        return;
+    }
+    closeNow();
+}
+
+void PreviewSpaceDialog::closeNow()
+{
+    if (m_bClosing)
+        return;
+    m_bClosing = true;
+    m_pHub->stopCurrentPreview();
+    close();
+    m_bClosing = false;
+    Q_EMIT signalSpacePreviewClosed(PluginInnerData::instance()->currentFileId());
+}
+
+void PreviewSpaceDialog::slot_show_left_source()
+{
+    showPrevious();
+}
+
+void PreviewSpaceDialog::slot_show_up_source()
+{
+    showPrevious();
+}
+
+void PreviewSpaceDialog::slot_show_right_source()
+{
+    showNext();
+}
+
+void PreviewSpaceDialog::slot_show_down_source()
+{
+    showNext();
+}
+
+int PreviewSpaceDialog::currentPosition() const
+{
+    const int nIndex = PluginInnerData::instance()->indexOfCurrent();
+    if (nIndex == -1)
+        qCritical() << "PreviewSpaceDialog::slot_show_left_source" << nIndex;
+    return nIndex;
+}
+
+void PreviewSpaceDialog::showNext()
+{
+    const int nIndex = currentPosition();
+    if (nIndex != -1 && nIndex + 1 < PluginInnerData::instance()->fileInformationList().size())
+        showFileAt(nIndex + 1);
+}
+
+void PreviewSpaceDialog::showPrevious()
+{
+    const int nIndex = currentPosition();
+    if (nIndex > 0)
+        showFileAt(nIndex - 1);
+}
+
+void PreviewSpaceDialog::showFileAt(int nIndex)
+{
+    PluginInnerData *pData = PluginInnerData::instance();
+    const FileInfoPtr pInfo = pData->fileInformationList().at(nIndex);
+    if (!pInfo)
+        return;
+    const qint64 nFileId = pInfo->fileId();
+    pData->setCurrentFile(nFileId);
+    Q_EMIT signalPreviewFileIdChanged(nFileId);
+    m_pHub->slot_previewResource();
+}
+
+void PreviewSpaceDialog::onProviderRemoveFiles(QVector<qint64> fileIds)
+{
+    Q_UNUSED(fileIds)
+    if (isVisible())
+        slot_close_hide();
+}
+
+void PreviewSpaceDialog::resizeEvent(QResizeEvent *pEvent)
+{
+    IPreviewSpaceDialog::resizeEvent(pEvent);
+    m_pCloseBtn->move(width() - CloseButtonRight, CloseButtonTop);
+    m_pCloseBtn->raise();
+}
+
+void PreviewSpaceDialog::closeEvent(QCloseEvent *pEvent)
+{
+    if (m_bClosing) {
+        IPreviewSpaceDialog::closeEvent(pEvent);
+        return;
+    }
+    // The window manager's way to close goes the same way as the button's.
+    pEvent->ignore();
+    slot_close_hide();
+}
+
+void PreviewSpaceDialog::reject()
+{
+    if (m_bClosing)
+        IPreviewSpaceDialog::reject();
+    else
+        slot_close_hide();
+}
+
+bool PreviewSpaceDialog::eventFilter(QObject *pWatched, QEvent *pEvent)
+{
+    const bool bMoved = pEvent->type() == QEvent::Move || pEvent->type() == QEvent::Resize;
+    if (bMoved && isVisible())
+        coverHostWindow();
+    return IPreviewSpaceDialog::eventFilter(pWatched, pEvent);
+}
+
+void PreviewSpaceDialog::coverHostWindow()
+{
+    if (parentWidget() != nullptr)
+        setGeometry(parentWidget()->window()->geometry());
+    else if (const QScreen *pScreen = QGuiApplication::primaryScreen())
+        setGeometry(pScreen->availableGeometry());
+}
