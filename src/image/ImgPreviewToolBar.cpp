@@ -23,26 +23,29 @@ constexpr int BadgeAbove = 7;
 constexpr double BarOpacity = 0.86;
 
 struct ButtonRow {
-    const char *pIcon;
+    const char *pNormalIcon;
+    const char *pSelectedIcon;
     const char *pLabel;
     const char *pLabelWithKey; ///< Null for a button without a shortcut.
     int nShortcutId;
 };
 
 const ButtonRow ButtonRows[ImgPreviewToolBar::ButtonCount] = {
-    {"preview_whole", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Fit to Window"),
+    {"preview_whole_normal.svg", "preview_whole_select.svg", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Fit to Window"),
      QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Fit to Window("), IShortcutSetting::FitToWindow},
-    {"preview_adapt", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Fit to Width"),
+    {"preview_adapt_normal.svg", "preview_adapt_select.svg", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Fit to Width"),
      QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Fit to Width("), IShortcutSetting::FitToWidth},
-    {"preview_actual", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Actual Size"),
+    {"preview_actual_normal.svg", "preview_actual_select.svg", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Actual Size"),
      QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Actual Size("), IShortcutSetting::ActualSize},
-    {"preview_rotate", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Rotate"), nullptr, 0},
-    {"preview_flip", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Flip"), nullptr, 0},
-    {"preview_cut", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Crop"), nullptr, 0},
-    {"preview_mark", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Comment"), nullptr, 0},
-    {"preview_narrow", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Zoom Out"),
+    {"preview_rotate_normal.svg", "preview_rotate_select.svg", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Rotate"),
+     nullptr, 0},
+    {"preview_flip_normal.svg", "preview_flip_select.svg", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Flip"), nullptr, 0},
+    {"preview_cut_normal.svg", "preview_cut_select.svg", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Crop"), nullptr, 0},
+    {"preview_mark_normal.svg", "preview_mark_select.svg", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Comment"), nullptr,
+     0},
+    {"preview_narrow_normal.svg", "preview_narrow_select.svg", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Zoom Out"),
      QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Zoom Out("), IShortcutSetting::ZoomOut},
-    {"preview_enlarge", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Zoom In"),
+    {"preview_enlarge_normal.svg", "preview_enlarge_select.svg", QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Zoom In"),
      QT_TRANSLATE_NOOP("ImgPreviewToolBar", "Zoom In("), IShortcutSetting::ZoomIn},
 };
 
@@ -62,9 +65,7 @@ ImgPreviewToolBar::ImgPreviewToolBar(QWidget *pParent)
     setFixedHeight(BarHeight);
     for (const ButtonRow &row : ButtonRows) {
         auto *pButton = new CircleBtn(this, ButtonSide, ButtonSide);
-        const QString icon = QLatin1String(row.pIcon);
-        pButton->setObjectName(icon);
-        pButton->setIcons(icon + QStringLiteral("_normal.svg"), icon + QStringLiteral("_select.svg"));
+        pButton->setIcons(QLatin1String(row.pNormalIcon), QLatin1String(row.pSelectedIcon));
         m_buttons.append(pButton);
     }
     m_pCancelBtn->setText(tr("Cancel"));

@@ -17,12 +17,6 @@ constexpr int RightMargin = 16;
 constexpr int WindowTop = 14;
 constexpr int WindowSpacing = 18;
 
-void setWindowIcons(QPushButton *pButton, const QString &name)
-{
-    pButton->setStyleSheet(
-        IconStyle::windowButton(name + QStringLiteral("_normal.svg"), name + QStringLiteral("_hover.svg")));
-}
-
 } // namespace
 
 HubTitleBar::HubTitleBar(QWidget *pHub)
@@ -87,10 +81,15 @@ void HubTitleBar::refresh()
 {
     const IMainWindowHandle *pHandle = PluginInnerData::instance()->mainWindowHandle();
     const bool bMaximized = pHandle != nullptr && pHandle->isMaximized();
-    setWindowIcons(m_pMinimizeBtn, QStringLiteral("title_window_minisize"));
-    setWindowIcons(m_pMaximizeBtn,
-                   bMaximized ? QStringLiteral("title_window_restore") : QStringLiteral("title_window_maxsize"));
-    setWindowIcons(m_pCloseBtn, QStringLiteral("title_window_close"));
+    m_pMinimizeBtn->setStyleSheet(IconStyle::windowButton(QStringLiteral("title_window_minisize_normal.svg"),
+                                                          QStringLiteral("title_window_minisize_hover.svg")));
+    m_pMaximizeBtn->setStyleSheet(bMaximized
+                                      ? IconStyle::windowButton(QStringLiteral("title_window_restore_normal.svg"),
+                                                                QStringLiteral("title_window_restore_hover.svg"))
+                                      : IconStyle::windowButton(QStringLiteral("title_window_maxsize_normal.svg"),
+                                                                QStringLiteral("title_window_maxsize_hover.svg")));
+    m_pCloseBtn->setStyleSheet(IconStyle::windowButton(QStringLiteral("title_window_close_normal.svg"),
+                                                       QStringLiteral("title_window_close_hover.svg")));
     m_pMaximizeBtn->setToolTip(bMaximized ? tr("Restore") : tr("Maximize"));
 }
 
