@@ -3,6 +3,7 @@
 #include "theme/ThemeColors.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
@@ -109,9 +110,8 @@ QString TSSkinSetting::GetResourcePath(const QString &name) const
 
 QString TSSkinSetting::GetResourceAbsolutePath(const QString &name) const
 {
-    const QString path =
-        QStringLiteral(":/bigimgpreview/%1/%2").arg(QLatin1String(m_theme == LightTheme ? "light" : "dark"), name);
-    return QFile::exists(path) ? path : QString();
+    const QString path = QStringLiteral(":/bigimgpreview/%1/%2").arg(themeFolder(m_theme), name);
+    return QFileInfo(path).isFile() ? path : QString();
 }
 
 QString TSSkinSetting::GetStyleSheet(const QString &name) const

@@ -5,41 +5,21 @@
 #include <QColor>
 #include <QString>
 
-/** Every colour of one theme by role: the single table behind TSSkinSetting. */
+/** Every colour of one theme by role; the values stand in ThemeColorTable.inc. */
 struct ThemeColors {
-    QColor text;
-    QColor secondaryText;
-    QColor disabledText;
-    QColor textOnMain;
-    QColor icon;
-    QColor main;
-    QColor hoverFrame;
-    QColor separator;
-    QColor window;
-    QColor leftColumn;
-    QColor rightColumn;
-    QColor titleBar;
-    QColor popupBackground;
-    QColor popupBorder;
-    QColor inputAndButton;
-    QColor hover;
-    QColor notification1;
-    QColor notification2;
-    QColor sideMain;
-    QColor sideArrow;
-    QColor slider;
-    QColor highlight;
-    QColor badge;
-    QColor placeholderBackground;
-    QColor placeholderText;
-    QColor progressEmpty;
-    QColor progressEmpty2;
-    QColor progressFilled;
-    QColor scrollHandle;
+#define THEME_COLOR(role, dark, light) QColor role;
+#include "theme/ThemeColorTable.inc"
+#undef THEME_COLOR
 };
 
 /** The colours of a theme. */
 const ThemeColors &themeColors(TSSkinSetting::Theme theme);
 
-/** Replaces each "@role@" of a style sheet by that colour, written #AARRGGBB. */
+/** The folder of a theme's icons below ":/bigimgpreview/". */
+QLatin1String themeFolder(TSSkinSetting::Theme theme);
+
+/**
+ * Replaces each "@role@" of a style sheet by that colour, written #AARRGGBB, and "@icons@" by the path of the theme's
+ * icons.
+ */
 QString themeStyleSheet(TSSkinSetting::Theme theme, QString styleSheet);
