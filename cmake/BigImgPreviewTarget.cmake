@@ -21,9 +21,11 @@ function(bigimgpreview_target target)
     endif()
 endfunction()
 
-# bigimgpreview_plugin(TARGET): a module that a host loads at run time.
+# bigimgpreview_plugin(TARGET): a module that a host loads at run time; target `plugins` builds all of them.
+add_custom_target(plugins)
 function(bigimgpreview_plugin target)
     bigimgpreview_target(${target})
+    add_dependencies(plugins ${target})
     set_target_properties(${target} PROPERTIES
         LIBRARY_OUTPUT_DIRECTORY "${BIGIMGPREVIEW_PLUGIN_OUTPUT_DIRECTORY}"
         RUNTIME_OUTPUT_DIRECTORY "${BIGIMGPREVIEW_PLUGIN_OUTPUT_DIRECTORY}"

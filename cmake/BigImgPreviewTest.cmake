@@ -1,0 +1,60 @@
+# bigimgpreview_test(NAME SOURCES source… [LIBRARIES library…] [ARGUMENTS argument…] [XVFB] [TIMEOUT seconds])
+#
+# A test program, run offscreen with settings and data folders of its own. XVFB runs it in a real window on a private
+# display instead and gives it the label `xvfb`.
+find_program(XVFB_RUN xvfb-run)
+
+set(BIGIMGPREVIEW_TEST_ENVIRONMENT
+    "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0"
+    "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/tsan.supp:halt_on_error=0:exitcode=66:second_deadlock_stack=1"
+    "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1:new_delete_type_mismatch=1"
+    "UBSAN_OPTIONS=print_stacktrace=1"
+    "LC_ALL=C.UTF-8"
+    "NO_AT_BRIDGE=1")
+
+function(bigimgpreview_register_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "XVFB" "TIMEOUT" "COMMAND")
+    set(home "${CMAKE_BINARY_DIR}/tests/home/${name}")
+    file(MAKE_DIRECTORY "${home}/data" "${home}/config" "${home}/cache" "${home}/runtime")
+    file(CHMOD "${home}/runtime" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+    set(environment ${BIGIMGPREVIEW_TEST_ENVIRONMENT}
+        "XDG_DATA_HOME=${home}/data" "XDG_CONFIG_HOME=${home}/config" "XDG_CACHE_HOME=${home}/cache"
+        "XDG_RUNTIME_DIR=${home}/runtime")
+    if(arg_XVFB AND NOT XVFB_RUN)
+        message(STATUS "xvfb-run is missing: no test ${name}")
+        return()
+    endif()
+    if(arg_XVFB)
+        list(PREPEND arg_COMMAND "${XVFB_RUN}" -a -s "-screen 0 1920x1080x24 -nolisten tcp")
+        list(APPEND environment "QT_QPA_PLATFORM=xcb")
+    else()
+        list(APPEND environment "QT_QPA_PLATFORM=offscreen")
+    endif()
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+        math(EXPR arg_TIMEOUT "${arg_TIMEOUT} * 5")
+    endif()
+    add_test(NAME ${name} COMMAND ${arg_COMMAND})
+    set_tests_properties(${name} PROPERTIES
+        ENVIRONMENT "${environment}" TIMEOUT ${arg_TIMEOUT})
+    if(arg_XVFB)
+        set_tests_properties(${name} PROPERTIES LABELS xvfb)
+    endif()
+endfunction()
+
+function(bigimgpreview_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "XVFB" "TIMEOUT" "SOURCES;LIBRARIES;ARGUMENTS")
+    add_executable(${name} ${arg_SOURCES})
+    bigimgpreview_target(${name})
+    target_link_libraries(${name} PRIVATE testsupport ${arg_LIBRARIES})
+    set(options)
+    if(arg_XVFB)
+        list(APPEND options XVFB)
+    endif()
+    if(arg_TIMEOUT)
+        list(APPEND options TIMEOUT ${arg_TIMEOUT})
+    endif()
+    bigimgpreview_register_test(${name} COMMAND $<TARGET_FILE:${name}> ${arg_ARGUMENTS} ${options})
+endfunction()

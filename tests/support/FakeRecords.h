@@ -1,0 +1,71 @@
+#pragma once
+
+#include "interfaces/data/IFileInfo.h"
+#include "interfaces/data/IResponseInfo.h"
+#include "interfaces/data/TagRecord.h"
+
+#include <QSize>
+
+/** A file record made of plain values. Fill it before it is shared. */
+class FakeFileInfo final : public IFileInfo {
+public:
+    FakeFileInfo(qint64 nId, qint64 nType, const QString &path);
+
+    qint64 fileId() const override { return id; }
+    qint64 fileType() const override { return type; }
+    QString filePath() const override { return path; }
+    QString fileName() const override { return path.section(QLatin1Char('/'), -1); }
+    QString suffix() const override { return fileName().section(QLatin1Char('.'), -1); }
+    QString description() const override { return text; }
+    QString largePreviewPath() const override { return largePreview; }
+    QString thumbnailPath() const override { return thumbnail; }
+    QVector<NoteRecord> notes() const override { return noteList; }
+    bool hasVideo(const QString &) const override { return videoStream; }
+    bool needsLoader() const override { return loaderNeeded; }
+    bool isPreviewPictureFixed() const override { return previewFixed; }
+    bool isUnavailable() const override { return unavailable; }
+    bool hasCachePicture() const override { return cachePicture; }
+    bool isFileMissing() const override { return missing; }
+    bool isPictureType() const override { return picture; }
+    int pictureKind() const override { return kind; }
+
+    qint64 id = 0;
+    qint64 type = 0;
+    QString path;
+    QString text;
+    QString largePreview;
+    QString thumbnail;
+    QVector<NoteRecord> noteList;
+    TagRecordList tags; ///< Labels, which the data source hands out with the record.
+    bool videoStream = false;
+    bool loaderNeeded = true;
+    bool previewFixed = false;
+    bool unavailable = false;
+    bool cachePicture = false;
+    bool missing = false;
+    bool picture = false;
+    int kind = 0;
+};
+
+/** An answer made of plain values; success as it stands. */
+class FakeResponse final : public IResponseInfo {
+public:
+    int returnCode() const override { return code; }
+    QString errorMessage() const override { return message; }
+    QStringList errorList() const override { return errors; }
+    QVector<qint64> failedFiles() const override { return failed; }
+    QVector<qint64> skippedFiles() const override { return skipped; }
+    QVector<qint64> missingFiles() const override { return missing; }
+
+    static ResponseInfoPtr success();
+    static ResponseInfoPtr failure(int nCode, const QStringList &errors = {});
+
+    int code = Success;
+    QString message;
+    QStringList errors;
+    QVector<qint64> failed;
+    QVector<qint64> skipped;
+    QVector<qint64> missing;
+};
+
+TagRecordPtr makeTag(quint64 nId, const QString &name = {});

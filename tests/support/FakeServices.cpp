@@ -1,0 +1,149 @@
+#include "FakeServices.h"
+
+#include <algorithm>
+
+ShortcutRecord FakeShortcuts::shortcut(int nShortcutId) const
+{
+    return {QString::number(nShortcutId), QString(), keys.value(nShortcutId)};
+}
+
+QString FakeCacheManager::cacheKey(const FileInfoPtr &pInfo, const QSize &size) const
+{
+    return pInfo ? QStringLiteral("%1@%2x%3").arg(pInfo->fileId()).arg(size.width()).arg(size.height()) : QString();
+}
+
+int FakeCacheManager::lookup(const QString &cacheKey, QPixmap *pPixmap)
+{
+    const auto found = pictures.constFind(cacheKey);
+    if (found == pictures.constEnd()) {
+        return missing;
+    }
+    *pPixmap = QPixmap::fromImage(*found);
+    return Found;
+}
+
+ThumbnailRequest FakeCacheManager::createRequest(const FileInfoPtr &pInfo, const QSize &size, double fDpi) const
+{
+    return {cacheKey(pInfo, size), pInfo, size, fDpi};
+}
+
+void FakeCacheManager::submitRequest(const ThumbnailRequest &request)
+{
+    requests.append(request);
+    if (answersAtOnce) {
+        finishAll();
+    }
+}
+
+QImage FakeCacheManager::largePicture(const FileInfoPtr &pInfo) const
+{
+    return pInfo ? largePictures.value(pInfo->fileId()) : QImage();
+}
+
+void FakeCacheManager::finish(const QString &cacheKey, const QImage &picture)
+{
+    if (!picture.isNull()) {
+        pictures.insert(cacheKey, picture);
+    }
+    Q_EMIT signalLoadPixmapFinished(cacheKey, !picture.isNull());
+}
+
+void FakeCacheManager::finishAll()
+{
+    QImage picture(16, 16, QImage::Format_RGB32);
+    picture.fill(Qt::darkGreen);
+    const QVector<ThumbnailRequest> asked = requests;
+    for (const ThumbnailRequest &request : asked) {
+        if (!pictures.contains(request.cacheKey)) {
+            finish(request.cacheKey, picture);
+        }
+    }
+}
+
+void FakeRenderer::setDocument(qint64 nFileId, const QVector<QSize> &pages)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_documents[nFileId].pages = pages;
+}
+
+void FakeRenderer::setBrokenPages(qint64 nFileId, const QSet<int> &pages)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_documents[nFileId].broken = pages;
+}
+
+QSet<qint64> FakeRenderer::openDocuments() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_open;
+}
+
+QStringList FakeRenderer::rendered() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_rendered;
+}
+
+int FakeRenderer::mostAtOnce() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_mostAtOnce;
+}
+
+bool FakeRenderer::openDocument(qint64 nFileId, const QString &)
+{
+    openGate.pass();
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_documents.value(nFileId).pages.isEmpty()) {
+        return false;
+    }
+    m_open.insert(nFileId);
+    return true;
+}
+
+int FakeRenderer::pageCount(qint64 nFileId)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_open.contains(nFileId) ? m_documents.value(nFileId).pages.size() : 0;
+}
+
+QImage FakeRenderer::renderPage(qint64 nFileId, int nPage, const QSize &pixelSize)
+{
+    Document document;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_mostAtOnce = std::max(m_mostAtOnce, ++m_running);
+        m_rendered.append(
+            QStringLiteral("%1:%2 %3x%4").arg(nFileId).arg(nPage).arg(pixelSize.width()).arg(pixelSize.height()));
+    }
+    renderGate.pass();
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        --m_running;
+        if (m_open.contains(nFileId)) {
+            document = m_documents.value(nFileId);
+        }
+    }
+    if (nPage < 0 || nPage >= document.pages.size() || document.broken.contains(nPage)) {
+        return {};
+    }
+    QSize size = document.pages.at(nPage);
+    if (!pixelSize.isEmpty()) {
+        size.scale(pixelSize, Qt::KeepAspectRatio);
+    }
+    QImage page(size, QImage::Format_RGB32);
+    page.fill(QColor::fromHsv((nPage * 47) % 360, 90, 230));
+    return page;
+}
+
+void FakeRenderer::closeDocument(qint64 nFileId)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_open.remove(nFileId);
+}
+
+void FakeRenderer::closeAllDocuments()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_open.clear();
+}

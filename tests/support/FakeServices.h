@@ -1,0 +1,114 @@
+#pragma once
+
+#include "Gate.h"
+#include "interfaces/services/IPresentationRenderer.h"
+#include "interfaces/services/ISettingsObject.h"
+#include "interfaces/services/IShortcutSetting.h"
+#include "interfaces/services/ITSCacheManager.h"
+#include "interfaces/surfaces/IMainWindowHandle.h"
+
+#include <QHash>
+#include <QPoint>
+#include <QSet>
+#include <QStringList>
+
+#include <mutex>
+
+/** Settings made of plain values. */
+class FakeSettings final : public ISettingsObject {
+public:
+    QString lastExportPath() const override { return exportPath; }
+    void setLastExportPath(const QString &path) override { exportPath = path; }
+    bool isLeftColumnShown() const override { return leftColumnShown; }
+    bool isRightPanelHidden() const override { return rightPanelHidden; }
+
+    QString exportPath;
+    bool leftColumnShown = true;
+    bool rightPanelHidden = false;
+};
+
+/** Shortcuts made of plain values; a few are set from the start. */
+class FakeShortcuts final : public IShortcutSetting {
+public:
+    bool isShortcutEnabled() const override { return enabled; }
+    ShortcutRecord shortcut(int nShortcutId) const override;
+
+    bool enabled = true;
+    QHash<int, QString> keys{{ZoomIn, QStringLiteral("Ctrl+=")},      {ZoomOut, QStringLiteral("Ctrl+-")},
+                             {FitToWindow, QStringLiteral("Ctrl+0")}, {ActualSize, QStringLiteral("Ctrl+1")},
+                             {FitToWidth, QStringLiteral("Ctrl+2")},  {MoveToRecycleBin, QStringLiteral("Del")}};
+};
+
+/** A thumbnail cache that answers requests when the test says so. GUI thread only. */
+class FakeCacheManager final : public ITSCacheManager {
+    Q_OBJECT
+
+public:
+    QString cacheKey(const FileInfoPtr &pInfo, const QSize &size) const override;
+    int lookup(const QString &cacheKey, QPixmap *pPixmap) override;
+    ThumbnailRequest createRequest(const FileInfoPtr &pInfo, const QSize &size, double fDpi) const override;
+    void submitRequest(const ThumbnailRequest &request) override;
+    QImage largePicture(const FileInfoPtr &pInfo) const override;
+
+    /** Ends a request: with a picture it will be found, with a null one the request failed. */
+    void finish(const QString &cacheKey, const QImage &picture);
+    /** Ends every request that is under way, with small pictures. */
+    void finishAll();
+
+    LookupState missing = NotYetThere;   ///< What lookup answers for keys without a picture.
+    bool answersAtOnce = false;          ///< Requests end inside submitRequest.
+    QVector<ThumbnailRequest> requests;  ///< Every request, in order.
+    QHash<QString, QImage> pictures;     ///< By cache key.
+    QHash<qint64, QImage> largePictures; ///< By file id.
+};
+
+/** Renders one-coloured pages from memory. Thread: any. */
+class FakeRenderer final : public IPresentationRenderer {
+public:
+    /** A document: the sizes of its pages. One without pages cannot be opened. */
+    void setDocument(qint64 nFileId, const QVector<QSize> &pages);
+    /** Pages that are opened but cannot be rendered. */
+    void setBrokenPages(qint64 nFileId, const QSet<int> &pages);
+
+    QSet<qint64> openDocuments() const;
+    /** "id:page WxH" for each page rendered, in order. */
+    QStringList rendered() const;
+    int mostAtOnce() const;
+
+    bool openDocument(qint64 nFileId, const QString &path) override;
+    int pageCount(qint64 nFileId) override;
+    QImage renderPage(qint64 nFileId, int nPage, const QSize &pixelSize) override;
+    void closeDocument(qint64 nFileId) override;
+    void closeAllDocuments() override;
+
+    Gate openGate;   ///< Where closed, openDocument waits.
+    Gate renderGate; ///< Where closed, renderPage waits.
+
+private:
+    struct Document {
+        QVector<QSize> pages;
+        QSet<int> broken;
+    };
+
+    mutable std::mutex m_mutex;
+    QHash<qint64, Document> m_documents;
+    QSet<qint64> m_open;
+    QStringList m_rendered;
+    int m_running = 0;
+    int m_mostAtOnce = 0;
+};
+
+/** A main window that only remembers what was asked of it. */
+class FakeMainWindow final : public IMainWindowHandle {
+public:
+    void moveBy(const QPoint &offset) override { moved += offset; }
+    bool isMaximized() const override { return maximized; }
+    void minimize() override { ++minimizeCalls; }
+    void toggleMaximized() override { maximized = !maximized; }
+    void close() override { ++closeCalls; }
+
+    QPoint moved;
+    bool maximized = false;
+    int minimizeCalls = 0;
+    int closeCalls = 0;
+};

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "LogCapture.h"
+
+#include <QApplication>
+#include <QStandardPaths>
+#include <QtTest>
+
+#include <memory>
+
+/**
+ * Base of our test classes: every test function records the log in log() and fails when it leaves a warning or an error
+ * behind that it did not announce with log().expect(…). Classes with an init() or cleanup() of their own call these.
+ */
+class LoggedTest : public QObject {
+    Q_OBJECT
+
+protected:
+    LogCapture &log() { return *m_log; }
+
+protected Q_SLOTS:
+    void init()
+    {
+        m_log.reset(); // one at a time
+        m_log = std::make_unique<LogCapture>();
+    }
+
+    void cleanup()
+    {
+        const QStringList unannounced = m_log->unannounced();
+        m_log.reset();
+        QVERIFY2(unannounced.isEmpty(),
+                 qPrintable(QStringLiteral("unannounced log lines:\n") + unannounced.join(QLatin1Char('\n'))));
+    }
+
+private:
+    std::unique_ptr<LogCapture> m_log;
+};
+
+/** The main function of a test program with one test class. */
+template <class Test>
+int runTest(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QStandardPaths::setTestModeEnabled(true);
+    QApplication::setQuitOnLastWindowClosed(false);
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#define BIGIMGPREVIEW_TEST_MAIN(Test)                                                                                  \
+    int main(int argc, char **argv)                                                                                    \
+    {                                                                                                                  \
+        return runTest<Test>(argc, argv);                                                                              \
+    }

@@ -1,0 +1,26 @@
+# What a host reads of the plug-in before it loads it.
+if(NOT EXISTS "${QTPLUGININFO}")
+    message(FATAL_ERROR "qtplugininfo is missing (package qttools5-dev-tools)")
+endif()
+execute_process(COMMAND "${QTPLUGININFO}" --full-json "${PLUGIN}"
+    OUTPUT_VARIABLE json COMMAND_ERROR_IS_FATAL ANY)
+
+function(expect expected)
+    string(JSON actual ERROR_VARIABLE error GET "${json}" ${ARGN})
+    if(error OR NOT actual STREQUAL expected)
+        list(JOIN ARGN "." key)
+        message(SEND_ERROR "${key} is '${actual}', not '${expected}'")
+    endif()
+endfunction()
+
+expect("Tessaro.Plugin.IBigImgPreviewPlugin/1.0" IID)
+expect("BigImgPreviewPlugin" className)
+expect("plg_bigimgpreviewplugin" MetaData Keys 0)
+if(NOT DEBUG_BUILD)
+    expect("OFF" debug)
+endif()
+string(JSON keys LENGTH "${json}" MetaData Keys)
+string(JSON entries LENGTH "${json}" MetaData)
+if(NOT keys EQUAL 1 OR NOT entries EQUAL 1)
+    message(SEND_ERROR "MetaData holds more than the one key: ${json}")
+endif()

@@ -1,0 +1,187 @@
+#include "TestMain.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+namespace {
+const QString root = QStringLiteral(BIGIMGPREVIEW_SOURCE_DIR);
+
+struct Floor {
+    const char *pattern; ///< Path of a file, from the project's folder.
+    int number;
+};
+
+// The first line that fits counts. A file may include its own floor and those below.
+const Floor floors[] = {
+    {"^src/plugin/(PluginInnerData|FileTypeTable|Host[A-Z]\\w*|PluginLookup)", 1},
+    {"^src/plugin/", 6},
+    {"^src/preview/Middle", 4},
+    {"^src/preview/", 5},
+    {"^src/image/(PreviewBase|\\w*Base\\b|\\w*Task\\b|\\w*Loader)", 2},
+    {"^src/actions/TsQtUtils", 0},
+    {"^src/actions/", 2},
+    {"^src/(image|media)/", 3},
+    {"^src/common/", 0},
+};
+
+int floorOf(const QString &path)
+{
+    for (const Floor &floor : floors) {
+        if (QRegularExpression(QLatin1String(floor.pattern)).match(path).hasMatch()) {
+            return floor.number;
+        }
+    }
+    return -1;
+}
+
+struct Arrow {
+    QString from;
+    QString name; ///< As written.
+    QString to;   ///< Path from the project's folder; empty for a header that is not ours.
+    bool system = false;
+};
+
+QString resolve(const QString &from, const QString &name)
+{
+    const QStringList folders{QFileInfo(from).path(), QStringLiteral("sdk"), QStringLiteral("src"),
+                              QStringLiteral("host")};
+    for (const QString &folder : folders) {
+        const QString path = QDir::cleanPath(folder + QLatin1Char('/') + name);
+        if (QFileInfo::exists(root + QLatin1Char('/') + path)) {
+            return path;
+        }
+    }
+    return {};
+}
+
+QVector<Arrow> arrowsOf(const QString &room)
+{
+    static const QRegularExpression include(QStringLiteral("^\\s*#\\s*include\\s*([<\"])([^>\"]+)[>\"]"),
+                                            QRegularExpression::MultilineOption);
+    QVector<Arrow> arrows;
+    QDirIterator files(root + QLatin1Char('/') + room, {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        if (!file.open(QIODevice::ReadOnly)) {
+            qWarning("cannot read %s", qPrintable(file.fileName()));
+            continue;
+        }
+        const QString from = QDir(root).relativeFilePath(file.fileName());
+        auto matches = include.globalMatch(QString::fromUtf8(file.readAll()));
+        while (matches.hasNext()) {
+            const auto match = matches.next();
+            const bool system = match.captured(1) == QLatin1String("<");
+            const QString name = match.captured(2);
+            arrows.append({from, name, resolve(from, name), system});
+        }
+    }
+    return arrows;
+}
+
+bool isStandardHeader(const QString &name)
+{
+    return !name.contains(QLatin1Char('/')) && !name.contains(QLatin1Char('.')) && name.at(0).isLower();
+}
+
+bool isQtHeader(const QString &name)
+{
+    return name.startsWith(QLatin1Char('Q')) || name.startsWith(QLatin1String("qt"));
+}
+
+QString text(const Arrow &arrow)
+{
+    return QStringLiteral("%1 includes %2").arg(arrow.from, arrow.name);
+}
+} // namespace
+
+/** Includes go down or stay on their floor; docs/ARCHITECTURE.md tells the floors. */
+class tst_floors : public LoggedTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void roomsKeepApart_data();
+    void roomsKeepApart();
+    void pluginUsesFourQtModules();
+    void pluginFloors();
+    void fakesKnowTheSdkOnly();
+};
+
+void tst_floors::roomsKeepApart_data()
+{
+    QTest::addColumn<QString>("room");
+    QTest::addColumn<QStringList>("allowed");
+    QTest::newRow("sdk") << QStringLiteral("sdk") << QStringList{QStringLiteral("sdk/")};
+    QTest::newRow("src") << QStringLiteral("src") << QStringList{QStringLiteral("src/"), QStringLiteral("sdk/")};
+    QTest::newRow("host") << QStringLiteral("host") << QStringList{QStringLiteral("host/"), QStringLiteral("sdk/")};
+}
+
+void tst_floors::roomsKeepApart()
+{
+    QFETCH(QString, room);
+    QFETCH(QStringList, allowed);
+    QStringList wrong;
+    for (const Arrow &arrow : arrowsOf(room)) {
+        const bool ours = !arrow.to.isEmpty();
+        const bool fits = std::any_of(allowed.begin(), allowed.end(),
+                                      [&arrow](const QString &folder) { return arrow.to.startsWith(folder); });
+        if (ours && !fits) {
+            wrong.append(text(arrow));
+        }
+        const bool known = ours || isQtHeader(arrow.name) || isStandardHeader(arrow.name);
+        if (room == QLatin1String("sdk") && !known) {
+            wrong.append(text(arrow));
+        }
+    }
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
+}
+
+void tst_floors::pluginUsesFourQtModules()
+{
+    // Headers of a Qt module stand in a folder of the module's name, which is how a build finds them.
+    static const QRegularExpression foreign(QStringLiteral(
+        "^(Qt(Sql|Network|DBus|Xml|Concurrent|OpenGL|Multimedia|PrintSupport|Quick|Qml|Test)\\b|QSql|QNetwork|QDBus|"
+        "QtConcurrent|QMedia|QDom|QOpenGL(?!Widget)|QQuick|QQml|QPrint|QTest|QSignalSpy)"));
+    static const QRegularExpression library(QStringLiteral("^(vips|libraw|turbojpeg|mpv|archive|poppler|sqlite)"));
+    QStringList wrong;
+    for (const Arrow &arrow : arrowsOf(QStringLiteral("src"))) {
+        if (foreign.match(arrow.name).hasMatch() || library.match(arrow.name).hasMatch()) {
+            wrong.append(text(arrow));
+        }
+    }
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
+}
+
+void tst_floors::pluginFloors()
+{
+    QStringList wrong;
+    for (const Arrow &arrow : arrowsOf(QStringLiteral("src"))) {
+        const int from = floorOf(arrow.from);
+        const int to = floorOf(arrow.to);
+        if (arrow.to.startsWith(QLatin1String("src/")) && to > from) {
+            wrong.append(QStringLiteral("%1 (floor %2 to %3)").arg(text(arrow)).arg(from).arg(to));
+        }
+        // A common widget has never heard of files or hosts: of the SDK it knows the theme.
+        const bool sdk = arrow.to.startsWith(QLatin1String("sdk/"));
+        if (from == 0 && sdk && !arrow.to.startsWith(QLatin1String("sdk/theme/"))) {
+            wrong.append(text(arrow));
+        }
+    }
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
+}
+
+void tst_floors::fakesKnowTheSdkOnly()
+{
+    QStringList wrong;
+    for (const Arrow &arrow : arrowsOf(QStringLiteral("tests/support"))) {
+        if (arrow.to.startsWith(QLatin1String("src/")) || arrow.to.startsWith(QLatin1String("host/"))) {
+            wrong.append(text(arrow));
+        }
+    }
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
+}
+
+BIGIMGPREVIEW_TEST_MAIN(tst_floors)
+#include "tst_floors.moc"
