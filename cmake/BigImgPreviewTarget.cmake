@@ -30,6 +30,11 @@ function(bigimgpreview_plugin target)
         LIBRARY_OUTPUT_DIRECTORY "${BIGIMGPREVIEW_PLUGIN_OUTPUT_DIRECTORY}"
         RUNTIME_OUTPUT_DIRECTORY "${BIGIMGPREVIEW_PLUGIN_OUTPUT_DIRECTORY}"
         INSTALL_RPATH "$ORIGIN/../..")
+    # A symbol that is missing is told by the linker, not by the host that loads the module. Sanitizers leave their own
+    # symbols to the program.
+    if(UNIX AND NOT APPLE AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+        target_link_options(${target} PRIVATE -Wl,--no-undefined)
+    endif()
     install(TARGETS ${target}
         LIBRARY DESTINATION "${BIGIMGPREVIEW_PLUGIN_INSTALL_DIR}"
         RUNTIME DESTINATION "${BIGIMGPREVIEW_PLUGIN_INSTALL_DIR}")
