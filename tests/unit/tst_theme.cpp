@@ -95,9 +95,16 @@ void tst_theme::contrastOfTextAndIcons_data()
             QTest::addRow("%s %s", themeFolder(theme).data(), pair) << front << opaque << least;
         };
         const std::pair<const char *, QColor> grounds[] = {
-            {"window", c.window},      {"left column", c.leftColumn}, {"right column", c.rightColumn},
-            {"title bar", c.titleBar}, {"pop-up", c.popupBackground}, {"input", c.inputAndButton},
-            {"hover", c.hover},        {"notice", c.notification1},   {"warning notice", c.notification2},
+            {"window", c.window},
+            {"left column", c.leftColumn},
+            {"right column", c.rightColumn},
+            {"title bar", c.titleBar},
+            {"pop-up", c.popupBackground},
+            {"input", c.inputAndButton},
+            {"hover", c.hover},
+            {"selected row", c.selection},
+            {"notice", c.notification1},
+            {"warning notice", c.notification2},
         };
         for (const auto &ground : grounds) {
             add(qPrintable(QStringLiteral("text on %1").arg(QLatin1String(ground.first))), c.text, ground.second, 4.5);
