@@ -1,0 +1,273 @@
+#include "theme/TSSkinSetting.h"
+#include "theme/ThemeColors.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QSvgRenderer>
+#include <QWidget>
+#include <QtTest>
+
+#include <cmath>
+
+namespace {
+
+/** Relative luminance of an opaque colour, as the accessibility guidelines define it. */
+double luminance(const QColor &color)
+{
+    const auto linear = [](double channel) {
+        return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor &one, const QColor &other)
+{
+    const double a = luminance(one), b = luminance(other);
+    return (qMax(a, b) + 0.05) / (qMin(a, b) + 0.05);
+}
+
+/** What is seen of a translucent colour on an opaque ground. */
+QColor over(const QColor &color, double alpha, const QColor &ground)
+{
+    const auto mix = [alpha](double top, double bottom) {
+        return top * alpha + bottom * (1.0 - alpha);
+    };
+    return QColor::fromRgbF(mix(color.redF(), ground.redF()), mix(color.greenF(), ground.greenF()),
+                            mix(color.blueF(), ground.blueF()));
+}
+
+QStringList iconNames()
+{
+    QStringList names;
+    const auto add = [&names](const char *prefix, const char *icons, const QStringList &suffixes) {
+        for (const QString &icon : QString::fromLatin1(icons).split(QLatin1Char(' '))) {
+            for (const QString &suffix : suffixes)
+                names << QLatin1String(prefix) + icon + suffix + QStringLiteral(".svg");
+        }
+    };
+    const QString normal = QStringLiteral("_normal");
+    add("preview_", "whole adapt actual rotate flip cut mark narrow enlarge back hide previous next loop",
+        {normal, QStringLiteral("_select")});
+    add("title_window_", "minisize maxsize restore close", {normal, QStringLiteral("_hover")});
+    add("preview_", "video_play video_stop audio_play audio_stop voice mute", {QString()});
+    add("", "playnav_voice playnav_mute remind_success_icon remind_error_icon file_index_lose loading_logo",
+        {QString()});
+    add("", "loading_border nav_logo mainbody_close", {QString()});
+    add("host_", "folder folder_open search sort_up sort_down settings theme info label grid refresh", {QString()});
+    add("host_", "image video audio document filter check chevron_right chevron_down", {QString()});
+    return names;
+}
+
+} // namespace
+
+class tst_theme : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() { TSSkinSetting::GetInstance()->SetTheme(TSSkinSetting::DarkTheme); }
+    void contrastOfTextAndIcons_data();
+    void contrastOfTextAndIcons();
+    void toolbarIconsStayReadableOnAnyPicture_data();
+    void toolbarIconsStayReadableOnAnyPicture();
+    void everyIconDraws_data();
+    void everyIconDraws();
+    void iconColorsFollowTheTheme();
+    void styleSheetsAreFilledIn_data();
+    void styleSheetsAreFilledIn();
+    void unknownNamesAnswerEmpty_data();
+    void unknownNamesAnswerEmpty();
+    void setThemeEmitsOncePerChange();
+};
+
+void tst_theme::contrastOfTextAndIcons_data()
+{
+    QTest::addColumn<QColor>("front");
+    QTest::addColumn<QColor>("ground");
+    QTest::addColumn<double>("least");
+
+    for (const auto theme : {TSSkinSetting::DarkTheme, TSSkinSetting::LightTheme}) {
+        const ThemeColors &c = themeColors(theme);
+        const auto add = [theme](const char *pair, const QColor &front, const QColor &ground, double least) {
+            const QColor opaque =
+                over(ground, ground.alphaF(), theme == TSSkinSetting::DarkTheme ? Qt::white : Qt::black);
+            QTest::addRow("%s %s", themeFolder(theme).data(), pair) << front << opaque << least;
+        };
+        const std::pair<const char *, QColor> grounds[] = {
+            {"window", c.window},
+            {"left column", c.leftColumn},
+            {"right column", c.rightColumn},
+            {"title bar", c.titleBar},
+            {"pop-up", c.popupBackground},
+            {"input", c.inputAndButton},
+            {"hover", c.hover},
+            {"selected row", c.selection},
+            {"notice", c.notification1},
+            {"warning notice", c.notification2},
+        };
+        for (const auto &ground : grounds) {
+            add(qPrintable(QStringLiteral("text on %1").arg(QLatin1String(ground.first))), c.text, ground.second, 4.5);
+            add(qPrintable(QStringLiteral("secondary text on %1").arg(QLatin1String(ground.first))), c.secondaryText,
+                ground.second, 4.5);
+            add(qPrintable(QStringLiteral("icon on %1").arg(QLatin1String(ground.first))), c.icon, ground.second, 3.0);
+        }
+        add("text on accent", c.textOnMain, c.main, 4.5);
+        add("text on badge", c.text, c.badge, 4.5);
+        add("placeholder text", c.placeholderText, c.placeholderBackground, 4.5);
+        add("accent on title bar", c.main, c.titleBar, 3.0);
+        add("danger on title bar", c.danger, c.titleBar, 3.0);
+        add("danger on window", c.danger, c.window, 3.0);
+        add("success on notice", c.success, c.notification1, 3.0);
+        add("warning on notice", c.warning, c.notification2, 3.0);
+        add("edge arrow", c.sideArrow, c.sideMain, 3.0);
+        add("media icon on the control bar", c.mediaIcon, Qt::black, 4.5);
+        add("accent on the control bar", c.main, Qt::black, 3.0);
+    }
+}
+
+void tst_theme::contrastOfTextAndIcons()
+{
+    QFETCH(QColor, front);
+    QFETCH(QColor, ground);
+    QFETCH(double, least);
+    const double found = contrast(front, ground);
+    QVERIFY2(found >= least, qPrintable(QStringLiteral("%1 on %2 is only %3 : 1")
+                                            .arg(front.name(), ground.name(), QString::number(found, 'f', 2))));
+}
+
+void tst_theme::toolbarIconsStayReadableOnAnyPicture_data()
+{
+    QTest::addColumn<int>("theme");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QColor>("picture");
+    for (const int theme : {TSSkinSetting::DarkTheme, TSSkinSetting::LightTheme}) {
+        for (const char *state : {"normal", "select"}) {
+            for (const QColor &picture : {QColor(Qt::black), QColor(Qt::gray), QColor(Qt::white)})
+                QTest::addRow("%d %s on %s", theme, state, qPrintable(picture.name()))
+                    << theme << QStringLiteral("preview_enlarge_%1.svg").arg(QLatin1String(state)) << picture;
+        }
+    }
+}
+
+// The buttons may lie straight on a photo: stroke and disc must differ whatever is behind.
+void tst_theme::toolbarIconsStayReadableOnAnyPicture()
+{
+    QFETCH(int, theme);
+    QFETCH(QString, name);
+    QFETCH(QColor, picture);
+    TSSkinSetting::GetInstance()->SetTheme(TSSkinSetting::Theme(theme));
+    QImage image(104, 104, QImage::Format_ARGB32_Premultiplied);
+    image.fill(picture);
+    QPainter painter(&image);
+    QSvgRenderer(TSSkinSetting::GetInstance()->GetResourceAbsolutePath(name)).render(&painter);
+    painter.end();
+    const QColor stroke = image.pixelColor(47, 47); // the cross in the lens
+    const QColor disc = image.pixelColor(52, 8);
+    QVERIFY2(contrast(stroke, disc) >= 3.0, qPrintable(QString::number(contrast(stroke, disc))));
+}
+
+void tst_theme::everyIconDraws_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const QString &name : iconNames())
+        QTest::newRow(qPrintable(name)) << name;
+}
+
+void tst_theme::everyIconDraws()
+{
+    QFETCH(QString, name);
+    for (const auto theme : {TSSkinSetting::DarkTheme, TSSkinSetting::LightTheme}) {
+        TSSkinSetting::GetInstance()->SetTheme(theme);
+        const QString path = TSSkinSetting::GetInstance()->GetResourceAbsolutePath(name);
+        QCOMPARE(path, QStringLiteral(":/bigimgpreview/%1/%2").arg(themeFolder(theme), name));
+        QCOMPARE(TSSkinSetting::GetInstance()->GetResourcePath(name), QStringLiteral("image:url(%1);").arg(path));
+        QSvgRenderer renderer(path);
+        QVERIFY(renderer.isValid());
+        QImage image(renderer.defaultSize(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        const QImage empty = image;
+        QPainter painter(&image);
+        renderer.render(&painter);
+        painter.end();
+        QVERIFY(image != empty);
+        QVERIFY2(qAlpha(image.pixel(0, 0)) < 128, "drawn to the very corner: cut off");
+    }
+}
+
+void tst_theme::iconColorsFollowTheTheme()
+{
+    for (const auto theme : {TSSkinSetting::DarkTheme, TSSkinSetting::LightTheme}) {
+        TSSkinSetting::GetInstance()->SetTheme(theme);
+        QFile file(TSSkinSetting::GetInstance()->GetResourceAbsolutePath(QStringLiteral("preview_back_normal.svg")));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(file.readAll());
+        QVERIFY(text.contains(themeColors(theme).icon.name(), Qt::CaseInsensitive));
+        QVERIFY(!text.contains(QLatin1Char('@')));
+    }
+}
+
+void tst_theme::styleSheetsAreFilledIn_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"menu", "host", "tooltip"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void tst_theme::styleSheetsAreFilledIn()
+{
+    QFETCH(QString, name);
+    static const QRegularExpression url(QStringLiteral("url\\(([^)]*)\\)"));
+    for (const auto theme : {TSSkinSetting::DarkTheme, TSSkinSetting::LightTheme}) {
+        TSSkinSetting::GetInstance()->SetTheme(theme);
+        const QString styleSheet = TSSkinSetting::GetInstance()->GetStyleSheet(name);
+        QVERIFY(!styleSheet.isEmpty());
+        QVERIFY2(!styleSheet.contains(QLatin1Char('@')),
+                 qPrintable(styleSheet.mid(styleSheet.indexOf(QLatin1Char('@')), 30)));
+        for (auto it = url.globalMatch(styleSheet); it.hasNext();) {
+            const QString image = it.next().captured(1);
+            QVERIFY2(QFile::exists(image), qPrintable(image));
+        }
+        QWidget widget;
+        TSSkinSetting::GetInstance()->SetWidgetStyleSheetWithQssName(&widget, name);
+        widget.ensurePolished();
+        QCOMPARE(widget.styleSheet(), styleSheet);
+    }
+}
+
+void tst_theme::unknownNamesAnswerEmpty_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("unknown") << QStringLiteral("no_such_icon.svg");
+    QTest::newRow("empty") << QString();
+    QTest::newRow("folder above") << QStringLiteral("..");
+    QTest::newRow("other case") << QStringLiteral("Preview_Back_Normal.svg");
+}
+
+void tst_theme::unknownNamesAnswerEmpty()
+{
+    QFETCH(QString, name);
+    const TSSkinSetting *pSkin = TSSkinSetting::GetInstance();
+    QCOMPARE(pSkin->GetResourcePath(name), QString());
+    QCOMPARE(pSkin->GetResourceAbsolutePath(name), QString());
+    QCOMPARE(pSkin->GetStyleSheet(name), QString());
+    QWidget widget;
+    widget.setStyleSheet(QStringLiteral("color:red;"));
+    pSkin->SetWidgetStyleSheetWithQssName(&widget, name);
+    QCOMPARE(widget.styleSheet(), QStringLiteral("color:red;"));
+    pSkin->SetWidgetStyleSheetWithQssName(nullptr, QStringLiteral("menu"));
+}
+
+void tst_theme::setThemeEmitsOncePerChange()
+{
+    TSSkinSetting *pSkin = TSSkinSetting::GetInstance();
+    QSignalSpy spy(pSkin, &TSSkinSetting::signalThemeChanged);
+    pSkin->SetTheme(TSSkinSetting::LightTheme);
+    pSkin->SetTheme(TSSkinSetting::LightTheme);
+    QCOMPARE(spy.count(), 1);
+    pSkin->SetTheme(TSSkinSetting::DarkTheme);
+    QCOMPARE(spy.count(), 2);
+}
+
+QTEST_MAIN(tst_theme)
+#include "tst_theme.moc"
