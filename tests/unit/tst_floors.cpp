@@ -17,7 +17,7 @@ struct Floor {
 const Floor floors[] = {
     {"^src/plugin/(PluginInnerData|FileTypeTable|Host[A-Z]\\w*|PluginLookup)", 1},
     {"^src/plugin/", 6},
-    {"^src/preview/Middle", 4},
+    {"^src/preview/(Middle|Hub)", 4},
     {"^src/preview/", 5},
     {"^src/image/(PreviewBase|\\w*Base\\b|\\w*Task\\b|\\w*Loader)", 2},
     {"^src/actions/TsQtUtils", 0},
