@@ -59,7 +59,8 @@ void CNotificationFloatingWidget::setContent(const QString &iconName, const QStr
                                 TSSkinSetting::GetInstance()->GetResourcePath(iconName) + QStringLiteral("}"));
     m_pTextLabel->setText(text);
     const int nTextWidth = TsQtUtils::textWidth(m_font, text);
-    m_pTextLabel->setFixedWidth(nTextWidth);
+    // The bounding box leaves out the bearings of the outer letters, without which the label would cut the last one.
+    m_pTextLabel->setFixedWidth(text.isEmpty() ? 0 : qMax(nTextWidth, m_pTextLabel->sizeHint().width()));
     setFixedSize(nTextWidth + SideMargins + (m_bShowIcon ? m_pIconLabel->width() : 0), Height);
 }
 

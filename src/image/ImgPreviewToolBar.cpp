@@ -105,7 +105,8 @@ void ImgPreviewToolBar::applyStyle()
     const TSSkinSetting *pSkin = TSSkinSetting::GetInstance();
     QColor background = pSkin->GetPopupWinBackgroundColor();
     background.setAlphaF(BarOpacity);
-    setStyleSheet(QStringLiteral("#previewToolBar{background:%1;}").arg(background.name(QColor::HexArgb)) +
+    setStyleSheet(QStringLiteral("#previewToolBar{background:%1;}QLabel{background:transparent;}")
+                      .arg(background.name(QColor::HexArgb)) +
                   IconStyle::toolTip());
     m_pCancelBtn->setStyleSheet(QStringLiteral("background:transparent;border:none;"));
     m_percentLabel->setStyleSheet(QStringLiteral("color:%1;font-size:13px;").arg(pSkin->GetTextColor(0).name()));

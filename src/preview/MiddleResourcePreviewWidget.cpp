@@ -1,5 +1,6 @@
 #include "preview/MiddleResourcePreviewWidget.h"
 
+#include "common/CNotificationFloatingWidget.h"
 #include "common/CircleBtn.h"
 #include "common/TsLargerModeLoadingWidget.h"
 #include "common/WaitNotice.h"
@@ -437,4 +438,8 @@ void MiddleResourcePreviewWidget::raiseOverlays()
     m_pTitleBar->relayout();
     m_pLeftTrigger->raise();
     m_pRightTrigger->raise();
+    // A page that is turned to comes to the front, and would hide a notice that is still being read.
+    const auto notices = findChildren<CNotificationFloatingWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (CNotificationFloatingWidget *pNotice : notices)
+        pNotice->raise();
 }

@@ -12,7 +12,9 @@
 #include <QDebug>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QPainter>
 #include <QScreen>
+#include <QStyleOption>
 
 namespace {
 
@@ -187,6 +189,17 @@ void PreviewSpaceDialog::onProviderRemoveFiles(QVector<qint64> fileIds)
     Q_UNUSED(fileIds)
     if (isVisible())
         slot_close_hide();
+}
+
+void PreviewSpaceDialog::paintEvent(QPaintEvent *pEvent)
+{
+    Q_UNUSED(pEvent)
+    // Qt paints no background of its own on a translucent window, the style sheet's included.
+    QStyleOption option;
+    option.initFrom(this);
+    QPainter painter(this);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
 }
 
 void PreviewSpaceDialog::resizeEvent(QResizeEvent *pEvent)

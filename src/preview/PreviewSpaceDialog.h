@@ -29,6 +29,7 @@ public Q_SLOTS:
     void onProviderRemoveFiles(QVector<qint64> fileIds);
 
 protected:
+    void paintEvent(QPaintEvent *pEvent) override;
     void resizeEvent(QResizeEvent *pEvent) override;
     void closeEvent(QCloseEvent *pEvent) override;
     void reject() override;
