@@ -1,0 +1,112 @@
+#include "services/basemodule/BaseModule.h"
+
+#include "interfaces/plugin/PluginInfo.h"
+#include "services/basemodule/cache/DecodeAhead.h"
+#include "services/basemodule/cache/ThumbnailCache.h"
+#include "services/basemodule/decode/ImageDecoder.h"
+#include "services/basemodule/decode/PictureFormat.h"
+
+namespace basemodule {
+
+BaseModule::BaseModule(QObject *pParent)
+    : BaseModule(CacheFolders::standard(), pParent)
+{
+}
+
+BaseModule::BaseModule(const CacheFolders &folders, QObject *pParent)
+    : QObject(pParent)
+    , m_renditions(folders)
+{
+    // Previews read raw files through their rendition: that is what has to be ready.
+    const auto resolve = [this](const QString &path) {
+        return isRawSuffix(path.section(QLatin1Char('.'), -1)) ? m_renditions.renditionOf(path) : path;
+    };
+    m_ahead = std::make_unique<DecodeAhead>(m_gate, resolve);
+    m_decoder = std::make_unique<ImageDecoder>(m_gate, *m_ahead, m_renditions);
+    m_thumbnails = QSharedPointer<ThumbnailCache>::create(m_gate, folders.thumbnails);
+}
+
+BaseModule::~BaseModule()
+{
+    shutdown();
+}
+
+QObject *BaseModule::getObject()
+{
+    return this;
+}
+
+QUuid BaseModule::getPluginId()
+{
+    return QUuid(QStringLiteral("{5b9f6e0e-53c1-4c0c-9c53-b1f6a8c0e7d2}"));
+}
+
+void BaseModule::getPluginInfo(PluginInfo &info)
+{
+    info.name = QStringLiteral("basemodule");
+    info.displayName = tr("Decoder and thumbnails");
+    info.version = QStringLiteral("1.0");
+    info.author = QStringLiteral("Big Image Preview");
+    info.homePage = QUrl();
+}
+
+bool BaseModule::setPluginManager(IPluginManager *pManager)
+{
+    return pManager != nullptr;
+}
+
+bool BaseModule::initialize()
+{
+    return true;
+}
+
+bool BaseModule::extensionsInitialized()
+{
+    return true;
+}
+
+bool BaseModule::aboutToShutdown()
+{
+    shutdown();
+    return true;
+}
+
+QSharedPointer<ITSCacheManager> BaseModule::cacheManager()
+{
+    return m_thumbnails;
+}
+
+IImageDecoder *BaseModule::imageDecoder()
+{
+    return m_decoder.get();
+}
+
+IPresentationRenderer *BaseModule::presentationRenderer()
+{
+    return nullptr;
+}
+
+RenditionPaths BaseModule::renditionPaths(const QString &path, qint64 nSize, qint64 nModifiedMsec)
+{
+    return m_renditions.paths(path, nSize, nModifiedMsec);
+}
+
+void BaseModule::setFilesAhead(const QStringList &paths)
+{
+    m_ahead->setFiles(paths);
+}
+
+void BaseModule::setAheadBudget(qint64 nBytes)
+{
+    m_ahead->setBudget(nBytes);
+}
+
+void BaseModule::shutdown()
+{
+    m_thumbnails->shutdown();
+    m_ahead->shutdown();
+    m_decoder->shutdown();
+    m_renditions.shutdown();
+}
+
+} // namespace basemodule

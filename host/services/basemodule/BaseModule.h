@@ -1,0 +1,61 @@
+#pragma once
+
+#include "interfaces/plugin/IPlugin.h"
+#include "interfaces/services/IBaseModulePlugin.h"
+#include "services/basemodule/IHostAnalysis.h"
+#include "services/basemodule/cache/DecodeGate.h"
+#include "services/basemodule/cache/RenditionStore.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace basemodule {
+
+class DecodeAhead;
+class ImageDecoder;
+class ThumbnailCache;
+
+/**
+ * Root object of the base module: builds decoder, decode-ahead, renditions and thumbnails and hands them out.
+ *
+ * Owner: the Qt plug-in loader, or a test. Thread: GUI thread; the decoder and renditionPaths: any.
+ */
+class BaseModule : public QObject, public IPlugin, public IBaseModulePlugin, public IHostAnalysis {
+    Q_OBJECT
+    Q_INTERFACES(IPlugin IBaseModulePlugin IHostAnalysis)
+
+public:
+    explicit BaseModule(QObject *pParent = nullptr);
+    BaseModule(const CacheFolders &folders, QObject *pParent);
+    ~BaseModule() override;
+
+    QObject *getObject() override;
+    QUuid getPluginId() override;
+    void getPluginInfo(PluginInfo &info) override;
+    bool setPluginManager(IPluginManager *pManager) override;
+    bool initialize() override;
+    bool extensionsInitialized() override;
+    bool aboutToShutdown() override;
+
+    QSharedPointer<ITSCacheManager> cacheManager() override;
+    IImageDecoder *imageDecoder() override;
+    IPresentationRenderer *presentationRenderer() override;
+
+    RenditionPaths renditionPaths(const QString &path, qint64 nSize, qint64 nModifiedMsec) override;
+    void setFilesAhead(const QStringList &paths) override;
+    void setAheadBudget(qint64 nBytes) override;
+    void shutdown() override;
+
+    /** For tests: what is held ready. */
+    DecodeAhead &decodeAhead() const { return *m_ahead; }
+
+private:
+    DecodeGate m_gate;
+    RenditionStore m_renditions;
+    std::unique_ptr<DecodeAhead> m_ahead;
+    std::unique_ptr<ImageDecoder> m_decoder;
+    QSharedPointer<ThumbnailCache> m_thumbnails;
+};
+
+} // namespace basemodule

@@ -1,0 +1,126 @@
+#include "services/basemodule/cache/ThumbnailFiles.h"
+
+#include "services/basemodule/decode/PictureReader.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QTemporaryFile>
+#include <QUrl>
+
+#include <cstdio>
+
+namespace basemodule {
+
+namespace {
+
+const char *folderOf(int nBucket)
+{
+    switch (nBucket) {
+    case ThumbnailFiles::kNormal:
+        return "normal";
+    case ThumbnailFiles::kLarge:
+        return "large";
+    case ThumbnailFiles::kXLarge:
+        return "x-large";
+    default:
+        return "xx-large";
+    }
+}
+
+// The address exactly as other programs of the desktop write it: its digest names the file.
+QByteArray uriOf(const QString &path)
+{
+    return "file://" + nativePath(path).toPercentEncoding("!$&'()*+,/:=@");
+}
+
+} // namespace
+
+int ThumbnailFiles::bucketFor(int nSide)
+{
+    for (const int nBucket : {kNormal, kLarge, kXLarge}) {
+        if (nSide <= nBucket)
+            return nBucket;
+    }
+    return kXxLarge;
+}
+
+QString ThumbnailFiles::pathFor(const QString &sourcePath, int nBucket) const
+{
+    const QByteArray digest = QCryptographicHash::hash(uriOf(sourcePath), QCryptographicHash::Md5).toHex();
+    return m_folder + QLatin1Char('/') + QLatin1String(folderOf(nBucket)) + QLatin1Char('/') +
+           QString::fromLatin1(digest) + QStringLiteral(".png");
+}
+
+QImage ThumbnailFiles::thumbnail(const QString &sourcePath, int nBucket, DecodeControl *pControl) const
+{
+    const FileKey key = fileKey(sourcePath);
+    if (key.isNull())
+        return {};
+    const QByteArray uri = uriOf(sourcePath);
+    const QString path = pathFor(sourcePath, nBucket);
+    const qint64 nModifiedSec = key.modified / 1000000000;
+    QImage image = load(path, uri, nModifiedSec);
+    if (!image.isNull())
+        return image;
+    DecodeRequest request;
+    request.longestSide = nBucket;
+    request.control = pControl;
+    const DecodeResult result = readPicture(sourcePath, request);
+    image = result.picture.toUprightImage();
+    // A picture smaller than its thumbnail, and thumbnails themselves, are not worth a second file.
+    const bool bReduced = result.fullSize.width() > nBucket || result.fullSize.height() > nBucket;
+    if (!image.isNull() && bReduced && !sourcePath.startsWith(m_folder))
+        store(image, path, uri, nModifiedSec);
+    return image;
+}
+
+bool ThumbnailFiles::isOutdated(const QString &thumbnailPath, const QString &sourcePath) const
+{
+    const FileKey key = fileKey(sourcePath);
+    QImageReader reader(thumbnailPath, QByteArrayLiteral("png"));
+    const QString modified = reader.text(QStringLiteral("Thumb::MTime"));
+    return key.isNull() || modified.section(QLatin1Char('.'), 0, 0) != QString::number(key.modified / 1000000000);
+}
+
+QImage ThumbnailFiles::load(const QString &thumbnailPath, const QByteArray &uri, qint64 nModifiedSec) const
+{
+    if (!QFile::exists(thumbnailPath))
+        return {};
+    QImageReader reader(thumbnailPath, QByteArrayLiteral("png"));
+    const QString modified = reader.text(QStringLiteral("Thumb::MTime")).section(QLatin1Char('.'), 0, 0);
+    if (modified != QString::number(nModifiedSec) || reader.text(QStringLiteral("Thumb::URI")).toUtf8() != uri)
+        return {};
+    const QSize size = reader.size();
+    return qMax(size.width(), size.height()) <= kXxLarge ? reader.read() : QImage();
+}
+
+void ThumbnailFiles::store(const QImage &image, const QString &thumbnailPath, const QByteArray &uri,
+                           qint64 nModifiedSec) const
+{
+    const QString folder = QFileInfo(thumbnailPath).path();
+    if (!QDir().exists(folder)) {
+        if (!QDir().mkpath(folder))
+            return;
+        QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    }
+    // A temporary file is made readable by its owner only, as these folders want it.
+    QTemporaryFile file(folder + QStringLiteral("/.bigimgpreview-XXXXXX"));
+    if (!file.open())
+        return;
+    QImageWriter writer(&file, QByteArrayLiteral("png"));
+    writer.setQuality(80);
+    writer.setText(QStringLiteral("Thumb::URI"), QString::fromUtf8(uri));
+    writer.setText(QStringLiteral("Thumb::MTime"), QString::number(nModifiedSec));
+    writer.setText(QStringLiteral("Software"), QStringLiteral("bigimgpreview"));
+    if (!writer.write(image) || !file.flush())
+        return;
+    const QByteArray from = QFile::encodeName(file.fileName());
+    file.close();
+    if (std::rename(from.constData(), QFile::encodeName(thumbnailPath).constData()) == 0)
+        file.setAutoRemove(false);
+}
+
+} // namespace basemodule

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+namespace basemodule {
+
+class DecodeControl;
+
+/**
+ * Thumbnails on disk, in the folders and the form that desktops share: named by the digest of the file's address,
+ * valid for one time of change, written privately and in one step. A value; any thread; touches the disk.
+ */
+class ThumbnailFiles {
+public:
+    static constexpr int kNormal = 128;
+    static constexpr int kLarge = 256;
+    static constexpr int kXLarge = 512;
+    static constexpr int kXxLarge = 1024;
+
+    explicit ThumbnailFiles(const QString &folder)
+        : m_folder(folder)
+    {
+    }
+
+    /** The smallest of the four sizes that is at least this large. */
+    static int bucketFor(int nSide);
+
+    /** Where the thumbnail of a file stands; touches no disk. */
+    QString pathFor(const QString &sourcePath, int nBucket) const;
+
+    /** The upright thumbnail of a file as it is now, read or made and then kept; null when none can be made. */
+    QImage thumbnail(const QString &sourcePath, int nBucket, DecodeControl *pControl) const;
+
+    /** Whether the thumbnail there is was made of an earlier state of the file. */
+    bool isOutdated(const QString &thumbnailPath, const QString &sourcePath) const;
+
+private:
+    QImage load(const QString &thumbnailPath, const QByteArray &uri, qint64 nModifiedSec) const;
+    void store(const QImage &image, const QString &thumbnailPath, const QByteArray &uri, qint64 nModifiedSec) const;
+
+    QString m_folder;
+};
+
+} // namespace basemodule
