@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QVariant>
 #include <QVBoxLayout>
 
 EmptyState::EmptyState(QWidget *pParent)
@@ -14,6 +15,9 @@ EmptyState::EmptyState(QWidget *pParent)
     setAttribute(Qt::WA_StyledBackground);
     m_pTitle->setObjectName(QStringLiteral("hostEmptyTitle"));
     m_pHint->setObjectName(QStringLiteral("hostEmptyHint"));
+    m_pTitle->setProperty("role", QStringLiteral("heading"));
+    m_pHint->setProperty("role", QStringLiteral("secondary"));
+    m_pButton->setDefault(true);
     m_pButton->setObjectName(QStringLiteral("hostPrimaryButton"));
     auto *pLayout = new QVBoxLayout(this);
     pLayout->setSpacing(12);

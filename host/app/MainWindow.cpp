@@ -18,32 +18,36 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
-#include <QPushButton>
 #include <QShortcut>
 #include <QStackedWidget>
+#include <QToolButton>
+#include <QToolTip>
+#include <QVariant>
 #include <QVBoxLayout>
 
 namespace {
 
 constexpr int k_nToolRowHeight = 48;
-constexpr int k_nButtonSize = 26;
 
 } // namespace
 
 MainWindow::MainWindow(Library *pLibrary, FileGridModel *pModel)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowMinMaxButtonsHint)
     , m_pLibrary(pLibrary)
+    , m_pContent(new QWidget(this))
     , m_pModel(pModel)
     , m_pThumbnails(new ThumbnailSource(this))
-    , m_pTitleBar(new TitleBar(this))
-    , m_pPlace(new QLabel(this))
-    , m_pOrder(new QComboBox(this))
-    , m_pFolderButton(new QPushButton(this))
-    , m_pRefreshButton(new QPushButton(this))
-    , m_pPages(new QStackedWidget(this))
-    , m_pGrid(new FileGridView(pModel, m_pThumbnails, this))
-    , m_pEmpty(new EmptyState(this))
-    , m_pStatus(new StatusLine(this))
+    , m_pTitleBar(new TitleBar(this, m_pContent))
+    , m_pPlace(new QLabel(m_pContent))
+    , m_pOrder(new QComboBox(m_pContent))
+    , m_pFolderButton(HostIcons::makeToolButton(QStringLiteral("hostFolderButton"), tr("Open folder (Ctrl+O)"),
+                                                m_pContent))
+    , m_pRefreshButton(HostIcons::makeToolButton(QStringLiteral("hostRefreshButton"), tr("Look for changes (F5)"),
+                                                 m_pContent))
+    , m_pPages(new QStackedWidget(m_pContent))
+    , m_pGrid(new FileGridView(pModel, m_pThumbnails, m_pPages))
+    , m_pEmpty(new EmptyState(m_pPages))
+    , m_pStatus(new StatusLine(m_pContent))
 {
     setObjectName(QStringLiteral("hostMainWindow"));
     setWindowTitle(QApplication::applicationDisplayName());
@@ -70,10 +74,11 @@ MainWindow::~MainWindow() = default;
 
 QWidget *MainWindow::buildToolRow()
 {
-    auto *pRow = new QWidget(this);
+    auto *pRow = new QWidget(m_pContent);
     pRow->setObjectName(QStringLiteral("hostToolRow"));
     pRow->setFixedHeight(k_nToolRowHeight);
     m_pPlace->setObjectName(QStringLiteral("hostPlace"));
+    m_pPlace->setProperty("role", QStringLiteral("secondary"));
     m_pPlace->setTextFormat(Qt::PlainText);
     m_pPlace->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_pOrder->setObjectName(QStringLiteral("hostOrder"));
@@ -85,18 +90,8 @@ QWidget *MainWindow::buildToolRow()
         m_pModel->setOrder(FileGridModel::Order(m_pOrder->currentData().toInt()));
         m_pGrid->setFocus();
     });
-    m_pFolderButton->setObjectName(QStringLiteral("hostFolderButton"));
-    m_pFolderButton->setToolTip(tr("Open folder (Ctrl+O)"));
-    m_pRefreshButton->setObjectName(QStringLiteral("hostRefreshButton"));
-    m_pRefreshButton->setToolTip(tr("Look for changes (F5)"));
-    for (QPushButton *pButton : {m_pFolderButton, m_pRefreshButton}) {
-        pButton->setAccessibleName(pButton->toolTip());
-        pButton->setFixedSize(k_nButtonSize, k_nButtonSize);
-        pButton->setFlat(true);
-        pButton->setFocusPolicy(Qt::TabFocus);
-    }
-    connect(m_pFolderButton, &QPushButton::clicked, this, &MainWindow::chooseFolder);
-    connect(m_pRefreshButton, &QPushButton::clicked, m_pLibrary, &Library::rescan);
+    connect(m_pFolderButton, &QToolButton::clicked, this, &MainWindow::chooseFolder);
+    connect(m_pRefreshButton, &QToolButton::clicked, m_pLibrary, &Library::rescan);
     auto *pLayout = new QHBoxLayout(pRow);
     pLayout->setContentsMargins(16, 0, 16, 0);
     pLayout->setSpacing(8);
@@ -111,8 +106,11 @@ void MainWindow::buildLayout()
 {
     m_pPages->addWidget(m_pGrid);
     m_pPages->addWidget(m_pEmpty);
-    auto *pLayout = new QVBoxLayout(this);
-    pLayout->setContentsMargins(1, 1, 1, 1);
+    auto *pFrame = new QVBoxLayout(this);
+    pFrame->setContentsMargins(1, 1, 1, 1);
+    pFrame->addWidget(m_pContent);
+    auto *pLayout = new QVBoxLayout(m_pContent);
+    pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->setSpacing(0);
     pLayout->addWidget(m_pTitleBar);
     pLayout->addWidget(buildToolRow());
@@ -174,8 +172,10 @@ void MainWindow::applyTheme()
     colors.setColor(QPalette::HighlightedText, pTheme->GetTextColor(3));
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         colors.setColor(role, pTheme->GetTextColor(0));
-    setPalette(colors);
-    pTheme->SetWidgetStyleSheetWithQssName(this, QStringLiteral("host"));
+    // For the whole program: dialogs of the desktop's kind have no style sheet of ours.
+    QApplication::setPalette(colors);
+    QToolTip::setPalette(colors);
+    pTheme->SetWidgetStyleSheetWithQssName(m_pContent, QStringLiteral("host"));
     HostIcons::setButtonIcon(m_pFolderButton, QStringLiteral("host_folder.svg"), QStringLiteral("…"));
     HostIcons::setButtonIcon(m_pRefreshButton, QStringLiteral("host_refresh.svg"), QStringLiteral("\u27F3"));
     update();
@@ -186,6 +186,7 @@ void MainWindow::chooseFolder()
     // Not QFileDialog::getExistingDirectory: that would run an event loop of its own.
     auto *pDialog = new QFileDialog(this, tr("Open folder"), m_pLibrary->folders().value(0));
     pDialog->setAttribute(Qt::WA_DeleteOnClose);
+    TSSkinSetting::GetInstance()->SetWidgetStyleSheetWithQssName(pDialog, QStringLiteral("host"));
     pDialog->setFileMode(QFileDialog::Directory);
     pDialog->setOption(QFileDialog::ShowDirsOnly);
     connect(pDialog, &QFileDialog::fileSelected, this, &MainWindow::signalFolderChosen);

@@ -13,8 +13,8 @@ class ITSCacheManager;
 class Library;
 class QComboBox;
 class QLabel;
-class QPushButton;
 class QStackedWidget;
+class QToolButton;
 class StatusLine;
 class ThumbnailSource;
 class TitleBar;
@@ -65,13 +65,14 @@ private:
     void reportScan(const ScanReport &report);
 
     Library *m_pLibrary;
+    QWidget *m_pContent; ///< Carries the style sheet, which must not reach the previews opened over the window.
     FileGridModel *m_pModel;
     ThumbnailSource *m_pThumbnails;
     TitleBar *m_pTitleBar;
     QLabel *m_pPlace;
     QComboBox *m_pOrder;
-    QPushButton *m_pFolderButton;
-    QPushButton *m_pRefreshButton;
+    QToolButton *m_pFolderButton;
+    QToolButton *m_pRefreshButton;
     QStackedWidget *m_pPages;
     FileGridView *m_pGrid;
     EmptyState *m_pEmpty;

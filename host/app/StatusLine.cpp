@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLocale>
 #include <QProgressBar>
+#include <QVariant>
 
 namespace {
 
@@ -18,12 +19,15 @@ StatusLine::StatusLine(QWidget *pParent)
     , m_pCounts(new QLabel(this))
 {
     setObjectName(QStringLiteral("hostStatusLine"));
+    setProperty("area", QStringLiteral("title"));
     setAttribute(Qt::WA_StyledBackground);
     setFixedHeight(k_nHeight);
     m_pText->setObjectName(QStringLiteral("hostStatusText"));
     m_pText->setTextFormat(Qt::PlainText);
     m_pText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_pCounts->setObjectName(QStringLiteral("hostStatusCounts"));
+    for (QLabel *pLabel : {m_pText, m_pCounts})
+        pLabel->setProperty("role", QStringLiteral("secondary"));
     m_pProgress->setRange(0, 0);
     m_pProgress->setTextVisible(false);
     m_pProgress->setFixedSize(120, 4);

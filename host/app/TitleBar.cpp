@@ -8,31 +8,33 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QToolButton>
+#include <QVariant>
 #include <QWindow>
 
 namespace {
 
 constexpr int k_nHeight = 40;
 constexpr int k_nLogoSize = 20;
-constexpr int k_nButtonSize = 26;
 constexpr int k_nWindowButtonSize = 14;
 
 } // namespace
 
-TitleBar::TitleBar(QWidget *pWindow)
-    : QWidget(pWindow)
+TitleBar::TitleBar(QWidget *pWindow, QWidget *pParent)
+    : QWidget(pParent)
     , m_pLogo(new QLabel(this))
     , m_pTitle(new QLabel(QApplication::applicationDisplayName(), this))
-    , m_pThemeButton(addButton(QStringLiteral("hostThemeButton"), tr("Light or dark")))
+    , m_pThemeButton(HostIcons::makeToolButton(QStringLiteral("hostThemeButton"), tr("Light or dark"), this))
     , m_pMinimizeButton(addButton(QStringLiteral("hostMinimizeButton"), tr("Minimise")))
     , m_pMaximizeButton(addButton(QStringLiteral("hostMaximizeButton"), tr("Maximise")))
     , m_pCloseButton(addButton(QStringLiteral("hostCloseButton"), tr("Close")))
 {
     setObjectName(QStringLiteral("hostTitleBar"));
+    setProperty("area", QStringLiteral("title"));
     setAttribute(Qt::WA_StyledBackground);
     setFixedHeight(k_nHeight);
     m_pTitle->setObjectName(QStringLiteral("hostTitle"));
-    m_pThemeButton->setFixedSize(k_nButtonSize, k_nButtonSize);
+    m_pTitle->setProperty("role", QStringLiteral("heading"));
     for (QPushButton *pButton : {m_pMinimizeButton, m_pMaximizeButton, m_pCloseButton})
         pButton->setFixedSize(k_nWindowButtonSize, k_nWindowButtonSize);
 
@@ -42,10 +44,12 @@ TitleBar::TitleBar(QWidget *pWindow)
     pLayout->addWidget(m_pLogo);
     pLayout->addWidget(m_pTitle);
     pLayout->addStretch();
-    for (QPushButton *pButton : {m_pThemeButton, m_pMinimizeButton, m_pMaximizeButton, m_pCloseButton})
+    pLayout->addWidget(m_pThemeButton);
+    pLayout->addSpacing(8);
+    for (QPushButton *pButton : {m_pMinimizeButton, m_pMaximizeButton, m_pCloseButton})
         pLayout->addWidget(pButton);
 
-    connect(m_pThemeButton, &QPushButton::clicked, this, &TitleBar::signalThemeToggled);
+    connect(m_pThemeButton, &QToolButton::clicked, this, &TitleBar::signalThemeToggled);
     connect(m_pMinimizeButton, &QPushButton::clicked, pWindow, &QWidget::showMinimized);
     connect(m_pMaximizeButton, &QPushButton::clicked, this, &TitleBar::signalMaximizeToggled);
     connect(m_pCloseButton, &QPushButton::clicked, pWindow, &QWidget::close);
@@ -67,11 +71,8 @@ QPushButton *TitleBar::addButton(const QString &objectName, const QString &toolT
 
 void TitleBar::applyTheme()
 {
-    const bool bLight = TSSkinSetting::GetInstance()->GetTheme() == TSSkinSetting::LightTheme;
     m_pLogo->setPixmap(HostIcons::icon(QStringLiteral("nav_logo.svg")).pixmap(k_nLogoSize, k_nLogoSize));
-    HostIcons::setButtonIcon(m_pThemeButton,
-                             bLight ? QStringLiteral("host_theme_dark.svg") : QStringLiteral("host_theme_light.svg"),
-                             bLight ? QStringLiteral("\u263E") : QStringLiteral("\u2600"));
+    HostIcons::setButtonIcon(m_pThemeButton, QStringLiteral("host_theme.svg"), QStringLiteral("\u2600"));
     m_pMinimizeButton->setStyleSheet(HostIcons::windowButtonStyleSheet(QStringLiteral("minisize")));
     m_pCloseButton->setStyleSheet(HostIcons::windowButtonStyleSheet(QStringLiteral("close")));
     showWindowState();

@@ -5,6 +5,7 @@
 
 class QLabel;
 class QPushButton;
+class QToolButton;
 
 /**
  * The main window's own title bar: logo, title, the theme button and the window buttons. Moves the window when it is
@@ -16,7 +17,7 @@ class TitleBar : public QWidget {
     Q_OBJECT
 
 public:
-    explicit TitleBar(QWidget *pWindow);
+    TitleBar(QWidget *pWindow, QWidget *pParent);
 
 Q_SIGNALS:
     void signalThemeToggled();
@@ -36,7 +37,7 @@ private:
 
     QLabel *m_pLogo;
     QLabel *m_pTitle;
-    QPushButton *m_pThemeButton;
+    QToolButton *m_pThemeButton;
     QPushButton *m_pMinimizeButton;
     QPushButton *m_pMaximizeButton;
     QPushButton *m_pCloseButton;
