@@ -56,8 +56,10 @@ CommandLine parseCommandLine(const QStringList &arguments)
     const QString folder = tr("folder");
     const QCommandLineOption library(QStringLiteral("library"), tr("Keep the library in this file."), file);
     const QCommandLineOption plugins(QStringLiteral("plugins"), tr("Load the plug-ins of this folder."), folder);
-    const QCommandLineOption tour(QStringLiteral("tour"), tr("Show everything by itself, with pictures of each step in "
-                                                             "this folder."), folder);
+    const QCommandLineOption tour(QStringLiteral("tour"),
+                                  tr("Show everything by itself, with pictures of each step in "
+                                     "this folder."),
+                                  folder);
     const QCommandLineOption theme(QStringLiteral("theme"), tr("Start with this theme: dark or light."), tr("name"));
     parser.addOptions({library, plugins, tour, theme});
     parser.addPositionalArgument(QStringLiteral("place"), tr("A file to preview, or folders to show."),

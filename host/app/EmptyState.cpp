@@ -2,8 +2,8 @@
 
 #include <QLabel>
 #include <QPushButton>
-#include <QVariant>
 #include <QVBoxLayout>
+#include <QVariant>
 
 EmptyState::EmptyState(QWidget *pParent)
     : QWidget(pParent)

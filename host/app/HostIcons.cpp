@@ -36,8 +36,9 @@ QString HostIcons::windowButtonStyleSheet(const QString &action)
 {
     const TSSkinSetting *pTheme = TSSkinSetting::GetInstance();
     const QString name = QStringLiteral("title_window_%1_%2.svg");
-    return QStringLiteral("QPushButton{border:0px;background:transparent;padding:0px;min-height:0px;%1}QPushButton:hover{%2}"
-                          "QPushButton:focus{border:1px solid %3;}")
+    return QStringLiteral(
+               "QPushButton{border:0px;background:transparent;padding:0px;min-height:0px;%1}QPushButton:hover{%2}"
+               "QPushButton:focus{border:1px solid %3;}")
         .arg(pTheme->GetResourcePath(name.arg(action, QStringLiteral("normal"))),
              pTheme->GetResourcePath(name.arg(action, QStringLiteral("hover"))),
              pTheme->GetCommonColor(0).name(QColor::HexArgb));

@@ -22,8 +22,8 @@
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QToolTip>
-#include <QVariant>
 #include <QVBoxLayout>
+#include <QVariant>
 
 namespace {
 
@@ -40,10 +40,10 @@ MainWindow::MainWindow(Library *pLibrary, FileGridModel *pModel)
     , m_pTitleBar(new TitleBar(this, m_pContent))
     , m_pPlace(new QLabel(m_pContent))
     , m_pOrder(new QComboBox(m_pContent))
-    , m_pFolderButton(HostIcons::makeToolButton(QStringLiteral("hostFolderButton"), tr("Open folder (Ctrl+O)"),
-                                                m_pContent))
-    , m_pRefreshButton(HostIcons::makeToolButton(QStringLiteral("hostRefreshButton"), tr("Look for changes (F5)"),
-                                                 m_pContent))
+    , m_pFolderButton(
+          HostIcons::makeToolButton(QStringLiteral("hostFolderButton"), tr("Open folder (Ctrl+O)"), m_pContent))
+    , m_pRefreshButton(
+          HostIcons::makeToolButton(QStringLiteral("hostRefreshButton"), tr("Look for changes (F5)"), m_pContent))
     , m_pPages(new QStackedWidget(m_pContent))
     , m_pGrid(new FileGridView(pModel, m_pThumbnails, m_pPages))
     , m_pEmpty(new EmptyState(m_pPages))
@@ -136,7 +136,8 @@ void MainWindow::connectLibrary()
     });
     connect(m_pLibrary, &Library::signalRecords, m_pModel, &FileGridModel::addRecords);
     connect(m_pLibrary, &Library::signalRemoved, m_pModel, &FileGridModel::removeFiles);
-    connect(m_pLibrary, &Library::signalScanProgress, this, [this](int nFiles) { m_pStatus->setScanning(true, nFiles); });
+    connect(m_pLibrary, &Library::signalScanProgress, this,
+            [this](int nFiles) { m_pStatus->setScanning(true, nFiles); });
     connect(m_pLibrary, &Library::signalScanEnded, this, &MainWindow::reportScan);
     connect(m_pLibrary, &Library::signalProblem, m_pStatus, &StatusLine::addProblem);
     connect(m_pModel, &QAbstractItemModel::modelReset, this, &MainWindow::showPage);
@@ -210,12 +211,15 @@ void MainWindow::showPage()
         return;
     }
     if (m_pLibrary->folders().isEmpty())
-        m_pEmpty->showText(tr("No folder yet"), tr("Open a folder to see the files in it and in its sub-folders."), true);
+        m_pEmpty->showText(tr("No folder yet"), tr("Open a folder to see the files in it and in its sub-folders."),
+                           true);
     else if (m_pLibrary->isScanning())
         m_pEmpty->showText(tr("Looking for files…"), QString(), false);
     else
-        m_pEmpty->showText(tr("No files here"), tr("This folder and its sub-folders are empty. Open another one, or put "
-                                                   "files into it and press F5."), true);
+        m_pEmpty->showText(tr("No files here"),
+                           tr("This folder and its sub-folders are empty. Open another one, or put "
+                              "files into it and press F5."),
+                           true);
     m_pPages->setCurrentWidget(m_pEmpty);
 }
 
@@ -223,10 +227,10 @@ void MainWindow::reportScan(const ScanReport &report)
 {
     m_pStatus->setScanning(false, report.nFiles);
     if (report.nUnrepresentable > 0)
-        m_pStatus->addProblem(tr("%n file(s) left out: their names are no valid text. Rename them to see them here.",
-                                 nullptr, report.nUnrepresentable));
+        m_pStatus->addProblem(tr("Files whose names are no valid text were left out: %1. Rename them to see them here.")
+                                  .arg(report.nUnrepresentable));
     if (report.nUnreadableFolders > 0)
-        m_pStatus->addProblem(tr("%n folder(s) cannot be read.", nullptr, report.nUnreadableFolders));
+        m_pStatus->addProblem(tr("Folders that cannot be read: %1.").arg(report.nUnreadableFolders));
     showPage();
 }
 

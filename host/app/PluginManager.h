@@ -56,7 +56,8 @@ public:
     QObject *objectByIid(const QString &iid) const;
 
     /** The first service of this class name, by its interface; null when there is none in use. */
-    template <typename Interface> Interface *service(const QString &className)
+    template <typename Interface>
+    Interface *service(const QString &className)
     {
         const QList<IPlugin *> plugins = getPlugins(className);
         return plugins.isEmpty() ? nullptr : qobject_cast<Interface *>(plugins.first()->getObject());

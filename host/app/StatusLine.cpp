@@ -42,9 +42,9 @@ StatusLine::StatusLine(QWidget *pParent)
 
 void StatusLine::setCounts(int nFiles, int nSelected)
 {
-    QString text = tr("%n file(s)", nullptr, nFiles);
+    QString text = nFiles == 1 ? tr("1 file") : tr("%1 files").arg(QLocale().toString(nFiles));
     if (nSelected > 1)
-        text += QStringLiteral("  ·  ") + tr("%n selected", nullptr, nSelected);
+        text += QStringLiteral("  ·  ") + tr("%1 selected").arg(QLocale().toString(nSelected));
     m_pCounts->setText(text);
 }
 
@@ -76,7 +76,9 @@ void StatusLine::setMessage(const QString &message)
 
 void StatusLine::showText()
 {
-    const QString problem = m_problems.isEmpty() ? QString() : m_problems.last();
+    QString problem = m_problems.isEmpty() ? QString() : m_problems.last();
+    if (m_problems.size() > 1)
+        problem = tr("%1 (and %2 more)").arg(problem).arg(m_problems.size() - 1);
     const bool bShowMessage = problem.isEmpty() || !m_message.isEmpty();
     m_pText->setText(bShowMessage ? m_message : problem);
     m_pText->setToolTip(m_problems.join(QLatin1Char('\n')));

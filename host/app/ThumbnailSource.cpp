@@ -14,12 +14,13 @@ void ThumbnailSource::setCache(const QSharedPointer<ITSCacheManager> &pCache)
     m_failed.clear();
     if (m_pCache == nullptr)
         return;
-    connect(m_pCache.data(), &ITSCacheManager::signalLoadPixmapFinished, this, [this](const QString &key, bool bStatus) {
-        m_requested.remove(key);
-        if (!bStatus)
-            m_failed.insert(key);
-        Q_EMIT signalChanged();
-    });
+    connect(m_pCache.data(), &ITSCacheManager::signalLoadPixmapFinished, this,
+            [this](const QString &key, bool bStatus) {
+                m_requested.remove(key);
+                if (!bStatus)
+                    m_failed.insert(key);
+                Q_EMIT signalChanged();
+            });
 }
 
 QPixmap ThumbnailSource::thumbnail(const FileInfoPtr &pInfo, const QSize &size, double fDpi, bool *pbComing)

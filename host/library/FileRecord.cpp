@@ -2,6 +2,8 @@
 
 #include "library/FileTypes.h"
 
+#include <QLocale>
+
 #include <utility>
 
 FileRecord::FileRecord(FileRow row, QVector<NoteRecord> notes, QCollatorSortKey sortKey,
@@ -69,7 +71,8 @@ FileRecordPtr FileRecord::withNotes(const QVector<NoteRecord> &notes) const
 
 QCollator fileNameCollator()
 {
-    QCollator collator;
+    // The locale of a bare system compares bytes and cannot count.
+    QCollator collator(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     return collator;

@@ -14,7 +14,7 @@ struct FileRow {
     qint64 nSize = 0;
     qint64 nModifiedMsec = 0; ///< Milliseconds since 1970, UTC.
     qint64 nType = 0;
-    bool bHasVideo = false;   ///< Looked up for the one container that holds either; see the scanner.
+    bool bHasVideo = false; ///< Looked up for the one container that holds either; see the scanner.
     bool bAvailable = true;
 };
 

@@ -11,9 +11,9 @@
 
 /** What a scan could not take in. */
 struct ScanReport {
-    int nFiles = 0;               ///< Files found.
-    int nUnreadableFolders = 0;   ///< Folders that could not be listed.
-    int nUnrepresentable = 0;     ///< Entries whose names are no valid text, so that no program part could open them.
+    int nFiles = 0;             ///< Files found.
+    int nUnreadableFolders = 0; ///< Folders that could not be listed.
+    int nUnrepresentable = 0;   ///< Entries whose names are no valid text, so that no program part could open them.
     bool bCancelled = false;
 };
 

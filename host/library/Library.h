@@ -74,7 +74,8 @@ private:
     void takeNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
 
     /** Runs a call on the worker's thread, after everything asked for before. */
-    template <typename Call> void post(Call call)
+    template <typename Call>
+    void post(Call call)
     {
         QMetaObject::invokeMethod(m_pWorker, std::move(call), Qt::QueuedConnection);
     }

@@ -52,7 +52,8 @@ bool LibraryStore::open(const QString &path, QString *pError)
     bool bOpen = m_database.open();
     *pError = bOpen ? QString() : m_database.lastError().text();
     if (bOpen) {
-        for (const char *pragma : {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = NORMAL", "PRAGMA foreign_keys = ON"})
+        for (const char *pragma :
+             {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = NORMAL", "PRAGMA foreign_keys = ON"})
             QSqlQuery(m_database).exec(QLatin1String(pragma));
         bOpen = LibrarySchema::migrate(&m_database, LibrarySchema::steps(), pError);
     }
@@ -138,7 +139,8 @@ bool LibraryStore::takeInFile(const FileRow &file, StoreResult *pResult)
         m_pAddFile = std::make_unique<QSqlQuery>(prepared(QStringLiteral(
             "INSERT INTO files (folder_id, name, size, mtime, type_id, has_video) VALUES (?, ?, ?, ?, ?, ?)"
             " ON CONFLICT (folder_id, name) DO UPDATE SET size = excluded.size, mtime = excluded.mtime,"
-            " type_id = excluded.type_id, has_video = excluded.has_video, width = NULL, height = NULL, available = 1")));
+            " type_id = excluded.type_id, has_video = excluded.has_video, width = NULL, height = NULL, available = "
+            "1")));
     }
     const qint64 nFolderId = folderId(file.folder);
     m_pFindFile->bindValue(0, nFolderId);
@@ -174,10 +176,10 @@ QVector<FileRow> LibraryStore::filesUnder(const QStringList &folders, bool bRecu
     QVector<FileRow> rows;
     QSet<qint64> taken;
     for (const QString &folder : folders) {
-        QSqlQuery query = prepared(QStringLiteral(
-            "SELECT files.id, folders.path, name, size, mtime, type_id, has_video FROM folders"
-            " JOIN files ON files.folder_id = folders.id"
-            " WHERE (path = ? OR (path >= ? AND path < ?)) AND available = 1 ORDER BY folders.id"));
+        QSqlQuery query = prepared(
+            QStringLiteral("SELECT files.id, folders.path, name, size, mtime, type_id, has_video FROM folders"
+                           " JOIN files ON files.folder_id = folders.id"
+                           " WHERE (path = ? OR (path >= ? AND path < ?)) AND available = 1 ORDER BY folders.id"));
         bindFolderRange(&query, folder, bRecursive);
         if (!exec(&query))
             return rows;
@@ -222,14 +224,14 @@ bool LibraryStore::setUnavailable(const QVector<qint64> &fileIds)
 QHash<qint64, QVector<NoteRecord>> LibraryStore::allNotes()
 {
     QHash<qint64, QVector<NoteRecord>> notes;
-    QSqlQuery query = prepared(QStringLiteral(
-        "SELECT file_id, x, y, width, height, color, text FROM notes ORDER BY file_id, position"));
+    QSqlQuery query = prepared(
+        QStringLiteral("SELECT file_id, x, y, width, height, color, text FROM notes ORDER BY file_id, position"));
     if (!exec(&query))
         return notes;
     while (query.next()) {
         NoteRecord note;
-        note.rect = QRect(query.value(1).toInt(), query.value(2).toInt(), query.value(3).toInt(),
-                          query.value(4).toInt());
+        note.rect =
+            QRect(query.value(1).toInt(), query.value(2).toInt(), query.value(3).toInt(), query.value(4).toInt());
         note.value = query.value(5).toUInt();
         note.text = query.value(6).toString();
         notes[query.value(0).toLongLong()].append(note);
@@ -257,8 +259,8 @@ bool LibraryStore::writeNotes(qint64 nFileId, const QVector<NoteRecord> &notes)
         const NoteRecord &note = notes.at(i);
         // A null text would be stored as NULL, which the table rightly refuses.
         const QString text = note.text.isNull() ? QStringLiteral("") : note.text;
-        const QVariant values[] = {nFileId,           i,          note.rect.x(), note.rect.y(), note.rect.width(),
-                                   note.rect.height(), note.value, text};
+        const QVariant values[] = {nFileId,    i,   note.rect.x(), note.rect.y(), note.rect.width(), note.rect.height(),
+                                   note.value, text};
         int nPosition = 0;
         for (const QVariant &value : values)
             add.bindValue(nPosition++, value);

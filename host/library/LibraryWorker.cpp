@@ -14,7 +14,8 @@ void LibraryWorker::open(const QString &path)
 {
     QString error;
     if (!m_store.open(path, &error)) {
-        Q_EMIT signalProblem(tr("The library %1 cannot be used: %2. Changes of this session are not kept.").arg(path, error));
+        Q_EMIT signalProblem(
+            tr("The library %1 cannot be used: %2. Changes of this session are not kept.").arg(path, error));
         if (!m_store.open(QStringLiteral(":memory:"), &error))
             Q_EMIT signalProblem(tr("There is no SQLite driver: %1").arg(error));
     }
@@ -32,8 +33,8 @@ FileRecordList LibraryWorker::makeRecords(const QVector<FileRow> &rows)
     FileRecordList records;
     records.reserve(rows.size());
     for (const FileRow &row : rows)
-        records.append(FileRecordPtr(
-            new FileRecord(row, m_notes.value(row.id), m_collator.sortKey(row.name), m_pRenditions)));
+        records.append(
+            FileRecordPtr(new FileRecord(row, m_notes.value(row.id), m_collator.sortKey(row.name), m_pRenditions)));
     return records;
 }
 

@@ -48,7 +48,8 @@ QString iniKey(const ShortcutEntry &entry)
 QString normalizedKey(const QString &text)
 {
     const QKeySequence sequence = QKeySequence::fromString(text, QKeySequence::PortableText);
-    const bool bOneKey = sequence.count() == 1 && (uint(sequence[0]) & ~uint(Qt::KeyboardModifierMask)) != Qt::Key_unknown;
+    const bool bOneKey =
+        sequence.count() == 1 && (uint(sequence[0]) & ~uint(Qt::KeyboardModifierMask)) != Qt::Key_unknown;
     return bOneKey ? sequence.toString(QKeySequence::PortableText) : QString();
 }
 
