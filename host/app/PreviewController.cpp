@@ -57,8 +57,6 @@ bool PreviewController::openQuickPreview(qint64 nFileId)
     connect(m_pDialog.data(), &IPreviewSpaceDialog::signalSpacePreviewClosed, this, &PreviewController::close);
     m_nShownId = nFileId;
     m_nDirection = 1;
-    // The veil covers the window it belongs to.
-    m_pDialog->setGeometry(QRect(m_pWindow->mapToGlobal(QPoint(0, 0)), m_pWindow->size()));
     m_pDialog->showPreview();
     m_aheadTimer.start(k_nAheadAfterOpenMsec);
     return true;
