@@ -55,6 +55,7 @@ void HostSession::start()
     connectPreviews();
     m_pWindow->restoreGeometryState(m_ini.value(geometryKey()).toByteArray());
     m_pWindow->show();
+    m_pWindow->activateWindow();
 }
 
 void HostSession::restoreTheme()

@@ -160,6 +160,11 @@ void MainWindow::setThumbnailCache(const QSharedPointer<ITSCacheManager> &pCache
     m_pGrid->viewport()->update();
 }
 
+bool MainWindow::areThumbnailsComing() const
+{
+    return m_pThumbnails->isBusy();
+}
+
 void MainWindow::applyTheme()
 {
     const TSSkinSetting *pTheme = TSSkinSetting::GetInstance();

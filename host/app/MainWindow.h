@@ -33,6 +33,7 @@ public:
     ~MainWindow() override;
 
     void setThumbnailCache(const QSharedPointer<ITSCacheManager> &pCache);
+    bool areThumbnailsComing() const;
     FileGridView *grid() const { return m_pGrid; }
     StatusLine *statusLine() const { return m_pStatus; }
 

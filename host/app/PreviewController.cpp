@@ -58,6 +58,7 @@ bool PreviewController::openQuickPreview(qint64 nFileId)
     m_nShownId = nFileId;
     m_nDirection = 1;
     m_pDialog->showPreview();
+    m_pDialog->activateWindow();
     m_aheadTimer.start(k_nAheadAfterOpenMsec);
     return true;
 }

@@ -32,6 +32,8 @@ public:
     void setAnalysis(IHostAnalysis *pAnalysis);
 
     bool isAvailable() const { return m_pPlugin != nullptr; }
+    /** The open surface; null when there is none. */
+    QWidget *dialog() const { return m_pDialog.data(); }
     bool isOpen() const { return m_pDialog != nullptr; }
 
     /** Opens the quick preview on a file of the model; false when it cannot be opened or one is open already. */

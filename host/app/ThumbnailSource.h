@@ -22,6 +22,9 @@ public:
     /** The thumbnail when it is in memory; null otherwise, and then *pbComing tells whether one is on its way. */
     QPixmap thumbnail(const FileInfoPtr &pInfo, const QSize &size, double fDpi, bool *pbComing);
 
+    /** Whether requested thumbnails are still on their way. */
+    bool isBusy() const { return !m_requested.isEmpty(); }
+
 Q_SIGNALS:
     /** Thumbnails arrived, or turned out not to come: paint again. */
     void signalChanged();
