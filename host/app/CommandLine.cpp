@@ -1,0 +1,90 @@
+#include "app/CommandLine.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("CommandLine", text);
+}
+
+void readPlaces(const QStringList &places, CommandLine *pResult)
+{
+    QStringList files;
+    for (const QString &place : places) {
+        const QFileInfo info(place);
+        if (info.isDir())
+            pResult->folders.append(info.absoluteFilePath());
+        else if (info.isFile())
+            files.append(info.absoluteFilePath());
+        else
+            pResult->error = tr("There is no file or folder %1").arg(QDir::toNativeSeparators(place));
+    }
+    if (files.isEmpty())
+        return;
+    // A file comes with its folder, so further places have nowhere to be shown beside it.
+    if (files.size() > 1 || !pResult->folders.isEmpty())
+        pResult->error = tr("Name one file, or any number of folders");
+    pResult->file = files.first();
+}
+
+void readTheme(const QString &name, CommandLine *pResult)
+{
+    if (name == QLatin1String("dark"))
+        pResult->theme = TSSkinSetting::DarkTheme;
+    else if (name == QLatin1String("light"))
+        pResult->theme = TSSkinSetting::LightTheme;
+    else if (!name.isEmpty())
+        pResult->error = tr("There is no theme %1: dark or light").arg(name);
+}
+
+} // namespace
+
+CommandLine parseCommandLine(const QStringList &arguments)
+{
+    CommandLine result;
+    QCommandLineParser parser;
+    parser.setApplicationDescription(tr("Shows folders of files and previews them."));
+    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption version = parser.addVersionOption();
+    const QString file = tr("file");
+    const QString folder = tr("folder");
+    const QCommandLineOption library(QStringLiteral("library"), tr("Keep the library in this file."), file);
+    const QCommandLineOption plugins(QStringLiteral("plugins"), tr("Load the plug-ins of this folder."), folder);
+    const QCommandLineOption tour(QStringLiteral("tour"),
+                                  tr("Show everything by itself, with pictures of each step in "
+                                     "this folder."),
+                                  folder);
+    const QCommandLineOption theme(QStringLiteral("theme"), tr("Start with this theme: dark or light."), tr("name"));
+    parser.addOptions({library, plugins, tour, theme});
+    parser.addPositionalArgument(QStringLiteral("place"), tr("A file to preview, or folders to show."),
+                                 QStringLiteral("[FILE|FOLDER…]"));
+    if (!parser.parse(arguments)) {
+        result.error = parser.errorText();
+        return result;
+    }
+    if (parser.isSet(help))
+        result.information = parser.helpText();
+    if (parser.isSet(version))
+        result.information = QCoreApplication::applicationName() + QLatin1Char(' ') +
+                             QCoreApplication::applicationVersion() + QLatin1Char('\n');
+    result.libraryPath = parser.value(library);
+    result.pluginFolder = parser.value(plugins);
+    result.tourFolder = parser.value(tour);
+    readTheme(parser.value(theme), &result);
+    readPlaces(parser.positionalArguments(), &result);
+    return result;
+}
+
+QStringList defaultFolders()
+{
+    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    // Without a picture folder of its own the desktop answers with the home folder: far too much to index unasked.
+    const bool bOwn = QFileInfo(pictures).isDir() && QDir(pictures) != QDir::home();
+    return bOwn ? QStringList{pictures} : QStringList();
+}

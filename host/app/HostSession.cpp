@@ -1,0 +1,176 @@
+#include "app/HostSession.h"
+
+#include "app/FileGridView.h"
+#include "app/MainWindow.h"
+#include "app/PreviewController.h"
+#include "app/StatusLine.h"
+#include "basemodule/IHostAnalysis.h"
+#include "interfaces/plugin/IBigImgPreviewPlugin.h"
+#include "interfaces/services/IBaseModulePlugin.h"
+#include "library/LibraryDataSource.h"
+#include "settings/HostSettings.h"
+
+#include <QFileInfo>
+#include <QLoggingCategory>
+
+namespace {
+
+Q_LOGGING_CATEGORY(hostLog, "bigimgpreview.host")
+
+QString themeKey()
+{
+    return QStringLiteral("window/theme");
+}
+
+QString geometryKey()
+{
+    return QStringLiteral("window/geometry");
+}
+
+} // namespace
+
+HostSession::HostSession(const CommandLine &commandLine, const QString &applicationFolder)
+    : m_commandLine(commandLine)
+    , m_applicationFolder(applicationFolder)
+    , m_ini(HostSettings::defaultPath(), QSettings::IniFormat)
+    , m_wantedFile(commandLine.file)
+{
+}
+
+HostSession::~HostSession()
+{
+    shutdown();
+}
+
+void HostSession::start()
+{
+    restoreTheme();
+    m_library.open(m_commandLine.libraryPath.isEmpty() ? Library::defaultPath() : m_commandLine.libraryPath);
+    m_pWindow = std::make_unique<MainWindow>(&m_library, &m_model);
+    m_pHandle = std::make_unique<MainWindowHandle>(m_pWindow.get());
+    m_pPreviews = std::make_unique<PreviewController>(m_pWindow.get(), &m_model, nullptr);
+    // The library lists files on its own thread while the plug-ins are loaded here.
+    showPlaces();
+    loadPlugins();
+    connectPreviews();
+    m_pWindow->restoreGeometryState(m_ini.value(geometryKey()).toByteArray());
+    m_pWindow->show();
+    m_pWindow->activateWindow();
+}
+
+void HostSession::restoreTheme()
+{
+    const bool bLight = m_ini.value(themeKey()).toString() == QLatin1String("light");
+    const auto remembered = bLight ? TSSkinSetting::LightTheme : TSSkinSetting::DarkTheme;
+    TSSkinSetting::GetInstance()->SetTheme(m_commandLine.theme.value_or(remembered));
+}
+
+void HostSession::toggleTheme()
+{
+    TSSkinSetting *pTheme = TSSkinSetting::GetInstance();
+    const bool bToLight = pTheme->GetTheme() == TSSkinSetting::DarkTheme;
+    pTheme->SetTheme(bToLight ? TSSkinSetting::LightTheme : TSSkinSetting::DarkTheme);
+    m_ini.setValue(themeKey(), bToLight ? QStringLiteral("light") : QStringLiteral("dark"));
+}
+
+void HostSession::showPlaces()
+{
+    if (!m_wantedFile.isEmpty()) {
+        m_library.showFolderNow(QFileInfo(m_wantedFile).absolutePath());
+        return;
+    }
+    const QStringList folders = m_commandLine.folders.isEmpty() ? defaultFolders() : m_commandLine.folders;
+    if (!folders.isEmpty())
+        m_library.showFolders(folders);
+}
+
+void HostSession::loadPlugins()
+{
+    m_plugins.loadFolder(m_commandLine.pluginFolder.isEmpty() ? PluginManager::findPluginFolder(m_applicationFolder)
+                                                              : m_commandLine.pluginFolder);
+    const QStringList problems = m_plugins.problems();
+    for (const QString &problem : problems) {
+        qCWarning(hostLog).noquote() << problem;
+        m_pWindow->statusLine()->addProblem(problem);
+    }
+    auto *pBaseModule = m_plugins.service<IBaseModulePlugin>(QStringLiteral("IBaseModulePlugin"));
+    if (pBaseModule != nullptr) {
+        m_pAnalysis = qobject_cast<IHostAnalysis *>(
+            m_plugins.getPlugins(QStringLiteral("IBaseModulePlugin")).first()->getObject());
+        m_pWindow->setThumbnailCache(pBaseModule->cacheManager());
+    } else {
+        m_pWindow->statusLine()->addProblem(tr("Thumbnails and pictures are missing: there is no base module."));
+    }
+    m_library.setAnalysis(m_pAnalysis);
+    m_pDataSource = QSharedPointer<LibraryDataSource>::create(&m_library);
+    auto *pPreview = qobject_cast<IBigImgPreviewPlugin *>(
+        m_plugins.objectByIid(QString::fromLatin1(qobject_interface_iid<IBigImgPreviewPlugin *>())));
+    if (pPreview == nullptr)
+        m_pWindow->statusLine()->addProblem(tr("Files cannot be previewed: there is no preview plug-in."));
+    m_pPreviews->setPlugin(pPreview, m_pDataSource, m_pHandle.get());
+    m_pPreviews->setAnalysis(m_pAnalysis);
+}
+
+void HostSession::connectPreviews()
+{
+    connect(m_pWindow.get(), &MainWindow::signalQuickPreview, this, &HostSession::openPreview);
+    connect(m_pWindow.get(), &MainWindow::signalOpenFile, this, &HostSession::openPreview);
+    connect(m_pWindow.get(), &MainWindow::signalThemeToggled, this, &HostSession::toggleTheme);
+    connect(m_pWindow.get(), &MainWindow::signalAboutToClose, this, &HostSession::saveWindow);
+    connect(m_pWindow.get(), &MainWindow::signalFolderChosen, this,
+            [this](const QString &folder) { m_library.showFolders({folder}); });
+    connect(m_pPreviews.get(), &PreviewController::signalFileShown, m_pWindow->grid(), &FileGridView::selectFile);
+    connect(m_pPreviews.get(), &PreviewController::signalClosed, m_pWindow.get(), [this](qint64 nFileId) {
+        m_pWindow->grid()->selectFile(nFileId);
+        m_pWindow->activateWindow();
+        m_pWindow->grid()->setFocus();
+    });
+    connect(&m_library, &Library::signalScanEnded, this, &HostSession::openWantedFile);
+}
+
+void HostSession::openPreview(qint64 nFileId)
+{
+    if (!m_pPreviews->isAvailable())
+        m_pWindow->statusLine()->setMessage(tr("Files cannot be previewed: there is no preview plug-in."));
+    else if (nFileId != 0)
+        m_pPreviews->openQuickPreview(nFileId);
+}
+
+void HostSession::openWantedFile()
+{
+    if (m_wantedFile.isEmpty())
+        return;
+    const QString path = m_wantedFile;
+    m_wantedFile.clear();
+    for (int i = 0; i < m_model.rowCount(); ++i) {
+        const FileRecordPtr pRecord = m_model.recordAt(i);
+        if (pRecord->filePath() != path)
+            continue;
+        m_pWindow->grid()->selectFile(pRecord->fileId());
+        openPreview(pRecord->fileId());
+        return;
+    }
+    m_pWindow->statusLine()->addProblem(tr("The file %1 cannot be shown.").arg(path));
+}
+
+void HostSession::saveWindow()
+{
+    m_ini.setValue(geometryKey(), m_pWindow->geometryState());
+}
+
+void HostSession::shutdown()
+{
+    if (m_pWindow == nullptr)
+        return;
+    // The plug-in still needs its host while it lets go; the base module must outlive everything that decodes.
+    m_pPreviews->shutdown();
+    m_plugins.shutdown();
+    m_pWindow->setThumbnailCache({});
+    m_library.setAnalysis(nullptr);
+    if (m_pAnalysis != nullptr)
+        m_pAnalysis->shutdown();
+    m_pAnalysis = nullptr;
+    m_pPreviews.reset();
+    m_pWindow.reset();
+    m_pHandle.reset();
+}

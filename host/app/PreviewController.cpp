@@ -1,0 +1,114 @@
+#include "app/PreviewController.h"
+
+#include "app/FileGridModel.h"
+#include "basemodule/IHostAnalysis.h"
+#include "interfaces/data/IPreviewDataSource.h"
+#include "interfaces/plugin/IBigImgPreviewPlugin.h"
+
+#include <QWidget>
+
+namespace {
+
+// Neighbours wait until the picture asked for has had the machine for itself: longer for the first one, which the
+// user waits for with the program's start.
+constexpr int k_nAheadAfterOpenMsec = 500;
+constexpr int k_nAheadAfterStepMsec = 150;
+
+} // namespace
+
+PreviewController::PreviewController(QWidget *pWindow, const FileGridModel *pModel, QObject *pParent)
+    : QObject(pParent)
+    , m_pWindow(pWindow)
+    , m_pModel(pModel)
+{
+    m_aheadTimer.setSingleShot(true);
+    connect(&m_aheadTimer, &QTimer::timeout, this, &PreviewController::announceFilesAhead);
+}
+
+PreviewController::~PreviewController()
+{
+    shutdown();
+}
+
+void PreviewController::setPlugin(IBigImgPreviewPlugin *pPlugin, const QSharedPointer<IPreviewDataSource> &pDataSource,
+                                  IMainWindowHandle *pHandle)
+{
+    m_pPlugin = pPlugin;
+    if (m_pPlugin == nullptr)
+        return;
+    m_pPlugin->setDataSource(pDataSource);
+    m_pPlugin->setMainWindowHandle(pHandle);
+}
+
+void PreviewController::setAnalysis(IHostAnalysis *pAnalysis)
+{
+    m_pAnalysis = pAnalysis;
+}
+
+bool PreviewController::openQuickPreview(qint64 nFileId)
+{
+    const int nRow = m_pModel->rowOf(nFileId);
+    if (m_pPlugin == nullptr || isOpen() || nRow < 0)
+        return false;
+    m_pDialog = m_pPlugin->createPreviewSpaceDialog(m_pWindow, m_pModel->fileIds(), nRow, nFileId, 0);
+    if (m_pDialog == nullptr)
+        return false;
+    connect(m_pDialog.data(), &IPreviewSpaceDialog::signalPreviewFileIdChanged, this, &PreviewController::follow);
+    connect(m_pDialog.data(), &IPreviewSpaceDialog::signalSpacePreviewClosed, this, &PreviewController::close);
+    m_nShownId = nFileId;
+    m_nDirection = 1;
+    m_pDialog->showPreview();
+    m_pDialog->activateWindow();
+    m_aheadTimer.start(k_nAheadAfterOpenMsec);
+    return true;
+}
+
+void PreviewController::follow(qint64 nFileId)
+{
+    const int nFrom = m_pModel->rowOf(m_nShownId);
+    const int nTo = m_pModel->rowOf(nFileId);
+    if (nFrom >= 0 && nTo >= 0 && nFrom != nTo)
+        m_nDirection = nTo > nFrom ? 1 : -1;
+    m_nShownId = nFileId;
+    m_aheadTimer.start(k_nAheadAfterStepMsec);
+    Q_EMIT signalFileShown(nFileId);
+}
+
+void PreviewController::announceFilesAhead()
+{
+    const int nRow = m_pModel->rowOf(m_nShownId);
+    if (m_pAnalysis == nullptr || !isOpen() || nRow < 0)
+        return;
+    QStringList paths;
+    for (const int nOffset : {m_nDirection, 2 * m_nDirection, -m_nDirection}) {
+        const FileRecordPtr pRecord = m_pModel->recordAt(nRow + nOffset);
+        if (pRecord != nullptr && !pRecord->isUnavailable())
+            paths.append(pRecord->filePath());
+    }
+    m_pAnalysis->setFilesAhead(paths);
+}
+
+void PreviewController::close(qint64 nFileId)
+{
+    m_aheadTimer.stop();
+    if (m_pAnalysis != nullptr)
+        m_pAnalysis->setFilesAhead({});
+    if (m_pDialog != nullptr) {
+        m_pDialog->disconnect(this);
+        m_pDialog->deleteLater();
+        m_pDialog.clear();
+    }
+    Q_EMIT signalClosed(nFileId);
+}
+
+void PreviewController::shutdown()
+{
+    m_aheadTimer.stop();
+    delete m_pDialog.data();
+    if (m_pPlugin != nullptr) {
+        m_pPlugin->clearPreviewData();
+        m_pPlugin->setMainWindowHandle(nullptr);
+    }
+    m_pPlugin = nullptr;
+    m_pAnalysis = nullptr;
+}

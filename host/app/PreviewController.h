@@ -1,0 +1,63 @@
+#pragma once
+
+#include "interfaces/surfaces/IPreviewSpaceDialog.h"
+#include "library/FileRecord.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+class FileGridModel;
+class IBigImgPreviewPlugin;
+class IHostAnalysis;
+class IMainWindowHandle;
+class IPreviewDataSource;
+
+/**
+ * Opens the preview plug-in's surfaces over the main window, one at a time, and follows what the user looks at:
+ * tells the window which file it is and the base module which ones come next.
+ *
+ * Owner: HostSession. Thread: GUI thread only.
+ */
+class PreviewController : public QObject {
+    Q_OBJECT
+
+public:
+    PreviewController(QWidget *pWindow, const FileGridModel *pModel, QObject *pParent);
+    ~PreviewController() override;
+
+    /** Hands the host's objects to the plug-in; null where there is no plug-in. */
+    void setPlugin(IBigImgPreviewPlugin *pPlugin, const QSharedPointer<IPreviewDataSource> &pDataSource,
+                   IMainWindowHandle *pHandle);
+    void setAnalysis(IHostAnalysis *pAnalysis);
+
+    bool isAvailable() const { return m_pPlugin != nullptr; }
+    /** The open surface; null when there is none. */
+    QWidget *dialog() const { return m_pDialog.data(); }
+    bool isOpen() const { return m_pDialog != nullptr; }
+
+    /** Opens the quick preview on a file of the model; false when it cannot be opened or one is open already. */
+    bool openQuickPreview(qint64 nFileId);
+
+    /** Deletes an open surface and takes everything back from the plug-in. Nothing can be opened afterwards. */
+    void shutdown();
+
+Q_SIGNALS:
+    /** The user looks at this file now. */
+    void signalFileShown(qint64 nFileId);
+    void signalClosed(qint64 nFileId);
+
+private:
+    void follow(qint64 nFileId);
+    void announceFilesAhead();
+    void close(qint64 nFileId);
+
+    QWidget *m_pWindow;
+    const FileGridModel *m_pModel;
+    IBigImgPreviewPlugin *m_pPlugin = nullptr;
+    IHostAnalysis *m_pAnalysis = nullptr;
+    QPointer<IPreviewSpaceDialog> m_pDialog;
+    QTimer m_aheadTimer;
+    qint64 m_nShownId = 0;
+    int m_nDirection = 1;
+};

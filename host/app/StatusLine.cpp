@@ -1,0 +1,85 @@
+#include "app/StatusLine.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QProgressBar>
+#include <QVariant>
+
+namespace {
+
+constexpr int k_nHeight = 28;
+
+} // namespace
+
+StatusLine::StatusLine(QWidget *pParent)
+    : QWidget(pParent)
+    , m_pText(new QLabel(this))
+    , m_pProgress(new QProgressBar(this))
+    , m_pCounts(new QLabel(this))
+{
+    setObjectName(QStringLiteral("hostStatusLine"));
+    setProperty("area", QStringLiteral("title"));
+    setAttribute(Qt::WA_StyledBackground);
+    setFixedHeight(k_nHeight);
+    m_pText->setObjectName(QStringLiteral("hostStatusText"));
+    m_pText->setTextFormat(Qt::PlainText);
+    m_pText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_pCounts->setObjectName(QStringLiteral("hostStatusCounts"));
+    for (QLabel *pLabel : {m_pText, m_pCounts})
+        pLabel->setProperty("role", QStringLiteral("secondary"));
+    m_pProgress->setRange(0, 0);
+    m_pProgress->setTextVisible(false);
+    m_pProgress->setFixedSize(120, 4);
+    m_pProgress->hide();
+    auto *pLayout = new QHBoxLayout(this);
+    pLayout->setContentsMargins(16, 0, 16, 0);
+    pLayout->setSpacing(12);
+    pLayout->addWidget(m_pText, 1);
+    pLayout->addWidget(m_pProgress);
+    pLayout->addWidget(m_pCounts);
+}
+
+void StatusLine::setCounts(int nFiles, int nSelected)
+{
+    QString text = nFiles == 1 ? tr("1 file") : tr("%1 files").arg(QLocale().toString(nFiles));
+    if (nSelected > 1)
+        text += QStringLiteral("  ·  ") + tr("%1 selected").arg(QLocale().toString(nSelected));
+    m_pCounts->setText(text);
+}
+
+void StatusLine::setScanning(bool bScanning, int nFiles)
+{
+    m_pProgress->setVisible(bScanning);
+    setMessage(bScanning ? tr("Looking for files… %1").arg(QLocale().toString(nFiles)) : QString());
+}
+
+void StatusLine::addProblem(const QString &message)
+{
+    if (m_problems.contains(message))
+        return;
+    m_problems.append(message);
+    showText();
+}
+
+void StatusLine::clearProblems()
+{
+    m_problems.clear();
+    showText();
+}
+
+void StatusLine::setMessage(const QString &message)
+{
+    m_message = message;
+    showText();
+}
+
+void StatusLine::showText()
+{
+    QString problem = m_problems.isEmpty() ? QString() : m_problems.last();
+    if (m_problems.size() > 1)
+        problem = tr("%1 (and %2 more)").arg(problem).arg(m_problems.size() - 1);
+    const bool bShowMessage = problem.isEmpty() || !m_message.isEmpty();
+    m_pText->setText(bShowMessage ? m_message : problem);
+    m_pText->setToolTip(m_problems.join(QLatin1Char('\n')));
+}

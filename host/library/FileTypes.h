@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+/** File-type numbers of the library, as previews expect them. Any thread. */
+namespace FileTypes {
+
+enum Type : qint64 { Unknown = 0, Gif = 30, Svg = 100, Heic = 170, Ogg = 620 };
+
+/** The number of a suffix (without dot, any case); Unknown for a suffix that the library does not know. */
+qint64 typeOfSuffix(const QString &suffix);
+
+/** The suffix of a file name: what follows its last dot; empty for names without one and for ".name". */
+QString suffixOfName(const QString &fileName);
+
+/** Whether files of this type are pictures that the host can show as thumbnails. */
+bool isPicture(qint64 nType);
+
+/** Whether pictures of this type are drawings, which need a backing to be seen on any background. */
+bool isDrawing(qint64 nType);
+
+} // namespace FileTypes

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "library/LibraryWorker.h"
+
+#include <QHash>
+#include <QObject>
+#include <QThread>
+#include <QThreadPool>
+
+/**
+ * The files in view and the way to the library file, for the GUI thread. Everything slow happens on the worker's
+ * thread and, for scanning, on one more; results arrive by signals.
+ *
+ * Owner: HostSession. Thread: GUI thread only.
+ */
+class Library : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Library(QObject *pParent = nullptr);
+    ~Library() override;
+
+    /** Where the library stands unless the user says otherwise. */
+    static QString defaultPath();
+
+    /** Starts opening; requests may follow at once. */
+    void open(const QString &path);
+
+    /** Makes records name their renditions; null: they have none. */
+    void setAnalysis(IHostAnalysis *pAnalysis);
+
+    /** Shows the files of these folders and their sub-folders: at once what is known, then what a scan finds. */
+    void showFolders(const QStringList &folders);
+
+    /** Shows the files of one folder alone, as they are on disk now, in one list. */
+    void showFolderNow(const QString &folder);
+
+    /** Looks again for changes in the folders in view. */
+    void rescan();
+
+    /** Stops a running scan; what it found stays. */
+    void cancelScan();
+    bool isScanning() const { return m_bScanning; }
+    const QStringList &folders() const { return m_folders; }
+
+    /** The record of a file in view; null for any other id. */
+    FileRecordPtr record(qint64 nFileId) const { return m_records.value(nFileId); }
+    int count() const { return m_records.size(); }
+    TagRecordList labels(qint64 nFileId) const { return m_labels.value(nFileId); }
+
+    /** Stores notes or labels; the id of the request, which comes back with its signal. */
+    qint64 setNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
+    qint64 addLabels(const QVector<qint64> &fileIds, const TagRecordList &labels);
+
+Q_SIGNALS:
+    /** Other folders are in view: forget every file. */
+    void signalCleared();
+
+    /** Files are new, or have a new record. */
+    void signalRecords(const FileRecordList &records);
+    void signalRemoved(const QVector<qint64> &fileIds);
+    void signalScanProgress(int nFiles);
+    void signalScanEnded(const ScanReport &report);
+    void signalProblem(const QString &message);
+    void signalNotesStored(qint64 nActionId, const QSharedPointer<const IResponseInfo> &pResponse);
+    void signalLabelsStored(qint64 nActionId, const QSharedPointer<const IResponseInfo> &pResponse);
+
+private:
+    void connectWorker();
+    void startScan(bool bAnnounceKnown);
+    void changeFolders(const QStringList &folders, bool bRecursive);
+    void takeRecords(int nGeneration, const FileRecordList &records);
+    void takeScanEnd(int nGeneration, const QVector<qint64> &goneIds, const ScanReport &report);
+    void takeNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
+
+    /** Runs a call on the worker's thread, after everything asked for before. */
+    template <typename Call>
+    void post(Call call)
+    {
+        QMetaObject::invokeMethod(m_pWorker, std::move(call), Qt::QueuedConnection);
+    }
+
+    const QSharedPointer<RenditionSource> m_pRenditions;
+    QThread m_thread;
+    QThreadPool m_scanPool;
+    LibraryWorker *m_pWorker;
+    std::shared_ptr<std::atomic_bool> m_pCancelled;
+    QHash<qint64, FileRecordPtr> m_records;
+    QHash<qint64, TagRecordList> m_labels;
+    QStringList m_folders;
+    bool m_bRecursive = true;
+    bool m_bScanning = false;
+    int m_nGeneration = 0;
+    qint64 m_nLastActionId = 0;
+};

@@ -1,0 +1,327 @@
+#include "library/LibraryStore.h"
+
+#include "library/LibrarySchema.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QUuid>
+#include <QVariant>
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("LibraryStore", text);
+}
+
+/** Bound values for "path = ? OR (path >= ? AND path < ?)": the folder and all below, served by the index. */
+void bindFolderRange(QSqlQuery *pQuery, const QString &folder, bool bRecursive)
+{
+    const QString below = folder.endsWith(QLatin1Char('/')) ? folder : QString(folder + QLatin1Char('/'));
+    QString end = below;
+    end[end.size() - 1] = QChar('/' + 1);
+    pQuery->addBindValue(folder);
+    pQuery->addBindValue(below);
+    pQuery->addBindValue(bRecursive ? end : below);
+}
+
+} // namespace
+
+LibraryStore::LibraryStore()
+    : m_connectionName(QUuid::createUuid().toString())
+{
+}
+
+LibraryStore::~LibraryStore()
+{
+    close();
+}
+
+bool LibraryStore::open(const QString &path, QString *pError)
+{
+    close();
+    if (path != QLatin1String(":memory:") && !QDir().mkpath(QFileInfo(path).absolutePath())) {
+        *pError = tr("its folder cannot be made");
+        return false;
+    }
+    m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
+    m_database.setDatabaseName(path);
+    m_database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
+    bool bOpen = m_database.open();
+    *pError = bOpen ? QString() : m_database.lastError().text();
+    if (bOpen) {
+        for (const char *pragma :
+             {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = NORMAL", "PRAGMA foreign_keys = ON"})
+            QSqlQuery(m_database).exec(QLatin1String(pragma));
+        bOpen = LibrarySchema::migrate(&m_database, LibrarySchema::steps(), pError);
+    }
+    if (!bOpen)
+        close();
+    return bOpen;
+}
+
+void LibraryStore::close()
+{
+    m_pFindFile.reset();
+    m_pAddFile.reset();
+    m_folderIds.clear();
+    if (!m_database.isValid())
+        return;
+    m_database.close();
+    m_database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(m_connectionName);
+}
+
+QSqlQuery LibraryStore::prepared(const QString &statement)
+{
+    QSqlQuery query(m_database);
+    query.setForwardOnly(true);
+    query.prepare(statement);
+    return query;
+}
+
+bool LibraryStore::exec(QSqlQuery *pQuery)
+{
+    if (pQuery->exec())
+        return true;
+    m_lastError = pQuery->lastError().text();
+    return false;
+}
+
+bool LibraryStore::finishTransaction(bool bDone)
+{
+    if (bDone && m_database.commit())
+        return true;
+    if (bDone)
+        m_lastError = m_database.lastError().text();
+    m_database.rollback();
+    // A folder that was made in the transaction is gone with it.
+    m_folderIds.clear();
+    return false;
+}
+
+qint64 LibraryStore::folderId(const QString &folder)
+{
+    const auto known = m_folderIds.constFind(folder);
+    if (known != m_folderIds.constEnd())
+        return known.value();
+    QSqlQuery add = prepared(QStringLiteral("INSERT OR IGNORE INTO folders (path) VALUES (?)"));
+    add.addBindValue(folder);
+    QSqlQuery find = prepared(QStringLiteral("SELECT id FROM folders WHERE path = ?"));
+    find.addBindValue(folder);
+    if (!exec(&add) || !exec(&find) || !find.next())
+        return 0;
+    const qint64 nId = find.value(0).toLongLong();
+    m_folderIds.insert(folder, nId);
+    return nId;
+}
+
+StoreResult LibraryStore::takeIn(const QVector<FileRow> &files)
+{
+    StoreResult result;
+    if (!m_database.transaction()) {
+        m_lastError = m_database.lastError().text();
+        return {};
+    }
+    bool bDone = true;
+    for (const FileRow &file : files)
+        bDone = bDone && takeInFile(file, &result);
+    return finishTransaction(bDone) ? result : StoreResult();
+}
+
+bool LibraryStore::takeInFile(const FileRow &file, StoreResult *pResult)
+{
+    if (m_pFindFile == nullptr) {
+        m_pFindFile = std::make_unique<QSqlQuery>(prepared(
+            QStringLiteral("SELECT id, size, mtime, type_id, available FROM files WHERE folder_id = ? AND name = ?")));
+        m_pAddFile = std::make_unique<QSqlQuery>(prepared(QStringLiteral(
+            "INSERT INTO files (folder_id, name, size, mtime, type_id, has_video) VALUES (?, ?, ?, ?, ?, ?)"
+            " ON CONFLICT (folder_id, name) DO UPDATE SET size = excluded.size, mtime = excluded.mtime,"
+            " type_id = excluded.type_id, has_video = excluded.has_video, width = NULL, height = NULL, available = "
+            "1")));
+    }
+    const qint64 nFolderId = folderId(file.folder);
+    m_pFindFile->bindValue(0, nFolderId);
+    m_pFindFile->bindValue(1, file.name);
+    if (nFolderId == 0 || !exec(m_pFindFile.get()))
+        return false;
+    FileRow row = file;
+    bool bUnchanged = false;
+    if (m_pFindFile->next()) {
+        row.id = m_pFindFile->value(0).toLongLong();
+        bUnchanged = m_pFindFile->value(1).toLongLong() == file.nSize &&
+                     m_pFindFile->value(2).toLongLong() == file.nModifiedMsec &&
+                     m_pFindFile->value(3).toLongLong() == file.nType && m_pFindFile->value(4).toBool();
+    }
+    m_pFindFile->finish();
+    if (!bUnchanged) {
+        const QVariant values[] = {nFolderId, file.name, file.nSize, file.nModifiedMsec, file.nType, file.bHasVideo};
+        int nPosition = 0;
+        for (const QVariant &value : values)
+            m_pAddFile->bindValue(nPosition++, value);
+        if (!exec(m_pAddFile.get()))
+            return false;
+        if (row.id == 0)
+            row.id = m_pAddFile->lastInsertId().toLongLong();
+        pResult->changed.append(row);
+    }
+    pResult->seen.append(row.id);
+    return true;
+}
+
+QVector<FileRow> LibraryStore::filesUnder(const QStringList &folders, bool bRecursive)
+{
+    QVector<FileRow> rows;
+    QSet<qint64> taken;
+    for (const QString &folder : folders) {
+        QSqlQuery query = prepared(
+            QStringLiteral("SELECT files.id, folders.path, name, size, mtime, type_id, has_video FROM folders"
+                           " JOIN files ON files.folder_id = folders.id"
+                           " WHERE (path = ? OR (path >= ? AND path < ?)) AND available = 1 ORDER BY folders.id"));
+        bindFolderRange(&query, folder, bRecursive);
+        if (!exec(&query))
+            return rows;
+        QString sharedFolder;
+        while (query.next()) {
+            FileRow row;
+            row.id = query.value(0).toLongLong();
+            if (taken.contains(row.id))
+                continue;
+            taken.insert(row.id);
+            // One string for all files of a folder: with 100,000 records the paths would otherwise be most of them.
+            const QString rowFolder = query.value(1).toString();
+            if (rowFolder != sharedFolder)
+                sharedFolder = rowFolder;
+            row.folder = sharedFolder;
+            row.name = query.value(2).toString();
+            row.nSize = query.value(3).toLongLong();
+            row.nModifiedMsec = query.value(4).toLongLong();
+            row.nType = query.value(5).toLongLong();
+            row.bHasVideo = query.value(6).toBool();
+            rows.append(row);
+        }
+    }
+    return rows;
+}
+
+bool LibraryStore::setUnavailable(const QVector<qint64> &fileIds)
+{
+    if (!m_database.transaction()) {
+        m_lastError = m_database.lastError().text();
+        return false;
+    }
+    QSqlQuery query = prepared(QStringLiteral("UPDATE files SET available = 0 WHERE id = ?"));
+    bool bDone = true;
+    for (const qint64 nId : fileIds) {
+        query.bindValue(0, nId);
+        bDone = bDone && exec(&query);
+    }
+    return finishTransaction(bDone);
+}
+
+QHash<qint64, QVector<NoteRecord>> LibraryStore::allNotes()
+{
+    QHash<qint64, QVector<NoteRecord>> notes;
+    QSqlQuery query = prepared(
+        QStringLiteral("SELECT file_id, x, y, width, height, color, text FROM notes ORDER BY file_id, position"));
+    if (!exec(&query))
+        return notes;
+    while (query.next()) {
+        NoteRecord note;
+        note.rect =
+            QRect(query.value(1).toInt(), query.value(2).toInt(), query.value(3).toInt(), query.value(4).toInt());
+        note.value = query.value(5).toUInt();
+        note.text = query.value(6).toString();
+        notes[query.value(0).toLongLong()].append(note);
+    }
+    return notes;
+}
+
+bool LibraryStore::setNotes(qint64 nFileId, const QVector<NoteRecord> &notes)
+{
+    if (m_database.transaction())
+        return finishTransaction(writeNotes(nFileId, notes));
+    m_lastError = m_database.lastError().text();
+    return false;
+}
+
+bool LibraryStore::writeNotes(qint64 nFileId, const QVector<NoteRecord> &notes)
+{
+    QSqlQuery remove = prepared(QStringLiteral("DELETE FROM notes WHERE file_id = ?"));
+    remove.addBindValue(nFileId);
+    if (!exec(&remove))
+        return false;
+    QSqlQuery add = prepared(QStringLiteral("INSERT INTO notes (file_id, position, x, y, width, height, color, text)"
+                                            " VALUES (?, ?, ?, ?, ?, ?, ?, ?)"));
+    for (int i = 0; i < notes.size(); ++i) {
+        const NoteRecord &note = notes.at(i);
+        // A null text would be stored as NULL, which the table rightly refuses.
+        const QString text = note.text.isNull() ? QStringLiteral("") : note.text;
+        const QVariant values[] = {nFileId,    i,   note.rect.x(), note.rect.y(), note.rect.width(), note.rect.height(),
+                                   note.value, text};
+        int nPosition = 0;
+        for (const QVariant &value : values)
+            add.bindValue(nPosition++, value);
+        if (!exec(&add))
+            return false;
+    }
+    return true;
+}
+
+QHash<qint64, TagRecordList> LibraryStore::allLabels()
+{
+    QHash<qint64, TagRecordList> labels;
+    QHash<quint64, TagRecordPtr> shared;
+    QSqlQuery query = prepared(QStringLiteral("SELECT file_id, label_id, name FROM file_labels"
+                                              " JOIN labels ON labels.id = label_id ORDER BY file_id, name"));
+    if (!exec(&query))
+        return labels;
+    while (query.next()) {
+        TagRecordPtr &pLabel = shared[query.value(1).toULongLong()];
+        if (pLabel == nullptr)
+            pLabel = TagRecordPtr(new TagRecord{query.value(1).toULongLong(), query.value(2).toString()});
+        labels[query.value(0).toLongLong()].append(pLabel);
+    }
+    return labels;
+}
+
+quint64 LibraryStore::labelId(const TagRecord &label)
+{
+    if (label.name.isEmpty())
+        return label.id;
+    QSqlQuery add = prepared(QStringLiteral("INSERT OR IGNORE INTO labels (name) VALUES (?)"));
+    add.addBindValue(label.name);
+    QSqlQuery find = prepared(QStringLiteral("SELECT id FROM labels WHERE name = ?"));
+    find.addBindValue(label.name);
+    return exec(&add) && exec(&find) && find.next() ? find.value(0).toULongLong() : 0;
+}
+
+bool LibraryStore::addLabels(const QVector<qint64> &fileIds, const TagRecordList &labels)
+{
+    if (m_database.transaction())
+        return finishTransaction(writeLabels(fileIds, labels));
+    m_lastError = m_database.lastError().text();
+    return false;
+}
+
+bool LibraryStore::writeLabels(const QVector<qint64> &fileIds, const TagRecordList &labels)
+{
+    QSqlQuery link = prepared(QStringLiteral("INSERT INTO file_labels (file_id, label_id) VALUES (?, ?)"
+                                             " ON CONFLICT DO NOTHING"));
+    for (const TagRecordPtr &pLabel : labels) {
+        const quint64 nLabelId = pLabel != nullptr ? labelId(*pLabel) : 0;
+        if (nLabelId == 0) {
+            m_lastError = tr("a label is neither named nor known");
+            return false;
+        }
+        for (const qint64 nFileId : fileIds) {
+            link.bindValue(0, nFileId);
+            link.bindValue(1, nLabelId);
+            if (!exec(&link))
+                return false;
+        }
+    }
+    return true;
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "interfaces/data/TagRecord.h"
+#include "library/FileRecord.h"
+
+#include <QHash>
+#include <QSet>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+
+#include <memory>
+
+/** What taking a batch of scanned files in did to the library. */
+struct StoreResult {
+    QVector<FileRow> changed; ///< New, changed and returned files, with their ids.
+    QVector<qint64> seen;     ///< Every file of the batch.
+};
+
+/**
+ * The library file: SQLite with one connection.
+ *
+ * Owner: LibraryWorker. Thread: the one that opens it. Operations that fail return false or nothing and leave the
+ * reason in lastError; nothing of a failed operation is kept.
+ */
+class LibraryStore {
+public:
+    LibraryStore();
+    ~LibraryStore();
+    Q_DISABLE_COPY(LibraryStore)
+
+    /** Opens or creates the file; ":memory:" keeps nothing. False with a readable reason. */
+    bool open(const QString &path, QString *pError);
+    void close();
+    QString lastError() const { return m_lastError; }
+
+    StoreResult takeIn(const QVector<FileRow> &files);
+
+    /** The available files in these folders, with or without their sub-folders. */
+    QVector<FileRow> filesUnder(const QStringList &folders, bool bRecursive);
+
+    bool setUnavailable(const QVector<qint64> &fileIds);
+
+    QHash<qint64, QVector<NoteRecord>> allNotes();
+    bool setNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
+
+    QHash<qint64, TagRecordList> allLabels();
+
+    /** Adds the labels to the files: named ones are found or made by name, others must be known by id. */
+    bool addLabels(const QVector<qint64> &fileIds, const TagRecordList &labels);
+
+private:
+    qint64 folderId(const QString &folder);
+    bool takeInFile(const FileRow &file, StoreResult *pResult);
+    bool writeNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
+    bool writeLabels(const QVector<qint64> &fileIds, const TagRecordList &labels);
+    quint64 labelId(const TagRecord &label);
+    bool exec(QSqlQuery *pQuery);
+    bool finishTransaction(bool bDone);
+    QSqlQuery prepared(const QString &statement);
+
+    const QString m_connectionName;
+    QSqlDatabase m_database;
+    QHash<QString, qint64> m_folderIds;
+    std::unique_ptr<QSqlQuery> m_pFindFile;
+    std::unique_ptr<QSqlQuery> m_pAddFile;
+    QString m_lastError;
+};

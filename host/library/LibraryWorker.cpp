@@ -1,0 +1,124 @@
+#include "library/LibraryWorker.h"
+
+#include "library/LibraryActions.h"
+
+#include <utility>
+
+LibraryWorker::LibraryWorker(QSharedPointer<const RenditionSource> pRenditions)
+    : m_pRenditions(std::move(pRenditions))
+    , m_collator(fileNameCollator())
+{
+}
+
+void LibraryWorker::open(const QString &path)
+{
+    QString error;
+    if (!m_store.open(path, &error)) {
+        Q_EMIT signalProblem(
+            tr("The library %1 cannot be used: %2. Changes of this session are not kept.").arg(path, error));
+        if (!m_store.open(QStringLiteral(":memory:"), &error))
+            Q_EMIT signalProblem(tr("There is no SQLite driver: %1").arg(error));
+    }
+    m_notes = m_store.allNotes();
+    Q_EMIT signalLabels(m_store.allLabels());
+}
+
+void LibraryWorker::close()
+{
+    m_store.close();
+}
+
+FileRecordList LibraryWorker::makeRecords(const QVector<FileRow> &rows)
+{
+    FileRecordList records;
+    records.reserve(rows.size());
+    for (const FileRow &row : rows)
+        records.append(
+            FileRecordPtr(new FileRecord(row, m_notes.value(row.id), m_collator.sortKey(row.name), m_pRenditions)));
+    return records;
+}
+
+void LibraryWorker::beginScan(int nGeneration, const QStringList &roots, bool bRecursive, bool bAnnounceKnown)
+{
+    m_nGeneration = nGeneration;
+    m_nScanned = 0;
+    m_unseen.clear();
+    const QVector<FileRow> known = m_store.filesUnder(roots, bRecursive);
+    m_unseen.reserve(known.size());
+    for (const FileRow &row : known)
+        m_unseen.insert(row.id);
+    if (bAnnounceKnown)
+        Q_EMIT signalRecords(nGeneration, makeRecords(known));
+}
+
+void LibraryWorker::takeIn(int nGeneration, const QVector<FileRow> &files)
+{
+    if (nGeneration != m_nGeneration)
+        return;
+    const StoreResult result = m_store.takeIn(files);
+    if (result.seen.isEmpty())
+        Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
+    QVector<FileRow> changed = result.changed;
+    for (const qint64 nId : result.seen)
+        m_unseen.remove(nId);
+    if (!changed.isEmpty())
+        Q_EMIT signalRecords(nGeneration, makeRecords(changed));
+    m_nScanned += files.size();
+    Q_EMIT signalScanned(nGeneration, m_nScanned);
+}
+
+void LibraryWorker::endScan(int nGeneration, const ScanReport &report)
+{
+    if (nGeneration != m_nGeneration)
+        return;
+    QVector<qint64> gone;
+    if (!report.bCancelled) {
+        gone.reserve(m_unseen.size());
+        for (const qint64 nId : qAsConst(m_unseen))
+            gone.append(nId);
+        m_unseen.clear();
+        if (!gone.isEmpty() && !m_store.setUnavailable(gone))
+            Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
+    }
+    Q_EMIT signalScanEnded(nGeneration, gone, report);
+}
+
+void LibraryWorker::listFolder(int nGeneration, const QString &folder,
+                               const std::shared_ptr<std::atomic_bool> &pCancelled)
+{
+    beginScan(nGeneration, {folder}, false, false);
+    QVector<FileRow> files;
+    FolderScanner scanner(pCancelled, [&files](const FolderScanner::Batch &batch) { files += batch; });
+    const ScanReport report = scanner.scan({folder}, false);
+    m_store.takeIn(files);
+    const QVector<FileRow> known = m_store.filesUnder({folder}, false);
+    QVector<FileRow> present;
+    QSet<QString> names;
+    for (const FileRow &file : qAsConst(files))
+        names.insert(file.name);
+    for (const FileRow &row : known) {
+        if (names.contains(row.name)) {
+            present.append(row);
+            m_unseen.remove(row.id);
+        }
+    }
+    Q_EMIT signalRecords(nGeneration, makeRecords(present));
+    endScan(nGeneration, report);
+}
+
+void LibraryWorker::setNotes(qint64 nActionId, qint64 nFileId, const QVector<NoteRecord> &notes)
+{
+    const bool bDone = m_store.setNotes(nFileId, notes);
+    if (bDone)
+        m_notes.insert(nFileId, notes);
+    Q_EMIT signalNotesStored(nActionId, nFileId, m_notes.value(nFileId),
+                             LibraryResponse::make(bDone, m_store.lastError(), {nFileId}));
+}
+
+void LibraryWorker::addLabels(qint64 nActionId, const QVector<qint64> &fileIds, const TagRecordList &labels)
+{
+    const bool bDone = m_store.addLabels(fileIds, labels);
+    if (bDone)
+        Q_EMIT signalLabels(m_store.allLabels());
+    Q_EMIT signalLabelsStored(nActionId, LibraryResponse::make(bDone, m_store.lastError(), fileIds));
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "interfaces/data/IResponseInfo.h"
+#include "library/FolderScanner.h"
+#include "library/LibraryStore.h"
+
+#include <QObject>
+#include <QSet>
+
+/**
+ * The one thread that reads and writes the library file. Turns rows into records, so that the GUI thread only takes
+ * them over.
+ *
+ * Owner: Library. Thread: its own; every operation is called there, signals are received queued.
+ */
+class LibraryWorker : public QObject {
+    Q_OBJECT
+
+public:
+    explicit LibraryWorker(QSharedPointer<const RenditionSource> pRenditions);
+
+    /** Opens the file; where that fails, an empty library in memory stands in and signalProblem tells. */
+    void open(const QString &path);
+    void close();
+
+    /** Announces what is known of these folders and remembers them for endScan. */
+    void beginScan(int nGeneration, const QStringList &roots, bool bRecursive, bool bAnnounceKnown);
+    void takeIn(int nGeneration, const QVector<FileRow> &files);
+
+    /** Announces the known files that the scan did not meet as gone. */
+    void endScan(int nGeneration, const ScanReport &report);
+
+    /** Lists one folder here and now, announced as one list. */
+    void listFolder(int nGeneration, const QString &folder, const std::shared_ptr<std::atomic_bool> &pCancelled);
+
+    void setNotes(qint64 nActionId, qint64 nFileId, const QVector<NoteRecord> &notes);
+    void addLabels(qint64 nActionId, const QVector<qint64> &fileIds, const TagRecordList &labels);
+
+Q_SIGNALS:
+    void signalProblem(const QString &message);
+
+    /** All labels, at the start and after each change. */
+    void signalLabels(const QHash<qint64, TagRecordList> &labels);
+    void signalRecords(int nGeneration, const FileRecordList &records);
+    void signalScanned(int nGeneration, int nFiles);
+    void signalScanEnded(int nGeneration, const QVector<qint64> &goneIds, const ScanReport &report);
+    void signalNotesStored(qint64 nActionId, qint64 nFileId, const QVector<NoteRecord> &notes,
+                           const QSharedPointer<const IResponseInfo> &pResponse);
+    void signalLabelsStored(qint64 nActionId, const QSharedPointer<const IResponseInfo> &pResponse);
+
+private:
+    FileRecordList makeRecords(const QVector<FileRow> &rows);
+
+    LibraryStore m_store;
+    const QSharedPointer<const RenditionSource> m_pRenditions;
+    QCollator m_collator;
+    QHash<qint64, QVector<NoteRecord>> m_notes;
+    QSet<qint64> m_unseen;
+    int m_nGeneration = 0;
+    int m_nScanned = 0;
+};
