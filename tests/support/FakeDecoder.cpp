@@ -39,6 +39,11 @@ public:
         const QByteArray pixel(bytes, small ? 3 : 4);
         m_rowLength = pixel.size() * size.width();
         m_pixels = pixel.repeated(size.width() * size.height());
+        if (!picture.pixels.isEmpty()) {
+            m_rowLength = picture.rowLength;
+            m_pixels = picture.pixels;
+            m_size.setHeight(m_pixels.size() / m_rowLength);
+        }
         m_state->change([](DecoderCounts &counts) { ++counts.liveBitmaps; });
     }
 

@@ -21,6 +21,8 @@ struct FakePicture {
     bool hasImageData = true;
     bool hasBitmap = true;
     QSharedPointer<Gate> gate; ///< Where set, decoding waits here.
+    QByteArray pixels;         ///< Where set, the bitmap's bytes, in place of size and colour.
+    int rowLength = 0;         ///< Bytes of a row of `pixels`.
 };
 
 /** What the decoder has seen; a snapshot. */

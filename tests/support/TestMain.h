@@ -10,7 +10,8 @@
 
 /**
  * Base of our test classes: every test function records the log in log() and fails when it leaves a warning or an error
- * behind that it did not announce with log().expect(…). Classes with an init() or cleanup() of their own call these.
+ * behind that it did not announce with log().expect(…). Classes with an init() or cleanup() of their own override
+ * these and call them.
  */
 class LoggedTest : public QObject {
     Q_OBJECT
@@ -19,13 +20,13 @@ protected:
     LogCapture &log() { return *m_log; }
 
 protected Q_SLOTS:
-    void init()
+    virtual void init()
     {
         m_log.reset(); // one at a time
         m_log = std::make_unique<LogCapture>();
     }
 
-    void cleanup()
+    virtual void cleanup()
     {
         const QStringList unannounced = m_log->unannounced();
         m_log.reset();
