@@ -15,14 +15,14 @@ struct Floor {
 
 // The first line that fits counts. A file may include its own floor and those below.
 const Floor floors[] = {
-    {"^src/plugin/(PluginInnerData|FileTypeTable|Host[A-Z]\\w*|PluginLookup)", 1},
-    {"^src/plugin/", 6},
+    {"^src/plugin/BigImgPreviewPlugin\\.", 6},
     {"^src/preview/(Middle|Hub)", 4},
     {"^src/preview/", 5},
-    {"^src/image/(PreviewBase|\\w*Base\\b|\\w*Task\\b|\\w*Loader)", 2},
-    {"^src/actions/TsQtUtils", 0},
-    {"^src/actions/", 2},
+    {"^src/image/(BasePreviewWidget|PictureDecoder|PreviewResourceThread|\\w+Task)\\.", 2},
     {"^src/(image|media)/", 3},
+    {"^src/actions/TsQtUtils\\.", 0},
+    {"^src/actions/", 2},
+    {"^src/plugin/", 1},
     {"^src/common/", 0},
 };
 

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <vector>
+
+/**
+ * Compares two ways of doing the same by their times' ratio, which a busy or slow machine hardly changes: both run in
+ * one process, turn by turn, so that whatever slows the machine down slows both.
+ *
+ *     Ratio ratio("decode, against plain libjpeg", 1.10);   // ours may take 1.10 times as long
+ *     ratio.measure([&] { ours(); }, [&] { theirs(); });
+ *     return Ratio::allPassed() ? 0 : 1;
+ */
+class Ratio {
+public:
+    Ratio(const char *pName, double fTarget, int nRounds = 15)
+        : m_pName(pName)
+        , m_fTarget(fTarget)
+        , m_nRounds(nRounds)
+    {
+    }
+
+    /** Runs both, prints one line and returns the median of ours / theirs. */
+    template <class Ours, class Theirs> double measure(Ours ours, Theirs theirs)
+    {
+        seconds(ours); // caches, lazy loading
+        seconds(theirs);
+        std::vector<double> ratios;
+        for (int nRound = 0; nRound < m_nRounds; ++nRound) {
+            const bool bOursFirst = nRound % 2 == 0;
+            const double fFirst = bOursFirst ? seconds(ours) : seconds(theirs);
+            const double fSecond = bOursFirst ? seconds(theirs) : seconds(ours);
+            ratios.push_back(bOursFirst ? fFirst / fSecond : fSecond / fFirst);
+        }
+        std::sort(ratios.begin(), ratios.end());
+        const double fMedian = ratios[ratios.size() / 2];
+        const bool bPassed = fMedian <= m_fTarget;
+        s_bAllPassed = s_bAllPassed && bPassed;
+        std::printf("%-52s ratio %6.3f (%.3f to %.3f)  target <= %.3f  %s\n", m_pName, fMedian, ratios.front(),
+                    ratios.back(), m_fTarget, bPassed ? "pass" : "FAIL");
+        std::fflush(stdout);
+        return fMedian;
+    }
+
+    static bool allPassed() { return s_bAllPassed; }
+
+private:
+    /** Seconds for one call, repeated until the clock can tell; at least one call. */
+    template <class Work> static double seconds(Work &work)
+    {
+        using Clock = std::chrono::steady_clock;
+        const auto begin = Clock::now();
+        int nCalls = 0;
+        std::chrono::duration<double> taken{};
+        do {
+            work();
+            ++nCalls;
+            taken = Clock::now() - begin;
+        } while (taken.count() < 0.005);
+        return taken.count() / nCalls;
+    }
+
+    inline static bool s_bAllPassed = true;
+
+    const char *m_pName;
+    double m_fTarget;
+    int m_nRounds;
+};
