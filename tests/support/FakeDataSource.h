@@ -43,19 +43,37 @@ public:
     }
 
     /** Puts a record in place of the one with its id, or adds it. */
-    void putFile(const QSharedPointer<FakeFileInfo> &pFile);
-    void removeFile(qint64 nFileId);
+    void putFile(const QSharedPointer<FakeFileInfo> &pFile) { m_records.insert(pFile->id, pFile); }
+    void removeFile(qint64 nFileId) { m_records.remove(nFileId); }
 
-    IFileListProvider *fileListProvider() override;
-    IFileInformationProvider *fileInformationProvider() override;
+    IFileListProvider *fileListProvider() override { return has(SourcePart::FileList) ? &files : nullptr; }
+    IFileInformationProvider *fileInformationProvider() override
+    {
+        return has(SourcePart::FileInformation) ? this : nullptr;
+    }
     FileInfoPtr fileInfo(qint64 nFileId, TagRecordList *pTags) override;
     bool isDeletingBlocked() override { return deletingBlocked; }
-    QSharedPointer<IExportAction> exportAction() override;
-    QSharedPointer<IRemoveAction> removeAction() override;
-    QSharedPointer<IRecycleAction> recycleAction() override;
-    QSharedPointer<IFileAction> fileAction() override;
-    QSharedPointer<ICommentAction> commentAction() override;
-    QSharedPointer<ITagAction> tagAction() override;
+    QSharedPointer<IExportAction> exportAction() override
+    {
+        return make<IExportAction>(SourcePart::ExportAction, &makeExportAction);
+    }
+    QSharedPointer<IRemoveAction> removeAction() override
+    {
+        return make<IRemoveAction>(SourcePart::RemoveAction, &makeRemoveAction);
+    }
+    QSharedPointer<IRecycleAction> recycleAction() override
+    {
+        return make<IRecycleAction>(SourcePart::RecycleAction, &makeRecycleAction);
+    }
+    QSharedPointer<IFileAction> fileAction() override
+    {
+        return make<IFileAction>(SourcePart::FileAction, &makeFileAction);
+    }
+    QSharedPointer<ICommentAction> commentAction() override
+    {
+        return make<ICommentAction>(SourcePart::CommentAction, &makeCommentAction);
+    }
+    QSharedPointer<ITagAction> tagAction() override { return make<ITagAction>(SourcePart::TagAction, &makeTagAction); }
     void fillFileInformation(const QVector<qint64> &fileIds, QVector<FileInfoPtr> *pList) override;
 
     QSet<SourcePart> absent; ///< These answer null or leave the list as it is.
@@ -63,6 +81,14 @@ public:
     FakeFileList files; ///< Emits the removals.
 
 private:
+    bool has(SourcePart part) const { return !absent.contains(part); }
+
+    template <class Interface>
+    QSharedPointer<Interface> make(SourcePart part, QSharedPointer<Interface> (*create)(ActionDesk &)) const
+    {
+        return has(part) ? create(m_desk) : QSharedPointer<Interface>();
+    }
+
     ActionDesk &m_desk;
     QHash<qint64, QSharedPointer<FakeFileInfo>> m_records;
 };

@@ -4,6 +4,7 @@
 #include "interfaces/services/IBaseModulePlugin.h"
 #include "interfaces/services/IDataCenterPlugin.h"
 #include "interfaces/services/ISettingPlugin.h"
+#include "interfaces/services/ITSCacheManager.h"
 
 /** What the fake host plug-ins have in common. Owner: FakeHost. GUI thread only. */
 class FakePlugin : public QObject, public IPlugin {
@@ -11,9 +12,13 @@ class FakePlugin : public QObject, public IPlugin {
     Q_INTERFACES(IPlugin)
 
 public:
-    QObject *getObject() override;
+    QObject *getObject() override
+    {
+        QObject *const pObject = answersInterface ? this : &m_bareObject;
+        return hasObject ? pObject : nullptr;
+    }
     QUuid getPluginId() override { return {}; }
-    void getPluginInfo(PluginInfo &info) override;
+    void getPluginInfo(PluginInfo &) override {}
     bool setPluginManager(IPluginManager *pManager) override { return pManager != nullptr; }
     bool initialize() override { return true; }
     bool extensionsInitialized() override { return true; }
@@ -43,7 +48,7 @@ class FakeBaseModulePlugin final : public FakePlugin, public IBaseModulePlugin {
     Q_INTERFACES(IBaseModulePlugin)
 
 public:
-    QSharedPointer<ITSCacheManager> cacheManager() override;
+    QSharedPointer<ITSCacheManager> cacheManager() override { return cache; }
     IImageDecoder *imageDecoder() override { return decoder; }
     IPresentationRenderer *presentationRenderer() override { return renderer; }
 

@@ -9,7 +9,12 @@
 /** A file record made of plain values. Fill it before it is shared. */
 class FakeFileInfo final : public IFileInfo {
 public:
-    FakeFileInfo(qint64 nId, qint64 nType, const QString &path);
+    FakeFileInfo(qint64 nId, qint64 nType, const QString &filePath)
+        : id(nId)
+        , type(nType)
+        , path(filePath)
+    {
+    }
 
     qint64 fileId() const override { return id; }
     qint64 fileType() const override { return type; }
@@ -57,8 +62,14 @@ public:
     QVector<qint64> skippedFiles() const override { return skipped; }
     QVector<qint64> missingFiles() const override { return missing; }
 
-    static ResponseInfoPtr success();
-    static ResponseInfoPtr failure(int nCode, const QStringList &errors = {});
+    static ResponseInfoPtr success() { return QSharedPointer<FakeResponse>::create(); }
+    static ResponseInfoPtr failure(int nCode, const QStringList &lines = {})
+    {
+        const auto pResponse = QSharedPointer<FakeResponse>::create();
+        pResponse->code = nCode;
+        pResponse->errors = lines;
+        return pResponse;
+    }
 
     int code = Success;
     QString message;
@@ -68,4 +79,10 @@ public:
     QVector<qint64> missing;
 };
 
-TagRecordPtr makeTag(quint64 nId, const QString &name = {});
+inline TagRecordPtr makeTag(quint64 nId, const QString &name = {})
+{
+    const auto pTag = QSharedPointer<TagRecord>::create();
+    pTag->id = nId;
+    pTag->name = name;
+    return pTag;
+}
