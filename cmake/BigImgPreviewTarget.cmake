@@ -26,10 +26,6 @@ add_custom_target(plugins)
 function(bigimgpreview_plugin target)
     bigimgpreview_target(${target})
     add_dependencies(plugins ${target})
-    if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
-        # A missing symbol is to fail the build, not the host that loads the module.
-        target_link_options(${target} PRIVATE -Wl,--no-undefined)
-    endif()
     set_target_properties(${target} PROPERTIES
         LIBRARY_OUTPUT_DIRECTORY "${BIGIMGPREVIEW_PLUGIN_OUTPUT_DIRECTORY}"
         RUNTIME_OUTPUT_DIRECTORY "${BIGIMGPREVIEW_PLUGIN_OUTPUT_DIRECTORY}"
