@@ -47,7 +47,7 @@ double CResourceItem::setPicture(const QPixmap &picture, const QVector<QImage> &
     m_filePath = path;
     resetPose();
     update();
-    return ZoomModel::fitToWindowTarget(viewSize, picture.size()).value_or(1.0) * nLoadFactor;
+    return ZoomModel::fitToWindowTarget(viewSize, pictureSize()).value_or(1.0) * nLoadFactor;
 }
 
 void CResourceItem::setDrawMode(int nDrawMode)
@@ -117,17 +117,17 @@ void CResourceItem::applyPose()
 
 QSize CResourceItem::pictureSize() const
 {
-    return m_picture.size();
+    return m_picture.size() / m_picture.devicePixelRatio();
 }
 
 QSizeF CResourceItem::shownSize() const
 {
-    return QTransform().rotate(m_fTurn).mapRect(QRectF(QPointF(), QSizeF(m_picture.size()))).size();
+    return QTransform().rotate(m_fTurn).mapRect(QRectF(QPointF(), QSizeF(pictureSize()))).size();
 }
 
 QRectF CResourceItem::boundingRect() const
 {
-    return {centredTopLeft(m_picture.size()), m_picture.size()};
+    return {centredTopLeft(pictureSize()), pictureSize()};
 }
 
 void CResourceItem::paint(QPainter *pPainter, const QStyleOptionGraphicsItem *pOption, QWidget *pWidget)
@@ -154,15 +154,13 @@ void CResourceItem::paint(QPainter *pPainter, const QStyleOptionGraphicsItem *pO
     }
 }
 
-const QPixmap &CResourceItem::levelFor(double fDeviceScale) const
+int CResourceItem::levelFor(double fDeviceScale) const
 {
-    const QPixmap *pBest = &m_picture;
-    for (const QPixmap &level : m_levels) {
-        if (level.width() < m_picture.width() * fDeviceScale || level.height() < m_picture.height() * fDeviceScale)
-            break;
-        pBest = &level;
-    }
-    return *pBest;
+    // The smallest level that still has a pixel for each of the screen's.
+    int nLevel = 0;
+    while (nLevel < m_levels.size() && fDeviceScale * (2 << nLevel) <= 1.0)
+        ++nLevel;
+    return nLevel;
 }
 
 void CResourceItem::paintStill(QPainter *pPainter, const QRectF &exposed) const
@@ -170,23 +168,26 @@ void CResourceItem::paintStill(QPainter *pPainter, const QRectF &exposed) const
     const QRectF bounds = boundingRect();
     if (bounds.isEmpty())
         return;
-    const double fDeviceScale = std::sqrt(std::abs(pPainter->deviceTransform().determinant()));
-    const QPixmap &level = levelFor(fDeviceScale);
-    const double fX = level.width() / bounds.width();
-    const double fY = level.height() / bounds.height();
+    const double fRatio = m_picture.devicePixelRatio();
+    const double fDeviceScale = std::sqrt(std::abs(pPainter->deviceTransform().determinant())) / fRatio;
+    const int nLevel = levelFor(fDeviceScale);
+    const QPixmap &pixmap = nLevel == 0 ? m_picture : m_levels.at(nLevel - 1);
+    // Pixels of the level for each unit of the item.
+    const double fDensity = fRatio / (1 << nLevel);
 
     // Only the visible pixels are drawn: a picture of 100,000 pixels zoomed to 800 % would overflow the rasterizer.
     // Whole pixels with a margin, so that filtering at the edges sees the same neighbours as the whole picture would.
     const QRectF part = exposed.translated(-bounds.topLeft());
-    const QRect source = QRectF(part.x() * fX, part.y() * fY, part.width() * fX, part.height() * fY)
-                             .toAlignedRect()
-                             .adjusted(-2, -2, 2, 2)
-                             .intersected(level.rect());
+    const QRect source =
+        QRectF(part.x() * fDensity, part.y() * fDensity, part.width() * fDensity, part.height() * fDensity)
+            .toAlignedRect()
+            .adjusted(-2, -2, 2, 2)
+            .intersected(pixmap.rect());
     if (source.isEmpty())
         return;
-    const QRectF target(bounds.x() + source.x() / fX, bounds.y() + source.y() / fY, source.width() / fX,
-                        source.height() / fY);
-    pPainter->drawPixmap(target, level, source);
+    const QRectF target(bounds.x() + source.x() / fDensity, bounds.y() + source.y() / fDensity,
+                        source.width() / fDensity, source.height() / fDensity);
+    pPainter->drawPixmap(target, pixmap, source);
 }
 
 void CResourceItem::paintCircle(QPainter *pPainter) const

@@ -49,7 +49,7 @@ public:
     /** Puts turn, flip and position back to where a new picture starts. */
     void resetPose();
 
-    /** Pixels of the picture, and of the box that it fills on the screen at scale 1.0. */
+    /** Size of the picture in units of the scene, and of the box that it fills as it is turned. */
     QSize pictureSize() const;
     QSizeF shownSize() const;
 
@@ -65,7 +65,7 @@ private:
     void applyPose();
     void paintStill(QPainter *pPainter, const QRectF &exposed) const;
     void paintCircle(QPainter *pPainter) const;
-    const QPixmap &levelFor(double fDeviceScale) const;
+    int levelFor(double fDeviceScale) const;
 
     QPixmap m_picture;
     QVector<QPixmap> m_levels;

@@ -17,12 +17,13 @@ quint32 average(quint32 a, quint32 b)
     return (a | b) - (((a ^ b) >> 1) & 0x7F7F7F7FU);
 }
 
-/** Writes one row of the half-size picture from two rows of the full one; `nWidth` counts written pixels. */
-void halveRow(const quint32 *pUpper, const quint32 *pLower, quint32 *pTarget, int nWidth)
+/** Writes one row of the half-size picture from two rows of the full one, which is `nFullWidth` pixels wide. */
+void halveRow(const quint32 *pUpper, const quint32 *pLower, quint32 *pTarget, int nFullWidth)
 {
+    const int nPairs = nFullWidth / 2;
     int x = 0;
 #if defined(PICTURE_LEVELS_SSE2)
-    for (; x + 4 <= nWidth; x += 4) {
+    for (; x + 4 <= nPairs; x += 4) {
         const auto load = [](const quint32 *p) {
             return _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
         };
@@ -35,23 +36,23 @@ void halveRow(const quint32 *pUpper, const quint32 *pLower, quint32 *pTarget, in
         _mm_storeu_si128(reinterpret_cast<__m128i *>(pTarget + x), _mm_avg_epu8(even, odd));
     }
 #endif
-    for (; x < nWidth; ++x) {
+    for (; x < nPairs; ++x) {
         pTarget[x] = average(average(pUpper[2 * x], pLower[2 * x]), average(pUpper[2 * x + 1], pLower[2 * x + 1]));
     }
+    if (nFullWidth % 2 != 0)
+        pTarget[nPairs] = average(pUpper[nFullWidth - 1], pLower[nFullWidth - 1]);
 }
 
+/** Odd sides are rounded up, so that each pixel stands for exactly two by two of the larger picture. */
 QImage halved(const QImage &image)
 {
-    // A side of one pixel stays one pixel; such pictures are so thin that plain scaling costs nothing.
-    if (image.width() < 2 || image.height() < 2) {
-        return image.scaled(qMax(1, image.width() / 2), qMax(1, image.height() / 2), Qt::IgnoreAspectRatio,
-                            Qt::SmoothTransformation);
-    }
-    QImage half(image.width() / 2, image.height() / 2, image.format());
+    QImage half((image.width() + 1) / 2, (image.height() + 1) / 2, image.format());
+    if (half.isNull())
+        return half;
     for (int y = 0; y < half.height(); ++y) {
         halveRow(reinterpret_cast<const quint32 *>(image.constScanLine(2 * y)),
-                 reinterpret_cast<const quint32 *>(image.constScanLine(2 * y + 1)),
-                 reinterpret_cast<quint32 *>(half.scanLine(y)), half.width());
+                 reinterpret_cast<const quint32 *>(image.constScanLine(qMin(2 * y + 1, image.height() - 1))),
+                 reinterpret_cast<quint32 *>(half.scanLine(y)), image.width());
     }
     return half;
 }
@@ -77,10 +78,13 @@ QImage PictureLevels::toScreenFormat(QImage image)
         image.format() == QImage::Format_ARGB32_Premultiplied) {
         return image;
     }
+    // Alpha is the top byte of a pixel in both; an alpha channel that nobody uses would be blended on every paint.
     if (image.format() == QImage::Format_ARGB32 && isOpaque(image)) {
         image.reinterpretAsFormat(QImage::Format_RGB32);
         return image;
     }
+    if (image.format() == QImage::Format_RGBA8888 && isOpaque(image))
+        image.reinterpretAsFormat(QImage::Format_RGBX8888);
     const QImage::Format target = image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
     return std::move(image).convertToFormat(target);
 }

@@ -4,7 +4,8 @@
 #include <QVector>
 
 /**
- * Reduced copies of a large picture, each half as wide and high as the one before (the first is half the picture).
+ * Reduced copies of a large picture, each half as wide and high as the one before, odd sides rounded
+ * up (the first is half the picture): a pixel of level n, from 1, stands for 2^n by 2^n of the picture.
  * Painting a picture far larger than the screen from the level that is just large enough keeps it sharp and quick.
  */
 namespace PictureLevels {

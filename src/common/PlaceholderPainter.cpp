@@ -24,9 +24,10 @@ QFont boldFont(int nPixels)
 } // namespace
 
 QImage PlaceholderPainter::paint(const QSize &size, const QColor &background, const QColor &textColor,
-                                 const QString &text, int nBoxWidth, int nFontPixels)
+                                 const QString &text, int nBoxWidth, int nFontPixels, double fDevicePixelRatio)
 {
-    QImage image(size, QImage::Format_ARGB32);
+    QImage image(size * fDevicePixelRatio, QImage::Format_ARGB32);
+    image.setDevicePixelRatio(fDevicePixelRatio);
     image.fill(background);
     if (image.isNull())
         return image;
@@ -43,11 +44,11 @@ QImage PlaceholderPainter::paint(const QSize &size, const QColor &background, co
     return image;
 }
 
-QImage PlaceholderPainter::paintSuffix(const QString &path)
+QImage PlaceholderPainter::paintSuffix(const QString &path, double fDevicePixelRatio)
 {
     const TSSkinSetting *pSkin = TSSkinSetting::GetInstance();
     const QString suffix =
         QFontMetrics(boldFont(SuffixFontPixels)).elidedText(QFileInfo(path).suffix(), Qt::ElideRight, SuffixTextWidth);
     return paint(QSize(SuffixPictureSide, SuffixPictureSide), pSkin->GetPlaceholderBackgroundColor(),
-                 pSkin->GetPlaceholderTextColor(), suffix, SuffixTextWidth, SuffixFontPixels);
+                 pSkin->GetPlaceholderTextColor(), suffix, SuffixTextWidth, SuffixFontPixels, fDevicePixelRatio);
 }

@@ -4,8 +4,13 @@
 #include <QFileInfo>
 
 #include <array>
-#include <shellapi.h>
+#include <string>
+
+// The shell's header needs the other one before it.
+// clang-format off
 #include <windows.h>
+#include <shellapi.h>
+// clang-format on
 
 namespace {
 

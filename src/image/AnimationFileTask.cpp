@@ -9,8 +9,9 @@ namespace {
 
 // An animation plays from memory; one that would take more than this is shown by its first frame.
 constexpr qint64 LargestAnimationFile = 256 * 1024 * 1024;
-// Frames are decoded while they play; larger ones could not keep up with the screen.
-constexpr int LargestAnimationPixels = 16 * 1000 * 1000;
+// Frames are decoded in the GUI thread while they play: larger ones would make everything else wait.
+constexpr int LargestAnimationPixels = 2500 * 1000;
+constexpr qint64 ChunkBytes = 1024 * 1024;
 
 bool isAnimated(QByteArray *pFileData)
 {
@@ -26,10 +27,16 @@ bool isAnimated(QByteArray *pFileData)
 
 } // namespace
 
-AnimationFileTask::AnimationFileTask(qint64 nFileId, const QString &path)
+AnimationFileTask::AnimationFileTask(qint64 nFileId, const QString &path, const QSharedPointer<QAtomicInt> &pCancel)
     : m_nFileId(nFileId)
     , m_path(path)
+    , m_pCancel(pCancel)
 {
+}
+
+bool AnimationFileTask::canBeAnimated(const QString &extension)
+{
+    return QMovie::supportedFormats().contains(extension.toLatin1());
 }
 
 void AnimationFileTask::run()
@@ -37,13 +44,15 @@ void AnimationFileTask::run()
     QFile file(m_path);
     if (!file.open(QIODevice::ReadOnly) || file.size() > LargestAnimationFile)
         return;
-    {
-        QImageReader reader(&file);
-        if (!reader.supportsAnimation())
+    QByteArray fileData;
+    while (!file.atEnd()) {
+        if (m_pCancel->loadRelaxed() != 0)
             return;
+        const QByteArray chunk = file.read(ChunkBytes);
+        if (chunk.isEmpty()) // it became unreadable meanwhile
+            return;
+        fileData += chunk;
     }
-    file.seek(0);
-    QByteArray fileData = file.readAll();
     if (isAnimated(&fileData))
         Q_EMIT signal_animationRead(m_nFileId, m_path, fileData);
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QAtomicInt>
 #include <QByteArray>
 #include <QObject>
 #include <QRunnable>
+#include <QSharedPointer>
 #include <QString>
 
 /**
@@ -15,7 +17,11 @@ class AnimationFileTask : public QObject, public QRunnable {
     Q_OBJECT
 
 public:
-    AnimationFileTask(qint64 nFileId, const QString &path);
+    /** The task gives up where the shared flag is no longer 0. */
+    AnimationFileTask(qint64 nFileId, const QString &path, const QSharedPointer<QAtomicInt> &pCancel);
+
+    /** Whether files with this extension can be animations at all; others need not be read. */
+    static bool canBeAnimated(const QString &extension);
 
     void run() override;
 
@@ -25,4 +31,5 @@ Q_SIGNALS:
 private:
     qint64 m_nFileId;
     QString m_path;
+    QSharedPointer<QAtomicInt> m_pCancel;
 };

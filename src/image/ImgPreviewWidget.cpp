@@ -108,13 +108,14 @@ void ImgPreviewWidget::quitPreview()
 void ImgPreviewWidget::clearPreview()
 {
     m_pZoom->setItem(nullptr);
+    cancelAnimationTask();
+    m_image = QImage();
     if (m_imageItem == nullptr)
         return;
     m_scene->forgetPress();
     m_scene->removeItem(m_imageItem);
     delete m_imageItem;
     m_imageItem = nullptr;
-    m_image = QImage();
     m_scene->update();
 }
 

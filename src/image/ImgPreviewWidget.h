@@ -3,7 +3,10 @@
 #include "image/BasePreviewWidget.h"
 #include "image/NoteRegin.h"
 
+#include <QAtomicInt>
+#include <QHash>
 #include <QImage>
+#include <QSharedPointer>
 #include <QSize>
 #include <QVector>
 
@@ -28,7 +31,7 @@ public:
     /** How the hub asks for a file. */
     enum OpenMode {
         OpenOwnFile = 0,      ///< A picture shown from its own file; plays where it is animated.
-        OpenRendition = 2,    ///< Another type that the loader reads, through a rendition where need be.
+        OpenRendition = 2,    ///< A layered document, shown still.
         OpenHostRendition = 3 ///< A type of which the host decides whether the loader or its cache gives the picture.
     };
 
@@ -90,8 +93,9 @@ private:
     void startLoader(qint64 nFileId);
     void loadFromHost(qint64 nFileId);
     void startAnimationTask(qint64 nFileId, const QString &path);
+    void cancelAnimationTask();
     void showPlaceholder();
-    void ShowImageUnit(const QImage &image);
+    void ShowImageUnit(const QImage &image, const QVector<QImage> &levels = {});
     void placeTools();
 
     TSDBGraphicsScene *m_scene;
@@ -99,6 +103,8 @@ private:
     CResourceItem *m_imageItem = nullptr;
     int m_openMode = OpenOwnFile;
     QImage m_image;
+    QHash<qint64, QSharedPointer<QVector<QImage>>> m_levelsOfLoads;
+    QSharedPointer<QAtomicInt> m_pAnimationCancel;
     QSize m_viewSize;
     int m_loadFactor = 1;
     int m_noteMode = 0;

@@ -16,7 +16,6 @@
 #include "plugin/PluginInnerData.h"
 
 #include <QDebug>
-#include <QFileInfo>
 #include <QThreadPool>
 
 void ImgPreviewWidget::loadImage(const QString &path, int nFirstFrame, int nFrameCount, double fLoadFactor, int nFlags)
@@ -28,6 +27,7 @@ void ImgPreviewWidget::loadImage(const QString &path, int nFirstFrame, int nFram
         m_imageItem = new CResourceItem(nullptr, QSize());
         m_scene->addItem(m_imageItem);
     }
+    cancelAnimationTask();
     m_pZoom->finish();
     m_pZoom->setItem(m_imageItem);
     m_imageItem->hide();
@@ -48,7 +48,8 @@ void ImgPreviewWidget::loadImage(const QString &path, int nFirstFrame, int nFram
     switch (m_openMode) {
     case OpenOwnFile:
     case OpenRendition:
-        if (!pData->isLoading(nFileId))
+        // The result of a load that is under way comes to this widget as well.
+        if (!pData->isLoadingFor(nFileId, this))
             startLoader(nFileId);
         break;
     case OpenHostRendition:
@@ -67,6 +68,9 @@ void ImgPreviewWidget::startLoader(qint64 nFileId)
     const FileInfoPtr pInfo = pData->currentFileInfo();
     pData->beginLoading(nFileId, this);
     auto *pTask = new PreviewResourceThread(nFileId);
+    auto pLevels = QSharedPointer<QVector<QImage>>::create();
+    m_levelsOfLoads.insert(nFileId, pLevels);
+    pTask->setLevelsTarget(pLevels);
     connect(pTask, &PreviewResourceThread::signal_imageReadEnd, this, &ImgPreviewWidget::slot_imgReadEnd);
     pTask->setMode(LoadImageMode);
     if (pInfo)
@@ -80,8 +84,9 @@ void ImgPreviewWidget::loadFromHost(qint64 nFileId)
 {
     PluginInnerData *pData = PluginInnerData::instance();
     const FileInfoPtr pInfo = pData->currentFileInfo();
-    if (pInfo && pInfo->needsLoader() && QFileInfo::exists(pInfo->largePreviewPath())) {
-        if (!pData->isLoading(nFileId))
+    // Whether the rendition's file exists is for the worker to find out: this thread touches no disk.
+    if (pInfo && pInfo->needsLoader() && !pInfo->largePreviewPath().isEmpty()) {
+        if (!pData->isLoadingFor(nFileId, this))
             startLoader(nFileId);
         return;
     }
@@ -96,11 +101,10 @@ void ImgPreviewWidget::loadFromHost(qint64 nFileId)
 void ImgPreviewWidget::slot_imgReadEnd(qint64 fileId, QImage img, QString loadPath, bool bSrcImg)
 {
     PluginInnerData *pData = PluginInnerData::instance();
-    pData->endLoading(fileId);
-    if (fileId != pData->currentFileId()) {
-        pData->takePictureLevels(img.cacheKey());
+    pData->endLoading(fileId, this);
+    const QSharedPointer<QVector<QImage>> pLevels = m_levelsOfLoads.take(fileId);
+    if (fileId != pData->currentFileId())
         return;
-    }
     m_filePath = loadPath.isEmpty() ? pData->currentFilePath() : loadPath;
     if (img.isNull()) {
         showPlaceholder();
@@ -108,44 +112,55 @@ void ImgPreviewWidget::slot_imgReadEnd(qint64 fileId, QImage img, QString loadPa
     }
     if (!bSrcImg)
         WaitNotice::showWarning(this, tr("Image failed to load, showing thumbnails"));
-    ShowImageUnit(img);
+    ShowImageUnit(img, pLevels ? *pLevels : QVector<QImage>());
     if (m_openMode == OpenOwnFile && bSrcImg)
         startAnimationTask(fileId, loadPath);
 }
 
 void ImgPreviewWidget::showPlaceholder()
 {
-    ShowImageUnit(
-        PictureLevels::toScreenFormat(PlaceholderPainter::paintSuffix(PluginInnerData::instance()->currentFilePath())));
+    ShowImageUnit(PictureLevels::toScreenFormat(
+        PlaceholderPainter::paintSuffix(PluginInnerData::instance()->currentFilePath(), devicePixelRatioF())));
 }
 
-void ImgPreviewWidget::ShowImageUnit(const QImage &image)
+void ImgPreviewWidget::ShowImageUnit(const QImage &image, const QVector<QImage> &levels)
 {
     if (image.format() == QImage::Format_Invalid) {
         qDebug("ImgPreviewWidget::ShowImageUnit ===> format_invalid!");
         return;
     }
+    if (m_imageItem == nullptr) {
+        // The preview was stopped meanwhile.
+        qDebug("ImgPreviewWidget::ShowImageUnit ===> m_pImage is nullptr!");
+        return;
+    }
     m_image = image;
     const QPixmap pixmap = QPixmap::fromImage(m_image, Qt::NoOpaqueDetection);
-    if (m_imageItem == nullptr) {
-        qDebug("ImgPreviewWidget::ShowImageUnit ===> m_pImage is nullptr!");
-    } else {
-        m_imageItem->setDrawMode(CResourceItem::DrawStill);
-        const QVector<QImage> levels = PluginInnerData::instance()->takePictureLevels(image.cacheKey());
-        m_pZoom->noteScale(m_imageItem->setPicture(pixmap, levels, m_viewSize, m_filePath, m_loadFactor));
-    }
+    m_imageItem->setDrawMode(CResourceItem::DrawStill);
+    m_pZoom->noteScale(m_imageItem->setPicture(pixmap, levels, m_viewSize, m_filePath, m_loadFactor));
     Q_EMIT signal_load_img_end();
+}
+
+void ImgPreviewWidget::cancelAnimationTask()
+{
+    if (m_pAnimationCancel)
+        m_pAnimationCancel->storeRelaxed(1);
+    m_pAnimationCancel.reset();
 }
 
 void ImgPreviewWidget::startAnimationTask(qint64 nFileId, const QString &path)
 {
-    auto *pTask = new AnimationFileTask(nFileId, path);
+    const FileInfoPtr pInfo = PluginInnerData::instance()->currentFileInfo();
+    if (!pInfo || !AnimationFileTask::canBeAnimated(FileTypeTable().value(pInfo->fileType()).extension))
+        return;
+    cancelAnimationTask();
+    m_pAnimationCancel = QSharedPointer<QAtomicInt>::create(0);
+    auto *pTask = new AnimationFileTask(nFileId, path, m_pAnimationCancel);
     connect(pTask, &AnimationFileTask::signal_animationRead, this,
-            [this](qint64 nReadId, const QString &readPath, const QByteArray &fileData) {
-                const bool bStillShown = nReadId == PluginInnerData::instance()->currentFileId() &&
-                                         m_imageItem != nullptr && m_imageItem->filePath() == readPath;
-                if (bStillShown)
+            [this, pCancel = m_pAnimationCancel](qint64, const QString &, const QByteArray &fileData) {
+                // Another picture cancels the task of the one before, also when that one had ended already.
+                if (pCancel->loadRelaxed() == 0 && m_imageItem != nullptr)
                     m_imageItem->playAnimation(fileData);
             });
-    QThreadPool::globalInstance()->start(pTask, 0);
+    QThreadPool::globalInstance()->start(pTask, -1);
 }

@@ -4,6 +4,7 @@
 #include "image/PictureDecoder.h"
 #include "plugin/PluginInnerData.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QFileInfo>
 #include <QSet>
@@ -80,12 +81,17 @@ void PreviewResourceThread::readImage()
     }
     // Pixels leave the worker as the screen wants them, with everything that would cost the GUI thread time.
     m_image = PictureLevels::toScreenFormat(std::move(m_image));
-    PluginInnerData::instance()->storePictureLevels(m_image.cacheKey(), PictureLevels::build(m_image));
+    if (m_pLevels)
+        *m_pLevels = PictureLevels::build(m_image);
     Q_EMIT signal_imageReadEnd(m_fileId, m_image, loadPath, bSrcImg);
 }
 
 void PreviewResourceThread::renderPage()
 {
-    m_framePixmap = QPixmap::fromImage(PluginInnerData::instance()->renderPresentationPage(m_fileId, m_frameIndex));
+    const QImage page = PluginInnerData::instance()->renderPresentationPage(m_fileId, m_frameIndex);
+    // The pool is waited for when the application object is half gone, and then no pixmap may be made.
+    if (QCoreApplication::closingDown() || QCoreApplication::instance() == nullptr)
+        return;
+    m_framePixmap = QPixmap::fromImage(page);
     Q_EMIT signal_pptFrameLoadEnd(m_fileId, m_framePixmap);
 }

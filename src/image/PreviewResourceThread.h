@@ -4,7 +4,9 @@
 #include <QObject>
 #include <QPixmap>
 #include <QRunnable>
+#include <QSharedPointer>
 #include <QString>
+#include <QVector>
 
 /** What a loader task does. */
 enum PreviewLoadMode {
@@ -30,6 +32,8 @@ public:
     void setMode(int nMode) { m_mode = nMode; }
     void setPaths(const QString &srcPath, const QString &hdPath, const QString &thumbPath);
     void setFrameIndex(int nFrameIndex) { m_frameIndex = nFrameIndex; }
+    /** Where the picture's reduced levels are put before it is announced; shared with the receiver. */
+    void setLevelsTarget(const QSharedPointer<QVector<QImage>> &pLevels) { m_pLevels = pLevels; }
 
     void run() override;
 
@@ -52,4 +56,5 @@ private:
     qint64 m_fileId;
     int m_frameIndex = 0;
     QPixmap m_framePixmap;
+    QSharedPointer<QVector<QImage>> m_pLevels;
 };

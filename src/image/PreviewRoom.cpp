@@ -25,7 +25,9 @@ void PreviewRoom::clearPreview()
 
 void PreviewRoom::makePlaceholder()
 {
-    m_placeholder = m_filePath.isEmpty() ? QPixmap() : QPixmap::fromImage(PlaceholderPainter::paintSuffix(m_filePath));
+    m_placeholder = m_filePath.isEmpty()
+                        ? QPixmap()
+                        : QPixmap::fromImage(PlaceholderPainter::paintSuffix(m_filePath, devicePixelRatioF()));
     update();
 }
 
@@ -34,9 +36,9 @@ void PreviewRoom::paintEvent(QPaintEvent *pEvent)
     Q_UNUSED(pEvent)
     if (m_placeholder.isNull())
         return;
-    const QSize size = m_placeholder.width() <= width() && m_placeholder.height() <= height()
-                           ? m_placeholder.size()
-                           : m_placeholder.size().scaled(this->size(), Qt::KeepAspectRatio);
+    const QSize own = m_placeholder.size() / m_placeholder.devicePixelRatio();
+    const bool bFits = own.width() <= width() && own.height() <= height();
+    const QSize size = bFits ? own : own.scaled(this->size(), Qt::KeepAspectRatio);
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawPixmap(QRect(QPoint((width() - size.width()) / 2, (height() - size.height()) / 2), size),

@@ -141,8 +141,3 @@ bool isPsdType(qint64 nTypeId)
 {
     return nTypeId == PsdType;
 }
-
-bool isCommonPictureType(qint64 nTypeId)
-{
-    return hasFlag(nTypeId, CommonPictureFlag);
-}

@@ -22,6 +22,3 @@ bool isAudioType(qint64 nTypeId);
 bool isGifType(qint64 nTypeId);
 bool isPresentationType(qint64 nTypeId);
 bool isPsdType(qint64 nTypeId);
-
-/** True for the everyday picture formats, which previews show from the file itself. */
-bool isCommonPictureType(qint64 nTypeId);

@@ -1,5 +1,6 @@
 #include "plugin/PluginInnerData.h"
 
+#include "interfaces/actions/ICommentAction.h"
 #include "interfaces/actions/ITagAction.h"
 #include "interfaces/data/IFileInformationProvider.h"
 #include "interfaces/data/IPreviewDataSource.h"
@@ -16,9 +17,9 @@
 #include <QMutexLocker>
 #include <QSet>
 
-namespace {
+#include <algorithm>
 
-constexpr int KeptPictureLevels = 2;
+namespace {
 
 QSet<qint64> toSet(const QVector<qint64> &ids)
 {
@@ -65,11 +66,9 @@ void PluginInnerData::setPluginManager(IPluginManager *pManager)
 void PluginInnerData::lookupBaseModule()
 {
     auto *pBaseModule = lookupHostInterface<IBaseModulePlugin>(m_pPluginManager, QStringLiteral("IBaseModulePlugin"));
-    if (pBaseModule == nullptr)
-        return;
-    m_pCacheManager = pBaseModule->cacheManager();
-    m_pImageDecoder = pBaseModule->imageDecoder();
-    m_pPresentationRenderer = pBaseModule->presentationRenderer();
+    m_pCacheManager = pBaseModule != nullptr ? pBaseModule->cacheManager() : QSharedPointer<ITSCacheManager>();
+    m_pImageDecoder = pBaseModule != nullptr ? pBaseModule->imageDecoder() : nullptr;
+    m_pPresentationRenderer = pBaseModule != nullptr ? pBaseModule->presentationRenderer() : nullptr;
 }
 
 QSharedPointer<ITSCacheManager> PluginInnerData::cacheManager()
@@ -100,22 +99,44 @@ QString PluginInnerData::settingsText() const
 void PluginInnerData::setDataSource(const QSharedPointer<IPreviewDataSource> &pDataSource)
 {
     m_pDataSource = pDataSource;
+    if (!m_pDataSource) {
+        m_fileInformationList.clear();
+        m_pCurrentFileInfo.reset();
+        m_currentTags.clear();
+        m_notes.clear();
+    }
     m_pTagAction = m_pDataSource ? m_pDataSource->tagAction() : QSharedPointer<ITagAction>();
 }
 
 void PluginInnerData::clearPreviewData()
 {
+    if (IPresentationRenderer *pRenderer = m_pPresentationRenderer)
+        pRenderer->closeAllDocuments();
+    {
+        const QWriteLocker locker(&m_rendererLock);
+        m_pPresentationRenderer = nullptr;
+    }
+    // What the host's own destructors do is not to happen under the lock: they may come back here, or wait for a
+    // decode.
+    QSharedPointer<IPreviewDataSource> pDataSource;
+    QSharedPointer<ITagAction> pTagAction;
+    QSharedPointer<ITSCacheManager> pCacheManager;
     {
         const QMutexLocker locker(&m_lock);
-        m_pDataSource.reset();
-        m_pTagAction.reset();
+        pDataSource.swap(m_pDataSource);
+        pTagAction.swap(m_pTagAction);
         m_fileInformationList.clear();
         m_pCurrentFileInfo.reset();
         m_currentTags.clear();
-        m_pDataCenter.reset();
+        m_notes.clear();
+        pCacheManager.swap(m_pCacheManager);
+        // A task that waits for the lock finds no decoder any more; the next source looks it up again.
+        m_pImageDecoder = nullptr;
     }
-    const QMutexLocker locker(&m_exchangeLock);
-    m_pictureLevels.clear();
+    pDataSource.reset();
+    pTagAction.reset();
+    m_pDataCenter.reset();
+    m_pCommentAction.reset();
 }
 
 void PluginInnerData::setFileList(const QVector<qint64> &fileIds, int nIndex, qint64 nContext)
@@ -134,6 +155,8 @@ void PluginInnerData::refillFileInformation()
     m_fileInformationList.clear();
     if (IFileInformationProvider *pProvider = m_pDataSource->fileInformationProvider())
         pProvider->fillFileInformation(m_fileIds, &m_fileInformationList);
+    // A record that the host could not give is no file to step to.
+    m_fileInformationList.removeAll(FileInfoPtr());
 }
 
 void PluginInnerData::setCurrentFile(qint64 nFileId)
@@ -162,18 +185,15 @@ int PluginInnerData::reloadCurrentTags()
 
 int PluginInnerData::indexOfCurrent() const
 {
-    if (!m_pCurrentFileInfo)
-        return -1;
-    const int nIndex = m_fileInformationList.indexOf(m_pCurrentFileInfo);
+    const int nIndex = m_pCurrentFileInfo ? m_fileInformationList.indexOf(m_pCurrentFileInfo) : -1;
     if (nIndex >= 0)
         return nIndex;
-    // A host that makes a new record on each request still means the same file.
-    const qint64 nId = m_pCurrentFileInfo->fileId();
-    for (int i = 0; i < m_fileInformationList.size(); ++i) {
-        if (m_fileInformationList.at(i) && m_fileInformationList.at(i)->fileId() == nId)
-            return i;
-    }
-    return -1;
+    // A host that makes a new record on each request, or has none for the file any more, still means the same file.
+    const auto isCurrent = [this](const FileInfoPtr &pInfo) {
+        return pInfo->fileId() == m_nCurrentFileId;
+    };
+    const auto it = std::find_if(m_fileInformationList.cbegin(), m_fileInformationList.cend(), isCurrent);
+    return it != m_fileInformationList.cend() ? int(it - m_fileInformationList.cbegin()) : -1;
 }
 
 QString PluginInnerData::currentFilePath() const
@@ -195,7 +215,7 @@ void PluginInnerData::removeFiles(const QVector<qint64> &removedIds)
 {
     const QSet<qint64> removed = toSet(removedIds);
     const auto isKept = [this, &removed](int i) {
-        return m_fileInformationList.at(i) && !removed.contains(m_fileInformationList.at(i)->fileId());
+        return !removed.contains(m_fileInformationList.at(i)->fileId());
     };
     const int nPosition = indexOfCurrent();
     int nChosen = -1;
@@ -223,28 +243,44 @@ void PluginInnerData::dropFiles(const QVector<qint64> &removedIds)
     m_fileIds = kept;
 }
 
+bool PluginInnerData::isLoadingFor(qint64 nFileId, const QObject *pReceiver) const
+{
+    return m_loadingFiles.value(nFileId).contains(pReceiver);
+}
+
+void PluginInnerData::endLoading(qint64 nFileId, const QObject *pReceiver)
+{
+    const auto it = m_loadingFiles.find(nFileId);
+    if (it == m_loadingFiles.end())
+        return;
+    it->removeOne(pReceiver);
+    if (it->isEmpty())
+        m_loadingFiles.erase(it);
+}
+
 void PluginInnerData::endLoadingsOf(const QObject *pReceiver)
 {
-    for (auto it = m_loadingFiles.begin(); it != m_loadingFiles.end();)
-        it = it.value() == pReceiver ? m_loadingFiles.erase(it) : it + 1;
+    const QList<qint64> fileIds = m_loadingFiles.keys();
+    for (const qint64 nFileId : fileIds)
+        endLoading(nFileId, pReceiver);
 }
 
 bool PluginInnerData::hasRenderEntry(qint64 nFileId) const
 {
-    const QMutexLocker locker(&m_exchangeLock);
+    const QMutexLocker locker(&m_renderCacheLock);
     return m_renderCache.contains(nFileId);
 }
 
 int PluginInnerData::presentationPageCount(qint64 nFileId) const
 {
-    const QMutexLocker locker(&m_exchangeLock);
+    const QMutexLocker locker(&m_renderCacheLock);
     return m_renderCache.value(nFileId).nPageCount;
 }
 
 void PluginInnerData::dropRenderEntry(qint64 nFileId)
 {
     {
-        const QMutexLocker locker(&m_exchangeLock);
+        const QMutexLocker locker(&m_renderCacheLock);
         if (m_renderCache.remove(nFileId) == 0)
             return;
     }
@@ -256,7 +292,7 @@ void PluginInnerData::clearRenderCache()
 {
     QList<qint64> openIds;
     {
-        const QMutexLocker locker(&m_exchangeLock);
+        const QMutexLocker locker(&m_renderCacheLock);
         openIds = m_renderCache.keys();
         m_renderCache.clear();
     }
@@ -274,17 +310,19 @@ void PluginInnerData::releaseOpenRenderers()
 
 bool PluginInnerData::openPresentation(qint64 nFileId, const QString &path)
 {
+    const QReadLocker rendererLocker(&m_rendererLock);
     IPresentationRenderer *pRenderer = m_pPresentationRenderer;
     RenderEntry entry;
     entry.bOpen = pRenderer != nullptr && pRenderer->openDocument(nFileId, path);
     entry.nPageCount = entry.bOpen ? pRenderer->pageCount(nFileId) : 0;
-    const QMutexLocker locker(&m_exchangeLock);
+    const QMutexLocker locker(&m_renderCacheLock);
     m_renderCache.insert(nFileId, entry);
     return entry.bOpen;
 }
 
 QImage PluginInnerData::renderPresentationPage(qint64 nFileId, int nPage) const
 {
+    const QReadLocker rendererLocker(&m_rendererLock);
     IPresentationRenderer *pRenderer = m_pPresentationRenderer;
     return pRenderer != nullptr ? pRenderer->renderPage(nFileId, nPage, QSize()) : QImage();
 }
@@ -293,24 +331,4 @@ void PluginInnerData::closeAllPresentations()
 {
     if (IPresentationRenderer *pRenderer = m_pPresentationRenderer)
         pRenderer->closeAllDocuments();
-}
-
-void PluginInnerData::storePictureLevels(qint64 nImageKey, const QVector<QImage> &levels)
-{
-    if (levels.isEmpty())
-        return;
-    const QMutexLocker locker(&m_exchangeLock);
-    m_pictureLevels.append({nImageKey, levels});
-    while (m_pictureLevels.size() > KeptPictureLevels)
-        m_pictureLevels.removeFirst();
-}
-
-QVector<QImage> PluginInnerData::takePictureLevels(qint64 nImageKey)
-{
-    const QMutexLocker locker(&m_exchangeLock);
-    for (int i = 0; i < m_pictureLevels.size(); ++i) {
-        if (m_pictureLevels.at(i).first == nImageKey)
-            return m_pictureLevels.takeAt(i).second;
-    }
-    return {};
 }

@@ -9,12 +9,14 @@
 #include <QMap>
 #include <QMutex>
 #include <QObject>
+#include <QReadWriteLock>
 #include <QSharedPointer>
 #include <QVector>
 
 #include <atomic>
 
 class IBaseModulePlugin;
+class ICommentAction;
 class IDataCenterPlugin;
 class IImageDecoder;
 class IMainWindowHandle;
@@ -105,9 +107,10 @@ public:
 
     // Loads in progress: while there is one, leaving the preview is refused.
     bool isLoading() const { return !m_loadingFiles.isEmpty(); }
-    bool isLoading(qint64 nFileId) const { return m_loadingFiles.contains(nFileId); }
-    void beginLoading(qint64 nFileId, const QObject *pReceiver) { m_loadingFiles.insert(nFileId, pReceiver); }
-    void endLoading(qint64 nFileId) { m_loadingFiles.remove(nFileId); }
+    // Each belongs to the widget that will receive it, which waits for its own loads only.
+    bool isLoadingFor(qint64 nFileId, const QObject *pReceiver) const;
+    void beginLoading(qint64 nFileId, const QObject *pReceiver) { m_loadingFiles[nFileId].append(pReceiver); }
+    void endLoading(qint64 nFileId, const QObject *pReceiver);
     /** A receiver that goes away hears of its loads no more. */
     void endLoadingsOf(const QObject *pReceiver);
 
@@ -129,9 +132,6 @@ public:
     // Decoding. Any thread; the decoder is used under the lock, one decode at a time.
     QMutex *decodeLock() { return &m_lock; }
     IImageDecoder *imageDecoder() const { return m_pImageDecoder; }
-    /** Hands the reduced levels of a decoded picture over to whoever receives the picture; only the last are kept. */
-    void storePictureLevels(qint64 nImageKey, const QVector<QImage> &levels);
-    QVector<QImage> takePictureLevels(qint64 nImageKey);
 
 Q_SIGNALS:
     void signalUpdateRightPanel(qint64 nFileId);
@@ -164,7 +164,7 @@ private:
     QSharedPointer<ITagAction> m_pTagAction;
     bool m_bLeftColumnShown = false;
     bool m_bRightPanelHidden = false;
-    QMap<qint64, const QObject *> m_loadingFiles;
+    QMap<qint64, QVector<const QObject *>> m_loadingFiles;
     QMap<qint64, bool> m_pendingPresentations;
     QMutex m_lock;
 
@@ -173,9 +173,11 @@ private:
     std::atomic<IImageDecoder *> m_pImageDecoder{nullptr};
     std::atomic<IPresentationRenderer *> m_pPresentationRenderer{nullptr};
     QSharedPointer<QObject> m_pDataCenter;
+    QSharedPointer<ICommentAction> m_pCommentAction;
     qint64 m_nTagActionId = 0;
     bool m_bSavedImage = false;
-    // Guards the render cache and the levels, which tasks write; held for moments only.
-    mutable QMutex m_exchangeLock;
-    QVector<QPair<qint64, QVector<QImage>>> m_pictureLevels;
+    // Guards the render cache, which tasks write; held for moments only.
+    mutable QMutex m_renderCacheLock;
+    // Held for reading while a task uses the renderer, so that the host can take it away.
+    mutable QReadWriteLock m_rendererLock;
 };

@@ -49,8 +49,9 @@ void PluginInnerData::pasteTags()
 
 void PluginInnerData::handleTagResult(qint64 nActionId, const ResponseInfoPtr &pInfo)
 {
-    if (nActionId != m_nTagActionId || !pInfo)
+    if (nActionId < 1 || nActionId != m_nTagActionId || !pInfo)
         return;
+    m_nTagActionId = 0;
     const bool bAllFiles =
         pInfo->failedFiles().isEmpty() && pInfo->skippedFiles().isEmpty() && pInfo->missingFiles().isEmpty();
     if (pInfo->returnCode() == IResponseInfo::Success && bAllFiles)
@@ -61,11 +62,13 @@ bool PluginInnerData::sendNotes(qint64 *pActionId)
 {
     if (!m_pDataSource)
         return false;
-    const QSharedPointer<ICommentAction> pAction = m_pDataSource->commentAction();
-    if (!pAction)
+    // Kept until the next request: the host may hand out a fresh object that works on its own.
+    m_pCommentAction = m_pDataSource->commentAction();
+    if (!m_pCommentAction)
         return false;
     const QList<NoteRecord> notes = m_notes.values();
-    *pActionId = pAction->setCommentsOfFile(m_nCurrentFileId, QVector<NoteRecord>(notes.cbegin(), notes.cend()));
+    *pActionId =
+        m_pCommentAction->setCommentsOfFile(m_nCurrentFileId, QVector<NoteRecord>(notes.cbegin(), notes.cend()));
     return true;
 }
 

@@ -63,13 +63,6 @@ private:
     QTimer *m_pDelay;
 };
 
-int openModeOf(qint64 nTypeId)
-{
-    if (isCommonPictureType(nTypeId))
-        return ImgPreviewWidget::OpenOwnFile;
-    return isPreviewableType(nTypeId) ? ImgPreviewWidget::OpenRendition : ImgPreviewWidget::OpenHostRendition;
-}
-
 } // namespace
 
 MiddleResourcePreviewWidget::MiddleResourcePreviewWidget(QWidget *pParent, int nMode)
@@ -88,6 +81,9 @@ MiddleResourcePreviewWidget::MiddleResourcePreviewWidget(QWidget *pParent, int n
             &MiddleResourcePreviewWidget::slot_returnBtnClicked);
     connect(m_pTitleBar->columnButton(), &QPushButton::clicked, this,
             &MiddleResourcePreviewWidget::slot_fullViewBtnClicked);
+    m_pFitTimer = new QTimer(this);
+    m_pFitTimer->setSingleShot(true);
+    connect(m_pFitTimer, &QTimer::timeout, m_pImgWidget, &ImgPreviewWidget::showLoaded);
     connectPages();
     createShortcuts();
     setCurrentIndex(LoadingPage);
@@ -162,6 +158,7 @@ void MiddleResourcePreviewWidget::createShortcuts()
 
 void MiddleResourcePreviewWidget::stopCurrentPreview()
 {
+    m_pFitTimer->stop();
     // Leaving a sub-mode is not a request to leave the preview.
     m_bStopping = true;
     if (currentIndex() == ImagePage)
@@ -182,22 +179,47 @@ void MiddleResourcePreviewWidget::slot_previewResource()
     const qint64 nTypeId = pInfo ? pInfo->fileType() : 0;
 
     if (isVideoType(nTypeId)) {
-        showInRoom(VideoPage, path);
+        showResource(VideoKind, path);
     } else if (isAudioType(nTypeId)) {
         const bool bVideo = nTypeId == OggType && pInfo->hasVideo(path);
-        showInRoom(bVideo ? VideoPage : AudioPage, path);
+        showResource(bVideo ? VideoKind : AudioKind, path);
+    } else if (isGifType(nTypeId)) {
+        showImage(path, ImgPreviewWidget::OpenOwnFile);
     } else if (isPresentationType(nTypeId)) {
-        showInRoom(PresentationPage, path);
+        showResource(PresentationKind, path);
     } else {
-        showImage(path, nTypeId);
+        showResource(isPsdType(nTypeId) ? LayeredKind : PictureKind, path);
     }
 }
 
-void MiddleResourcePreviewWidget::showImage(const QString &path, qint64 nTypeId)
+void MiddleResourcePreviewWidget::showResource(int nKind, const QString &path)
 {
-    const PluginInnerData *pData = PluginInnerData::instance();
-    const int nOpenMode = openModeOf(nTypeId);
-    const FileInfoPtr pInfo = pData->currentFileInfo();
+    switch (nKind) {
+    case PresentationKind:
+        showInRoom(PresentationPage, path);
+        break;
+    case AudioKind:
+        showInRoom(AudioPage, path);
+        break;
+    case VideoKind:
+        showInRoom(VideoPage, path);
+        break;
+    case LayeredKind:
+        showImage(path, ImgPreviewWidget::OpenRendition);
+        break;
+    default: {
+        // The loader reads every type that is previewable at all; of the others the host knows what it has.
+        const FileInfoPtr pInfo = PluginInnerData::instance()->currentFileInfo();
+        const bool bPreviewable = pInfo && isPreviewableType(pInfo->fileType());
+        showImage(path, bPreviewable ? ImgPreviewWidget::OpenOwnFile : ImgPreviewWidget::OpenHostRendition);
+        break;
+    }
+    }
+}
+
+void MiddleResourcePreviewWidget::showImage(const QString &path, int nOpenMode)
+{
+    const FileInfoPtr pInfo = PluginInnerData::instance()->currentFileInfo();
     const bool bOwnFile = nOpenMode == ImgPreviewWidget::OpenOwnFile || !pInfo;
     slot_switchPreviewWidget(LoadingPage);
     // A page that is not shown has not been given the hub's size yet.
@@ -380,7 +402,7 @@ void MiddleResourcePreviewWidget::slot_imgLoadEnd()
     if (m_nMode == DoubleClickMode)
         Q_EMIT m_pImgWidget->signal_img_preview_update();
     slot_switchPreviewWidget(ImagePage);
-    QTimer::singleShot(FitDelay, m_pImgWidget, [pImgWidget = m_pImgWidget] { pImgWidget->showLoaded(); });
+    m_pFitTimer->start(FitDelay);
     raiseOverlays();
 }
 

@@ -8,6 +8,7 @@ class BasePreviewWidget;
 class HubTitleBar;
 class ImgPreviewWidget;
 class PPtPreviewWidget;
+class QTimer;
 class VideoPreviewWidget;
 
 /**
@@ -21,6 +22,8 @@ class MiddleResourcePreviewWidget : public QStackedWidget {
 
 public:
     enum Mode { DoubleClickMode = 0, SpaceDialogMode = 1 };
+    /** What kind of file a page is asked to show. */
+    enum ResourceKind { PresentationKind = 1, LayeredKind = 2, PictureKind = 3, AudioKind = 4, VideoKind = 5 };
     enum Page { ImagePage = 0, VideoPage = 1, AudioPage = 2, PresentationPage = 3, LoadingPage = 4, ReservedPage = 5 };
 
     MiddleResourcePreviewWidget(QWidget *pParent, int nMode);
@@ -85,8 +88,9 @@ private:
     void createPages();
     void createShortcuts();
     void connectPages();
-    void showImage(const QString &path, qint64 nTypeId);
+    void showImage(const QString &path, int nOpenMode);
     void showInRoom(int nPage, const QString &path);
+    void showResource(int nKind, const QString &path);
     void exitCurrentPreview();
     void leaveByQuit();
     void goNext();
@@ -105,4 +109,5 @@ private:
     bool m_bClosePending = false;
     bool m_bReloadPending = false;
     bool m_bStopping = false;
+    QTimer *m_pFitTimer = nullptr;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "interfaces/data/NoteRecord.h"
+#include "interfaces/data/TagRecord.h"
 
 #include <QMetaType>
 #include <QSharedPointer>
@@ -41,6 +42,9 @@ public:
 
     /** Region notes in the host's order. */
     virtual QVector<NoteRecord> notes() const = 0;
+
+    /** Labels of the file. */
+    virtual TagRecordList tags() const = 0;
 
     /** Whether the file at this path holds a video stream; told apart audio from video in shared containers. */
     virtual bool hasVideo(const QString &path) const = 0;

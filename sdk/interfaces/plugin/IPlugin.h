@@ -35,7 +35,7 @@ public:
     /** Called once after every plug-in was initialized, so that plug-ins may look each other up. */
     virtual bool extensionsInitialized() = 0;
 
-    /** Called once before the host ends; the plug-in stops its background work. */
+    /** Called once before the host ends, so that a plug-in with background work of its own may stop it. */
     virtual bool aboutToShutdown() = 0;
 
 protected:

@@ -47,7 +47,10 @@ public:
     /** Starts a request. A key that is under way already is not started twice. */
     virtual void submitRequest(const ThumbnailRequest &request) = 0;
 
-    /** The file's large picture from memory, for files that need no loader; null when there is none. */
+    /**
+     * The file's large picture from memory, for files that need no loader; null when there is none. At most as large as
+     * a screen, and in the format RGB32 or ARGB32_Premultiplied, because it is shown as it comes.
+     */
     virtual QImage largePicture(const FileInfoPtr &pInfo) const = 0;
 
 Q_SIGNALS:
