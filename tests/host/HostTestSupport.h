@@ -54,10 +54,12 @@ inline Delivered deliver(IImageDecoder &decoder, const QString &path, double fSc
 }
 
 /** Mean difference of the colour channels, 0 to 255; 255 for other sizes. Transparent pixels are laid over white. */
-inline double difference(const QImage &a, const QImage &b)
+inline double difference(const QImage &first, const QImage &second)
 {
-    if (a.size() != b.size() || a.isNull())
+    if (first.size() != second.size() || first.isNull())
         return 255.0;
+    const QImage a = first.convertToFormat(QImage::Format_ARGB32);
+    const QImage b = second.convertToFormat(QImage::Format_ARGB32);
     const auto flat = [](const QImage &image, int x, int y) {
         const QRgb p = image.pixel(x, y);
         const auto over = [&](int c) {

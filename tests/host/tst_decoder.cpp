@@ -76,15 +76,15 @@ void TestDecoder::formats_data()
     };
     row("landscape.jpg", 3, full, 0.0, 2);
     row("progressive.jpg", 3, full, 0.15, 2.5);
-    row("cmyk.jpg", 3, full, 0.45, 40); // Without a profile inks are only roughly the colours they were made of.
+    row("cmyk.jpg", 3, full, 0.45, 20); // Inks cannot print every colour of the scene.
     row("large_24mp.jpg", 3, QSize(6000, 4000), 0.55, 2);
     row("landscape.png", 1, full, 0.6, 0);
     row("interlaced.png", 1, full, 0.7, 0);
     row("palette.png", 1, full, 0.8, 4);
     row("deep_16bit.png", 1, full, 0.9, 1);
     row("transparent.png", 4, QSize(640, 640), -1, kAnyColors);
-    row("anim.gif", 1, QSize(320, 240), -1, kAnyColors);
-    row("anim.webp", 1, QSize(320, 240), -1, kAnyColors);
+    row("anim.gif", 4, QSize(320, 240), -1, kAnyColors);
+    row("anim.webp", 4, QSize(320, 240), -1, kAnyColors);
     row("picture.webp", 4, QSize(640, 640), -1, kAnyColors);
     row("picture.heic", 1, full, 0.33, 4);
     row("picture.avif", 1, full, 0.66, 5);
@@ -94,7 +94,7 @@ void TestDecoder::formats_data()
     row("lzw.tif", 1, full, 0.42, 0);
     row("deep_16bit.tif", 1, full, 0.52, 1);
     row("pages.tif", 1, half, 0.0, 0);
-    row("light.exr", 1, half, 0.05, kAnyColors);
+    row("light.exr", 4, half, 0.05, kAnyColors);
     row("light.hdr", 1, full, 0.95, 3);
     row("picture.ppm", 1, half, 0.72, 0);
     row("picture.bmp", 2, full, 0.28, 0);
@@ -105,7 +105,7 @@ void TestDecoder::formats_data()
     row("icon.ico", 4, QSize(256, 256), -1, kAnyColors);
     row("camera.dng", 3, QSize(1200, 800), 0.5, 3);
     row("drawing.svg", 4, QSize(2048, 1365), -1, kAnyColors);
-    row("page.pdf", 1, QSize(933, 1324), -1, kAnyColors);
+    row("page.pdf", 1, QSize(933, 1322), -1, kAnyColors);
 }
 
 void TestDecoder::formats()
@@ -263,13 +263,16 @@ void TestDecoder::oddNames()
     for (const QFileInfo &info : QDir(sample("nasty")).entryInfoList(QDir::Files | QDir::System)) {
         const QString name = info.fileName();
         const bool bOdd = name.startsWith(QChar(0x5c71)) || name.startsWith(QLatin1String("sunset")) ||
-                          name.startsWith(QLatin1String("two")) || name.startsWith(QLatin1String("caf"));
+                          name.startsWith(QLatin1String("two"));
         if (!bOdd)
             continue;
         ++nSeen;
         QCOMPARE(deliver(m_host.decoder(), info.filePath()).rotation, 90);
     }
-    QCOMPARE(nSeen, 4);
+    QCOMPARE(nSeen, 3);
+    // A name that is no valid text: listed with a replacement character where the odd byte stands.
+    const QString unreadable = sample("nasty/caf") + QChar(QChar::ReplacementCharacter) + QStringLiteral(".jpg");
+    QCOMPARE(deliver(m_host.decoder(), unreadable).rotation, 90);
 }
 
 void TestDecoder::oddSizes_data()
