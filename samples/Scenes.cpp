@@ -50,14 +50,16 @@ void drawSky(QPainter &painter, const QSizeF &size, double fHue)
 
 } // namespace
 
-QImage landscape(const QSize &size, double fHue)
+QImage landscape(const QSize &size, double fPalette)
 {
+    // From morning to dusk: only part of the colour circle looks like a sky.
+    const double fHue = fPalette * 0.3 - 0.12;
     QImage image(size, QImage::Format_RGB32);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     drawSky(painter, size, fHue);
-    QRandomGenerator random(quint32(fHue * 1000) + 7);
+    QRandomGenerator random(quint32(fPalette * 1000) + 7);
     constexpr int kRidges = 5;
     for (int i = 0; i < kRidges; ++i) {
         const double fNear = double(i) / (kRidges - 1);
@@ -138,7 +140,7 @@ QImage ball(const QSize &size, double fPhase)
     QImage image(size, QImage::Format_RGB32);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    drawSky(painter, size, 0.35);
+    drawSky(painter, size, -0.05);
     const double fRadius = size.height() * 0.14;
     const double fHeight = std::abs(std::sin(fPhase * 3.14159265));
     const QPointF centre(size.width() * (0.15 + 0.7 * fPhase),

@@ -6,8 +6,8 @@
 /** The drawn pictures that the samples show. Every one is drawn for its size, so small and large ones are sharp. */
 namespace scenes {
 
-/** Mountains before an evening sky; `fHue` from 0 to 1 shifts the palette so that samples differ at a glance. */
-QImage landscape(const QSize &size, double fHue);
+/** Mountains before an evening sky; `fPalette` from 0 to 1 shifts the palette so that samples differ at a glance. */
+QImage landscape(const QSize &size, double fPalette);
 
 /** A lighthouse at night with its beam: upright is unmistakable. */
 QImage lighthouse(const QSize &size);

@@ -15,14 +15,15 @@ BaseModule::BaseModule(QObject *pParent)
 
 BaseModule::BaseModule(const CacheFolders &folders, QObject *pParent)
     : QObject(pParent)
+    , m_gate(std::make_shared<DecodeGate>())
     , m_renditions(folders)
 {
     // Previews read raw files through their rendition: that is what has to be ready.
     const auto resolve = [this](const QString &path) {
         return isRawSuffix(path.section(QLatin1Char('.'), -1)) ? m_renditions.renditionOf(path) : path;
     };
-    m_ahead = std::make_unique<DecodeAhead>(m_gate, resolve);
-    m_decoder = std::make_unique<ImageDecoder>(m_gate, *m_ahead, m_renditions);
+    m_ahead = std::make_unique<DecodeAhead>(*m_gate, resolve);
+    m_decoder = std::make_unique<ImageDecoder>(*m_gate, *m_ahead, m_renditions);
     m_thumbnails = QSharedPointer<ThumbnailCache>::create(m_gate, folders.thumbnails);
 }
 

@@ -51,7 +51,7 @@ public:
     DecodeAhead &decodeAhead() const { return *m_ahead; }
 
 private:
-    DecodeGate m_gate;
+    const std::shared_ptr<DecodeGate> m_gate;
     RenditionStore m_renditions;
     std::unique_ptr<DecodeAhead> m_ahead;
     std::unique_ptr<ImageDecoder> m_decoder;

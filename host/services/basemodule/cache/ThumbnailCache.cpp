@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace basemodule {
 
@@ -43,14 +44,14 @@ public:
     }
 
     bool accept(qint64) override { return proceed(); }
-    bool proceed() override { return m_owner.m_gate.waitForTurn(m_owner.m_bStop); }
+    bool proceed() override { return m_owner.m_gate->waitForTurn(m_owner.m_bStop); }
 
 private:
     ThumbnailCache &m_owner;
 };
 
-ThumbnailCache::ThumbnailCache(DecodeGate &gate, const QString &thumbnailFolder)
-    : m_gate(gate)
+ThumbnailCache::ThumbnailCache(std::shared_ptr<DecodeGate> gate, const QString &thumbnailFolder)
+    : m_gate(std::move(gate))
     , m_files(thumbnailFolder)
     , m_pictures(kDefaultBudgetKilobytes)
 {
@@ -69,7 +70,7 @@ void ThumbnailCache::shutdown()
         m_queue.clear();
     }
     m_queueChanged.notify_all();
-    m_gate.wakeAll();
+    m_gate->wakeAll();
     for (const auto &worker : m_workers)
         worker->wait();
     m_workers.clear();
@@ -183,7 +184,7 @@ void ThumbnailCache::work()
             job = std::move(m_queue.back());
             m_queue.pop_back();
         }
-        if (!m_gate.waitForTurn(m_bStop))
+        if (!m_gate->waitForTurn(m_bStop))
             return;
         const int nBucket = ThumbnailFiles::bucketFor(std::max(job.pixelSize.width(), job.pixelSize.height()));
         QImage image = m_files.thumbnail(job.path, nBucket, &control);

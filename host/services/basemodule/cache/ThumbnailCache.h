@@ -25,7 +25,7 @@ class ThumbnailCache : public ITSCacheManager {
     Q_OBJECT
 
 public:
-    ThumbnailCache(DecodeGate &gate, const QString &thumbnailFolder);
+    ThumbnailCache(std::shared_ptr<DecodeGate> gate, const QString &thumbnailFolder);
     ~ThumbnailCache() override;
 
     QString cacheKey(const FileInfoPtr &pInfo, const QSize &size) const override;
@@ -59,7 +59,7 @@ private:
     void work();
     void deliver(const Job &job, const QImage &image);
 
-    DecodeGate &m_gate;
+    const std::shared_ptr<DecodeGate> m_gate; ///< Shared: the cache may outlive the module.
     const ThumbnailFiles m_files;
     QCache<QString, Picture> m_pictures;  ///< Cost in kilobytes.
     QHash<QString, QString> m_largestKey; ///< By file state: the key of the largest picture delivered.

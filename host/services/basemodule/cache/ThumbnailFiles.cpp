@@ -80,9 +80,7 @@ QImage ThumbnailFiles::thumbnail(const QString &sourcePath, int nBucket, DecodeC
 bool ThumbnailFiles::isOutdated(const QString &thumbnailPath, const QString &sourcePath) const
 {
     const FileKey key = fileKey(sourcePath);
-    QImageReader reader(thumbnailPath, QByteArrayLiteral("png"));
-    const QString modified = reader.text(QStringLiteral("Thumb::MTime"));
-    return key.isNull() || modified.section(QLatin1Char('.'), 0, 0) != QString::number(key.modified / 1000000000);
+    return key.isNull() || load(thumbnailPath, uriOf(sourcePath), key.modified / 1000000000).isNull();
 }
 
 QImage ThumbnailFiles::load(const QString &thumbnailPath, const QByteArray &uri, qint64 nModifiedSec) const
@@ -90,11 +88,13 @@ QImage ThumbnailFiles::load(const QString &thumbnailPath, const QByteArray &uri,
     if (!QFile::exists(thumbnailPath))
         return {};
     QImageReader reader(thumbnailPath, QByteArrayLiteral("png"));
-    const QString modified = reader.text(QStringLiteral("Thumb::MTime")).section(QLatin1Char('.'), 0, 0);
-    if (modified != QString::number(nModifiedSec) || reader.text(QStringLiteral("Thumb::URI")).toUtf8() != uri)
-        return {};
     const QSize size = reader.size();
-    return qMax(size.width(), size.height()) <= kXxLarge ? reader.read() : QImage();
+    // The reader itself cannot tell texts whose key holds colons; the picture can.
+    const QImage image = qMax(size.width(), size.height()) <= kXxLarge ? reader.read() : QImage();
+    const QString modified = image.text(QStringLiteral("Thumb::MTime")).section(QLatin1Char('.'), 0, 0);
+    const bool bSame =
+        modified == QString::number(nModifiedSec) && image.text(QStringLiteral("Thumb::URI")).toUtf8() == uri;
+    return bSame ? image : QImage();
 }
 
 void ThumbnailFiles::store(const QImage &image, const QString &thumbnailPath, const QByteArray &uri,
@@ -112,10 +112,11 @@ void ThumbnailFiles::store(const QImage &image, const QString &thumbnailPath, co
         return;
     QImageWriter writer(&file, QByteArrayLiteral("png"));
     writer.setQuality(80);
-    writer.setText(QStringLiteral("Thumb::URI"), QString::fromUtf8(uri));
-    writer.setText(QStringLiteral("Thumb::MTime"), QString::number(nModifiedSec));
-    writer.setText(QStringLiteral("Software"), QStringLiteral("bigimgpreview"));
-    if (!writer.write(image) || !file.flush())
+    QImage noted = image;
+    noted.setText(QStringLiteral("Thumb::URI"), QString::fromUtf8(uri));
+    noted.setText(QStringLiteral("Thumb::MTime"), QString::number(nModifiedSec));
+    noted.setText(QStringLiteral("Software"), QStringLiteral("bigimgpreview"));
+    if (!writer.write(noted) || !file.flush())
         return;
     const QByteArray from = QFile::encodeName(file.fileName());
     file.close();

@@ -2,6 +2,7 @@
 
 #include "services/basemodule/decode/ColorProfile.h"
 #include "services/basemodule/decode/JpegSession.h"
+#include "services/basemodule/decode/VipsReader.h"
 
 #include <QBuffer>
 
@@ -43,7 +44,7 @@ QByteArray profileOf(jpeg_decompress_struct &info)
     return icc;
 }
 
-// Without a profile the inks are taken at their face value, as every viewer does.
+// Where no profile helps, the inks are taken at their face value.
 void convertInks(const uchar *pIn, uchar *pOut, int nWidth, bool bInverted)
 {
     const uchar nFlip = bInverted ? 0 : 255;
@@ -86,8 +87,9 @@ Conversion chooseConversion(jpeg_decompress_struct &info)
         info.out_color_space = JCS_CMYK;
         conversion.inks = true;
         conversion.invertedInks = info.saw_Adobe_marker;
-        conversion.profile = ColorProfile::toSrgb(icc, conversion.invertedInks ? ColorProfile::Input::CmykInverted
-                                                                               : ColorProfile::Input::Cmyk);
+        conversion.profile = ColorProfile::toSrgb(icc.isEmpty() ? inkProfile() : icc,
+                                                  conversion.invertedInks ? ColorProfile::Input::CmykInverted
+                                                                          : ColorProfile::Input::Cmyk);
     } else if (info.jpeg_color_space == JCS_GRAYSCALE) {
         conversion.profile = ColorProfile::toSrgb(icc, ColorProfile::Input::Gray);
         if (conversion.profile) {

@@ -146,8 +146,6 @@ DecodeResult readWithMagick(const QByteArray &bytes, PictureFormat format, const
         return result;
     const Image *pHeader = largest(headers.get());
     result.fullSize = QSize(int(pHeader->columns), int(pHeader->rows));
-    const Orientation orientation = Orientation::fromExif(int(pHeader->orientation));
-    result.rotation = orientation.rotation;
     const qint64 nBytes = qint64(result.fullSize.width()) * result.fullSize.height() * 4;
     // The library works on eight bytes a pixel beside the bitmap handed out.
     if (request.headerOnly || !request.accept(nBytes) || !PixelMemory::isAffordable(2 * nBytes))
@@ -159,12 +157,8 @@ DecodeResult readWithMagick(const QByteArray &bytes, PictureFormat format, const
     Image *pImage = largest(images.get());
     result.fullSize = QSize(int(pImage->columns), int(pImage->rows));
     convertColors(pImage);
-    DecodedPicture picture = exported(pImage, format, request, exception.get());
-    if (orientation.mirrored && !picture.isNull()) {
-        for (int y = 0; y < picture.height; ++y)
-            mirrorRow(picture.row(y), picture.width, DecodedPicture::bytesPerPixel(picture.layout));
-    }
-    picture.rotation = result.rotation;
+    // These coders deliver rows in reading order whatever the file says of its own.
+    const DecodedPicture picture = exported(pImage, format, request, exception.get());
     result.picture = scaledPicture(picture, request.targetSize(result.fullSize));
     return result;
 }

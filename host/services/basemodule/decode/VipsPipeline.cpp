@@ -209,8 +209,10 @@ VipsPicture toSrgb(VipsPicture image, PictureFormat format, const std::function<
         return {};
     if (result->BandFmt != VIPS_FORMAT_UCHAR)
         result = asByte(result, 1.0);
-    if (result && result->Bands > 4)
-        result = firstBands(std::move(result), 4);
+    // Pages are drawn on white: their alpha says nothing.
+    const int nMostBands = format == PictureFormat::Pdf ? 3 : 4;
+    if (result && result->Bands > nMostBands)
+        result = firstBands(std::move(result), nMostBands);
     return result && result->Bands >= 3 ? std::move(result) : VipsPicture();
 }
 

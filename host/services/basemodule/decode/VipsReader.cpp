@@ -143,8 +143,27 @@ void startVips()
             return;
         // Nothing of a picture may outlive its decode: neither its pixels nor a handle on its file.
         vips_cache_set_max(0);
+        // A damaged file is no news for the log; what comes of it is told by the result.
+        g_log_set_handler(
+            "VIPS", GLogLevelFlags(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG),
+            [](const gchar *, GLogLevelFlags, const gchar *, gpointer) {}, nullptr);
         vips_concurrency_set(std::min(vips_concurrency_get(), 4));
     });
+}
+
+QByteArray inkProfile()
+{
+    startVips();
+    VipsBlob *pBlob = nullptr;
+    if (vips_profile_load("cmyk", &pBlob, nullptr) != 0 || !pBlob) {
+        vips_error_clear();
+        return {};
+    }
+    size_t nLength = 0;
+    const void *pData = vips_blob_get(pBlob, &nLength);
+    const QByteArray icc(static_cast<const char *>(pData), int(nLength));
+    vips_area_unref(VIPS_AREA(pBlob));
+    return icc;
 }
 
 DecodeResult readWithVips(const QByteArray &nativePath, PictureFormat format, const DecodeRequest &request)

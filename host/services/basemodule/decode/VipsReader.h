@@ -8,6 +8,9 @@ namespace basemodule {
 /** Starts the library once: no operation cache, bounded threads. Any thread. */
 void startVips();
 
+/** The profile for inks that come without one; empty when there is none. */
+QByteArray inkProfile();
+
 /**
  * Decodes everything that libvips reads itself, streaming into one bitmap: colour to sRGB, 16 bit and float to
  * 8 bit, reduction while loading. Opaque pictures come as Rgb24, others as Rgba32.
