@@ -1,0 +1,204 @@
+#include "HostRecords.h"
+#include "TestMain.h"
+#include "app/FileGridModel.h"
+#include "app/FileGridView.h"
+#include "app/ThumbnailSource.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+
+namespace {
+
+/** A thumbnail cache that finishes requests only when it is told to. */
+class SlowCache : public ITSCacheManager {
+public:
+    QString cacheKey(const FileInfoPtr &pInfo, const QSize & /*size*/) const override { return pInfo->fileName(); }
+
+    int lookup(const QString &key, QPixmap *pPixmap) override
+    {
+        if (!finished.contains(key))
+            return NotYetThere;
+        *pPixmap = QPixmap(4, 4);
+        return Found;
+    }
+
+    ThumbnailRequest createRequest(const FileInfoPtr &pInfo, const QSize &size, double fDpi) const override
+    {
+        return {cacheKey(pInfo, size), pInfo, size, fDpi};
+    }
+
+    void submitRequest(const ThumbnailRequest &request) override { requested.append(request.cacheKey); }
+    QImage largePicture(const FileInfoPtr & /*pInfo*/) const override { return {}; }
+
+    QStringList requested;
+    QStringList finished;
+};
+
+} // namespace
+
+/** Order, merging and selection of the grid, and what it asks of the thumbnail cache. */
+class HostGridTest : public LoggedTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ordersFiles();
+    void replacesRecordsInPlace();
+    void keepsSelectionById();
+    void movesByRowsAndColumns();
+    void stepsThroughManyFiles();
+    void requestsThumbnailsOnce();
+
+private:
+    static QStringList names(const FileGridModel &model)
+    {
+        QStringList all;
+        for (int i = 0; i < model.rowCount(); ++i)
+            all.append(model.recordAt(i)->fileName());
+        return all;
+    }
+};
+
+void HostGridTest::ordersFiles()
+{
+    FileGridModel model;
+    model.addRecords({makeRecord(1, QStringLiteral("b10.jpg"), 5), makeRecord(2, QStringLiteral("B9.jpg"), 9)});
+    model.addRecords({makeRecord(3, QStringLiteral("a.jpg"), 7)});
+    QTRY_COMPARE(model.rowCount(), 3);
+    QCOMPARE(names(model), QStringList({QStringLiteral("a.jpg"), QStringLiteral("B9.jpg"), QStringLiteral("b10.jpg")}));
+    QCOMPARE(model.rowOf(1), 2);
+    model.setOrder(FileGridModel::Order::NewestFirst);
+    QCOMPARE(model.fileIds(), QVector<qint64>({2, 3, 1}));
+    QCOMPARE(model.rowOf(1), 2);
+    model.removeFiles({3, 77});
+    QCOMPARE(model.fileIds(), QVector<qint64>({2, 1}));
+    QCOMPARE(model.rowOf(3), -1);
+}
+
+void HostGridTest::replacesRecordsInPlace()
+{
+    FileGridModel model;
+    model.addRecords({makeRecord(1, QStringLiteral("a.jpg")), makeRecord(2, QStringLiteral("b.jpg"))});
+    QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+    const FileRecordPtr pNew = makeRecord(2, QStringLiteral("b.jpg"), 5);
+    const FileRecordPtr pThird = makeRecord(3, QStringLiteral("c.jpg"));
+    // The same new file stands in two batches.
+    model.addRecords({pNew, pThird});
+    model.addRecords({pThird});
+    QTRY_COMPARE(model.rowCount(), 3);
+    QCOMPARE(model.recordAt(1), pNew);
+    QCOMPARE(changed.size(), 1);
+}
+
+void HostGridTest::keepsSelectionById()
+{
+    FileGridModel model;
+    ThumbnailSource thumbnails;
+    FileGridView view(&model, &thumbnails, nullptr);
+    QSignalSpy quick(&view, &FileGridView::signalQuickPreview);
+    view.resize(800, 600);
+    QCOMPARE(view.currentFileId(), 0);
+    model.addRecords({makeRecord(1, QStringLiteral("m.jpg")), makeRecord(2, QStringLiteral("n.jpg"))});
+    QCOMPARE(view.currentFileId(), 1);
+    view.selectFile(2);
+    model.addRecords({makeRecord(3, QStringLiteral("a.jpg")), makeRecord(4, QStringLiteral("z.jpg"))});
+    QTRY_COMPARE(model.rowCount(), 4);
+    QCOMPARE(view.currentFileId(), 2);
+    QCOMPARE(view.selectionModel()->selectedIndexes().size(), 1);
+    view.selectFile(99);
+    QCOMPARE(view.currentFileId(), 2);
+    QTest::keyClick(&view, Qt::Key_Space);
+    QCOMPARE(quick.size(), 1);
+    // A file that goes hands its place to the next one.
+    model.removeFiles({2});
+    QCOMPARE(view.currentFileId(), 4);
+    model.clear();
+    QCOMPARE(view.currentFileId(), 0);
+}
+
+void HostGridTest::movesByRowsAndColumns()
+{
+    FileGridModel model;
+    ThumbnailSource thumbnails;
+    FileGridView view(&model, &thumbnails, nullptr);
+    FileRecordList records;
+    for (int i = 0; i < 20; ++i)
+        records.append(makeRecord(i + 1, QStringLiteral("%1.jpg").arg(i)));
+    model.addRecords(records);
+    view.resize(700, 600);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    view.selectFile(1);
+    QTest::keyClick(&view, Qt::Key_Down);
+    const int nColumns = int(view.currentFileId()) - 1;
+    QVERIFY(nColumns > 1);
+    QCOMPARE(view.visualRect(model.index(nColumns)).left(), view.visualRect(model.index(0)).left());
+    QTest::keyClick(&view, Qt::Key_Left);
+    QCOMPARE(view.currentFileId(), nColumns);
+    QTest::keyClick(&view, Qt::Key_End);
+    QTest::keyClick(&view, Qt::Key_Right);
+    QTest::keyClick(&view, Qt::Key_Down);
+    QCOMPARE(view.currentFileId(), 20);
+    QTest::keyClick(&view, Qt::Key_Home);
+    QTest::keyClick(&view, Qt::Key_Up);
+    QCOMPARE(view.currentFileId(), 1);
+}
+
+void HostGridTest::stepsThroughManyFiles()
+{
+    constexpr int k_nFiles = 100000;
+    FileRecordList records;
+    for (int i = 0; i < k_nFiles; ++i)
+        records.append(makeRecord(i + 1, QString::number(i) + QStringLiteral(".jpg")));
+    FileGridModel model;
+    ThumbnailSource thumbnails;
+    FileGridView view(&model, &thumbnails, nullptr);
+    view.resize(1200, 800);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    model.addRecords(records);
+    QCOMPARE(model.rowCount(), k_nFiles);
+    view.selectFile(k_nFiles / 2);
+    QElapsedTimer time;
+    time.start();
+    constexpr int k_nSteps = 100;
+    for (int i = 0; i < k_nSteps; ++i) {
+        QTest::keyClick(&view, Qt::Key_Right);
+        view.viewport()->repaint();
+    }
+    // Generous, for slow machines under a sanitizer; work for each file would take minutes.
+    constexpr int k_nMostMsecEach = 50;
+    QVERIFY2(time.elapsed() < k_nSteps * k_nMostMsecEach, qPrintable(QString::number(time.elapsed())));
+    QCOMPARE(view.currentFileId(), k_nFiles / 2 + k_nSteps);
+}
+
+void HostGridTest::requestsThumbnailsOnce()
+{
+    const auto pCache = QSharedPointer<SlowCache>::create();
+    ThumbnailSource thumbnails;
+    QSignalSpy changed(&thumbnails, &ThumbnailSource::signalChanged);
+    bool bComing = true;
+    const FileRecordPtr pGood = makeRecord(1, QStringLiteral("good.jpg"));
+    const FileRecordPtr pBad = makeRecord(2, QStringLiteral("bad.jpg"));
+    const auto ask = [&](const FileRecordPtr &pRecord) {
+        return !thumbnails.thumbnail(pRecord, QSize(10, 10), 1.0, &bComing).isNull();
+    };
+    QVERIFY(!ask(pGood) && !bComing);
+    thumbnails.setCache(pCache);
+    for (int i = 0; i < 3; ++i) {
+        QVERIFY(!ask(pGood) && bComing);
+        QVERIFY(!ask(pBad) && bComing);
+    }
+    QCOMPARE(pCache->requested.size(), 2);
+    QVERIFY(thumbnails.isBusy());
+    pCache->finished.append(QStringLiteral("good.jpg"));
+    Q_EMIT pCache->signalLoadPixmapFinished(QStringLiteral("good.jpg"), true);
+    Q_EMIT pCache->signalLoadPixmapFinished(QStringLiteral("bad.jpg"), false);
+    QCOMPARE(changed.size(), 2);
+    QVERIFY(ask(pGood));
+    QVERIFY(!ask(pBad) && !bComing);
+    QVERIFY(!thumbnails.isBusy());
+    QCOMPARE(pCache->requested.size(), 2);
+}
+
+BIGIMGPREVIEW_TEST_MAIN(HostGridTest)
+#include "tst_host_grid.moc"

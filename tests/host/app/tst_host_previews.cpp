@@ -1,0 +1,216 @@
+#include "HostRecords.h"
+#include "TestMain.h"
+#include "app/CommandLine.h"
+#include "app/FileGridModel.h"
+#include "app/MainWindow.h"
+#include "app/PreviewController.h"
+#include "interfaces/data/IPreviewDataSource.h"
+#include "interfaces/plugin/IBigImgPreviewPlugin.h"
+
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+namespace {
+
+class FakeDialog : public IPreviewSpaceDialog {
+public:
+    using IPreviewSpaceDialog::IPreviewSpaceDialog;
+    void showPreview() override { show(); }
+    bool canClosePreview() override { return true; }
+};
+
+/** A preview plug-in that notes what is asked of it. */
+class FakePreviewPlugin : public IBigImgPreviewPlugin {
+public:
+    virtual ~FakePreviewPlugin() = default;
+
+    void setDataSource(const QSharedPointer<IPreviewDataSource> & /*pSource*/) override
+    {
+        calls.append(QStringLiteral("source"));
+    }
+    void clearPreviewData() override
+    {
+        calls.append(pDialog == nullptr ? QStringLiteral("clear") : QStringLiteral("clear under a surface"));
+    }
+    IPreviewDbClickWidget *createPreviewDbClickWidget(QWidget *, QVector<qint64>, int, qint64, qint64) override
+    {
+        return nullptr;
+    }
+    IPreviewSpaceDialog *createPreviewSpaceDialog(QWidget *pParent, QVector<qint64> fileIds, int nIndex, qint64 nFileId,
+                                                  qint64 /*nContext*/) override
+    {
+        calls.append(QStringLiteral("create %1 %2 of %3").arg(nFileId).arg(nIndex).arg(fileIds.size()));
+        pDialog = new FakeDialog(pParent);
+        return pDialog;
+    }
+    void setMainWindowHandle(IMainWindowHandle *pHandle) override
+    {
+        calls.append(pHandle != nullptr ? QStringLiteral("handle") : QStringLiteral("no handle"));
+    }
+
+    QStringList calls;
+    QPointer<FakeDialog> pDialog;
+};
+
+class FakeAnalysis : public IHostAnalysis {
+public:
+    virtual ~FakeAnalysis() = default;
+    RenditionPaths renditionPaths(const QString &, qint64, qint64) override { return {}; }
+    void setFilesAhead(const QStringList &paths) override { ahead = paths; }
+    void setAheadBudget(qint64) override {}
+    void shutdown() override {}
+
+    QStringList ahead;
+};
+
+} // namespace
+
+/** What the host does around a preview surface, and how it reads its command line. */
+class HostPreviewsTest : public LoggedTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void opensOneAtATime();
+    void announcesNeighbours();
+    void endsInOrder();
+    void doesWithoutPlugin();
+    void readsCommandLine_data();
+    void readsCommandLine();
+
+private:
+    void fill(FileGridModel *pModel)
+    {
+        FileRecordList records;
+        for (int i = 1; i <= 6; ++i)
+            records.append(makeRecord(i, QStringLiteral("%1.jpg").arg(i)));
+        pModel->addRecords(records);
+    }
+
+    static QStringList paths(const QVector<int> &ids)
+    {
+        QStringList all;
+        for (const int nId : ids)
+            all.append(QStringLiteral("/pictures/%1.jpg").arg(nId));
+        return all;
+    }
+};
+
+void HostPreviewsTest::opensOneAtATime()
+{
+    FileGridModel model;
+    fill(&model);
+    QWidget window;
+    FakePreviewPlugin plugin;
+    PreviewController previews(&window, &model, nullptr);
+    previews.setPlugin(&plugin, {}, nullptr);
+    plugin.calls.clear();
+    QSignalSpy closed(&previews, &PreviewController::signalClosed);
+
+    QVERIFY(!previews.openQuickPreview(99));
+    QVERIFY(previews.openQuickPreview(3));
+    QVERIFY(!previews.openQuickPreview(4));
+    QCOMPARE(plugin.calls, QStringList{QStringLiteral("create 3 2 of 6")});
+    const QPointer<FakeDialog> pFirst = plugin.pDialog;
+    // A surface that closes twice is still closed once.
+    Q_EMIT pFirst->signalSpacePreviewClosed(5);
+    Q_EMIT pFirst->signalSpacePreviewClosed(5);
+    QCOMPARE(closed.size(), 1);
+    QCOMPARE(closed.first().first().toLongLong(), 5);
+    QVERIFY(pFirst != nullptr);
+    QTRY_VERIFY(pFirst == nullptr);
+    QVERIFY(previews.openQuickPreview(4));
+}
+
+void HostPreviewsTest::announcesNeighbours()
+{
+    FileGridModel model;
+    fill(&model);
+    QWidget window;
+    FakePreviewPlugin plugin;
+    FakeAnalysis analysis;
+    PreviewController previews(&window, &model, nullptr);
+    previews.setPlugin(&plugin, {}, nullptr);
+    previews.setAnalysis(&analysis);
+    QSignalSpy shown(&previews, &PreviewController::signalFileShown);
+
+    QVERIFY(previews.openQuickPreview(3));
+    // Nothing is decoded ahead before the first picture had its time.
+    QVERIFY(analysis.ahead.isEmpty());
+    QTRY_COMPARE(analysis.ahead, paths({4, 5, 2}));
+    Q_EMIT plugin.pDialog->signalPreviewFileIdChanged(2);
+    QCOMPARE(shown.size(), 1);
+    QTRY_COMPARE(analysis.ahead, paths({1, 3}));
+    Q_EMIT plugin.pDialog->signalPreviewFileIdChanged(3);
+    QTRY_COMPARE(analysis.ahead, paths({4, 5, 2}));
+    Q_EMIT plugin.pDialog->signalSpacePreviewClosed(3);
+    QVERIFY(analysis.ahead.isEmpty());
+}
+
+void HostPreviewsTest::endsInOrder()
+{
+    FileGridModel model;
+    fill(&model);
+    MainWindow *pNoWindow = nullptr;
+    MainWindowHandle handle(pNoWindow);
+    handle.moveBy(QPoint(1, 1));
+    QVERIFY(!handle.isMaximized());
+    QWidget window;
+    FakePreviewPlugin plugin;
+    {
+        PreviewController previews(&window, &model, nullptr);
+        previews.setPlugin(&plugin, {}, &handle);
+        QVERIFY(previews.openQuickPreview(1));
+    }
+    QCOMPARE(plugin.calls,
+             QStringList({QStringLiteral("source"), QStringLiteral("handle"), QStringLiteral("create 1 0 of 6"),
+                          QStringLiteral("clear"), QStringLiteral("no handle")}));
+    QVERIFY(plugin.pDialog == nullptr);
+}
+
+void HostPreviewsTest::doesWithoutPlugin()
+{
+    FileGridModel model;
+    fill(&model);
+    QWidget window;
+    PreviewController previews(&window, &model, nullptr);
+    previews.setPlugin(nullptr, {}, nullptr);
+    QVERIFY(!previews.isAvailable());
+    QVERIFY(!previews.openQuickPreview(1));
+}
+
+void HostPreviewsTest::readsCommandLine_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("bError");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<int>("nFolders");
+    const QString folder = QDir::tempPath();
+    const QString file = QCoreApplication::applicationFilePath();
+    QTest::newRow("nothing") << QStringList() << false << QString() << 0;
+    QTest::newRow("folders") << QStringList({folder, QDir::rootPath()}) << false << QString() << 2;
+    QTest::newRow("file") << QStringList({file}) << false << file << 0;
+    QTest::newRow("options") << QStringList({QStringLiteral("--library"), QStringLiteral("x"),
+                                             QStringLiteral("--theme"), QStringLiteral("light"), folder})
+                             << false << QString() << 1;
+    QTest::newRow("missing") << QStringList({QStringLiteral("/no/such/place")}) << true << QString() << 0;
+    QTest::newRow("file and folder") << QStringList({file, folder}) << true << file << 1;
+    QTest::newRow("unknown option") << QStringList({QStringLiteral("--unknown")}) << true << QString() << 0;
+    QTest::newRow("unknown theme") << QStringList({QStringLiteral("--theme"), QStringLiteral("pink")}) << true
+                                   << QString() << 0;
+}
+
+void HostPreviewsTest::readsCommandLine()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(bool, bError);
+    QFETCH(QString, file);
+    QFETCH(int, nFolders);
+    const CommandLine result = parseCommandLine(QStringList(QStringLiteral("host")) + arguments);
+    QCOMPARE(!result.error.isEmpty(), bError);
+    QCOMPARE(result.file, file);
+    QCOMPARE(result.folders.size(), nFolders);
+}
+
+BIGIMGPREVIEW_TEST_MAIN(HostPreviewsTest)
+#include "tst_host_previews.moc"

@@ -1,0 +1,192 @@
+#include "TestMain.h"
+#include "library/FileTypes.h"
+#include "library/FolderScanner.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+/** The scanner on real folders, and the numbers it gives to files. */
+class HostScannerTest : public LoggedTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsFilesOnce();
+    void copesWithOddNames();
+    void reportsUnreadableFolder();
+    void takesManyFiles();
+    void stopsWhenCancelled();
+    void typesFiles_data();
+    void typesFiles();
+    void looksForVideoInOgg();
+
+private:
+    static void write(const QString &path, const QByteArray &content = "x")
+    {
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+
+    ScanReport scan(const QStringList &roots, bool bRecursive = true)
+    {
+        m_rows.clear();
+        m_nBatches = 0;
+        FolderScanner scanner(m_pCancelled, [this](const FolderScanner::Batch &batch) {
+            m_rows += batch;
+            ++m_nBatches;
+            if (m_nCancelAfterBatch == m_nBatches)
+                *m_pCancelled = true;
+        });
+        return scanner.scan(roots, bRecursive);
+    }
+
+    QStringList names() const
+    {
+        QStringList all;
+        for (const FileRow &row : m_rows)
+            all.append(row.name);
+        all.sort();
+        return all;
+    }
+
+    std::shared_ptr<std::atomic_bool> m_pCancelled = std::make_shared<std::atomic_bool>(false);
+    QVector<FileRow> m_rows;
+    int m_nBatches = 0;
+    int m_nCancelAfterBatch = 0;
+};
+
+void HostScannerTest::findsFilesOnce()
+{
+    QTemporaryDir folder;
+    write(folder.filePath(QStringLiteral("a.jpg")));
+    write(folder.filePath(QStringLiteral("sub/b.png")));
+    write(folder.filePath(QStringLiteral("sub/.hidden.png")));
+    write(folder.filePath(QStringLiteral(".hidden/c.png")));
+    QVERIFY(QFile::link(folder.path(), folder.filePath(QStringLiteral("sub/loop"))));
+    QVERIFY(QFile::link(folder.filePath(QStringLiteral("sub")), folder.filePath(QStringLiteral("other"))));
+    QVERIFY(QFile::link(QStringLiteral("nowhere.jpg"), folder.filePath(QStringLiteral("dangling.jpg"))));
+
+    // The folder below is named as well: its files still come once.
+    const ScanReport report = scan({folder.path(), folder.filePath(QStringLiteral("sub"))});
+    QCOMPARE(names(), QStringList({QStringLiteral("a.jpg"), QStringLiteral("b.png")}));
+    QCOMPARE(report.nFiles, 2);
+    QVERIFY(!report.bCancelled);
+    scan({folder.path()}, false);
+    QCOMPARE(names(), QStringList{QStringLiteral("a.jpg")});
+}
+
+void HostScannerTest::copesWithOddNames()
+{
+    QTemporaryDir folder;
+    const QStringList odd = {QStringLiteral("new\nline.png"), QString::fromUtf8("日本 ü.png"), QStringLiteral(" .png"),
+                             QStringLiteral("%s'\"\\.png"), QStringLiteral("a.") + QString(200, QLatin1Char('b'))};
+    for (const QString &name : odd)
+        write(folder.filePath(name));
+    const std::string noText = folder.path().toStdString() + "/bad\xff.png";
+    std::ofstream(noText) << "x";
+
+    const ScanReport report = scan({folder.path()});
+    std::filesystem::remove(noText); // the temporary folder could not
+    QStringList expected = odd;
+    expected.sort();
+    QCOMPARE(names(), expected);
+    QCOMPARE(report.nUnrepresentable, 1);
+    for (const FileRow &row : qAsConst(m_rows))
+        QVERIFY(QFile::exists(QDir(row.folder).filePath(row.name)));
+}
+
+void HostScannerTest::reportsUnreadableFolder()
+{
+    QTemporaryDir folder;
+    write(folder.filePath(QStringLiteral("a.jpg")));
+    const ScanReport report = scan({folder.filePath(QStringLiteral("missing")), folder.path()});
+    QCOMPARE(report.nUnreadableFolders, 1);
+    QCOMPARE(report.nFiles, 1);
+}
+
+void HostScannerTest::takesManyFiles()
+{
+    constexpr int k_nFolders = 20;
+    constexpr int k_nFilesEach = 1000;
+    QTemporaryDir folder;
+    for (int i = 0; i < k_nFolders; ++i) {
+        const std::string path = folder.path().toStdString() + "/" + std::to_string(i);
+        std::filesystem::create_directory(path);
+        for (int k = 0; k < k_nFilesEach; ++k)
+            std::ofstream(path + "/" + std::to_string(k) + ".jpg");
+    }
+    const ScanReport report = scan({folder.path()});
+    QCOMPARE(report.nFiles, k_nFolders * k_nFilesEach);
+    QCOMPARE(m_rows.size(), report.nFiles);
+    QVERIFY(m_nBatches > 1);
+
+    m_nCancelAfterBatch = 1;
+    const ScanReport cancelled = scan({folder.path()});
+    QVERIFY(cancelled.bCancelled);
+    QVERIFY(cancelled.nFiles < report.nFiles);
+    m_nCancelAfterBatch = 0;
+    *m_pCancelled = false;
+}
+
+void HostScannerTest::stopsWhenCancelled()
+{
+    QTemporaryDir folder;
+    write(folder.filePath(QStringLiteral("a.jpg")));
+    *m_pCancelled = true;
+    const ScanReport report = scan({folder.path()});
+    *m_pCancelled = false;
+    QVERIFY(report.bCancelled);
+    QVERIFY(m_rows.isEmpty());
+}
+
+void HostScannerTest::typesFiles_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<qint64>("nType");
+    QTest::addColumn<bool>("bPicture");
+    QTest::newRow("jpg") << "a.jpg" << 20LL << true;
+    QTest::newRow("case") << "A.JPeG" << 21LL << true;
+    QTest::newRow("last suffix counts") << "a.png.gif" << 30LL << true;
+    QTest::newRow("png") << "a.png" << 10LL << true;
+    QTest::newRow("webp") << "a.webp" << 60LL << true;
+    QTest::newRow("svg") << "a.svg" << 100LL << true;
+    QTest::newRow("raw") << "a.NEF" << 390LL << true;
+    QTest::newRow("jp2") << "a.jp2" << 1203LL << true;
+    QTest::newRow("presentation") << "a.pptx" << 193LL << false;
+    QTest::newRow("audio") << "a.flac" << 660LL << false;
+    QTest::newRow("video") << "a.mp4" << 220LL << false;
+    QTest::newRow("avif like heic") << "a.avif" << 170LL << true;
+    QTest::newRow("jxl like heic") << "a.jxl" << 170LL << true;
+    QTest::newRow("unknown") << "a.xyz" << 0LL << false;
+    QTest::newRow("no suffix") << "readme" << 0LL << false;
+    QTest::newRow("only a suffix") << ".jpg" << 0LL << false;
+}
+
+void HostScannerTest::typesFiles()
+{
+    QFETCH(QString, name);
+    QFETCH(qint64, nType);
+    QFETCH(bool, bPicture);
+    const qint64 nFound = FileTypes::typeOfSuffix(FileTypes::suffixOfName(name));
+    QCOMPARE(nFound, nType);
+    QCOMPARE(FileTypes::isPicture(nFound), bPicture);
+}
+
+void HostScannerTest::looksForVideoInOgg()
+{
+    QTemporaryDir folder;
+    write(folder.filePath(QStringLiteral("film.ogg")), QByteArray("OggS") + QByteArray(24, '\0') + "\x80theora");
+    write(folder.filePath(QStringLiteral("song.ogg")), QByteArray("OggS") + QByteArray(24, '\0') + "\x01vorbis");
+    QVERIFY(readFileRow(folder.path(), QStringLiteral("film.ogg")).bHasVideo);
+    QVERIFY(!readFileRow(folder.path(), QStringLiteral("song.ogg")).bHasVideo);
+    QVERIFY(!readFileRow(folder.path(), QStringLiteral("gone.ogg")).bAvailable);
+}
+
+BIGIMGPREVIEW_TEST_MAIN(HostScannerTest)
+#include "tst_host_scanner.moc"
