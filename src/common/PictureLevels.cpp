@@ -77,12 +77,17 @@ QImage PictureLevels::toScreenFormat(QImage image)
         image.format() == QImage::Format_ARGB32_Premultiplied) {
         return image;
     }
+    // Straight and premultiplied pixels are the same where nothing is transparent.
     if (image.format() == QImage::Format_ARGB32 && isOpaque(image)) {
         image.reinterpretAsFormat(QImage::Format_RGB32);
         return image;
     }
-    const QImage::Format target = image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
-    return std::move(image).convertToFormat(target);
+    if (!image.hasAlphaChannel())
+        return std::move(image).convertToFormat(QImage::Format_RGB32);
+    image = std::move(image).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    if (isOpaque(image))
+        image.reinterpretAsFormat(QImage::Format_RGB32);
+    return image;
 }
 
 QVector<QImage> PictureLevels::build(const QImage &image)
