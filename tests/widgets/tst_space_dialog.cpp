@@ -175,7 +175,7 @@ void tst_space_dialog::waysToClose()
         else if (way == QLatin1String("window manager"))
             m_pDialog->close();
         else if (way == QLatin1String("reject"))
-            m_pDialog->reject();
+            static_cast<QDialog *>(m_pDialog.data())->reject();
         else if (way == QLatin1String("double click"))
             QTest::mouseDClick(hub()->currentWidget(), Qt::LeftButton, {}, QPoint(200, 200));
         else
