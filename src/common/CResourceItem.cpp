@@ -63,14 +63,15 @@ void CResourceItem::playAnimation(const QByteArray &fileData)
     pData->setData(fileData);
     pData->open(QIODevice::ReadOnly);
     auto pMovie = std::make_unique<QMovie>(pData.get());
-    if (!pMovie->isValid())
-        return;
     pMovie->setSpeed(AnimationSpeedPercent);
+    pMovie->start();
+    // A file of which only the host's decoder makes something stays the still picture that it is.
+    if (pMovie->currentPixmap().isNull())
+        return;
     // The item is repainted once for each frame: continuously while it plays, not at all while nothing moves.
     QObject::connect(pMovie.get(), &QMovie::updated, pMovie.get(), [this] { update(); });
     m_pAnimationData = std::move(pData);
     m_pAnimation = std::move(pMovie);
-    m_pAnimation->start();
     setDrawMode(DrawAnimation);
 }
 

@@ -94,6 +94,7 @@ void PreviewSpaceDialog::showPreview()
     coverHostWindow();
     m_pHub->slot_previewResource();
     setModal(true);
+    m_bOpen = true;
     show();
     m_pHub->setFocus();
 }
@@ -108,7 +109,7 @@ bool PreviewSpaceDialog::canClosePreview()
 
 void PreviewSpaceDialog::slot_close_hide()
 {
-    if (!m_pHub->confirmNotLoading())
+    if (!m_bOpen || !m_pHub->confirmNotLoading())
         return;
     PluginInnerData *pData = PluginInnerData::instance();
     if (pData->hasPendingPresentations()) {
@@ -121,12 +122,12 @@ void PreviewSpaceDialog::slot_close_hide()
 
 void PreviewSpaceDialog::closeNow()
 {
-    if (m_bClosing)
+    if (!m_bOpen)
         return;
-    m_bClosing = true;
+    m_bOpen = false;
     m_pHub->stopCurrentPreview();
-    close();
-    m_bClosing = false;
+    // Not close(): it does nothing inside the close event that may have led here.
+    IPreviewSpaceDialog::reject();
     Q_EMIT signalSpacePreviewClosed(PluginInnerData::instance()->currentFileId());
 }
 
@@ -211,21 +212,14 @@ void PreviewSpaceDialog::resizeEvent(QResizeEvent *pEvent)
 
 void PreviewSpaceDialog::closeEvent(QCloseEvent *pEvent)
 {
-    if (m_bClosing) {
-        IPreviewSpaceDialog::closeEvent(pEvent);
-        return;
-    }
     // The window manager's way to close goes the same way as the button's.
-    pEvent->ignore();
     slot_close_hide();
+    pEvent->setAccepted(!m_bOpen);
 }
 
 void PreviewSpaceDialog::reject()
 {
-    if (m_bClosing)
-        IPreviewSpaceDialog::reject();
-    else
-        slot_close_hide();
+    slot_close_hide();
 }
 
 bool PreviewSpaceDialog::eventFilter(QObject *pWatched, QEvent *pEvent)

@@ -49,5 +49,5 @@ private:
     QHBoxLayout *m_pLayout;
     QPushButton *m_pCloseBtn;
     MiddleResourcePreviewWidget *m_pHub;
-    bool m_bClosing = false;
+    bool m_bOpen = false; ///< From showPreview until signalSpacePreviewClosed, which comes once for each.
 };
