@@ -17,6 +17,7 @@ constexpr int HaloRadius = 186;
 constexpr double WheelFactorIn = 1.1;
 constexpr double WheelFactorOut = 0.9;
 constexpr double WheelShift = 0.1;
+constexpr int LargestTurnedWidth = 32767;
 
 QPoint centredTopLeft(const QSize &size)
 {
@@ -35,15 +36,14 @@ CResourceItem::CResourceItem(const QPixmap *pPicture, QSize size)
 
 CResourceItem::~CResourceItem() = default;
 
-double CResourceItem::setPicture(const QPixmap &picture, const QVector<QImage> &levels, QSize viewSize,
-                                 const QString &path, int nLoadFactor)
+double CResourceItem::setPicture(const QPixmap &picture, const QVector<QImage> &levels, double fPixelRatio,
+                                 QSize viewSize, const QString &path, int nLoadFactor)
 {
     prepareGeometryChange();
     releaseAnimation();
     m_picture = picture;
-    m_levels.clear();
-    for (const QImage &level : levels)
-        m_levels.append(QPixmap::fromImage(level, Qt::NoOpaqueDetection));
+    m_levels = levels;
+    m_fPixelRatio = fPixelRatio;
     m_filePath = path;
     resetPose();
     update();
@@ -66,7 +66,8 @@ void CResourceItem::playAnimation(const QByteArray &fileData)
     pMovie->setSpeed(AnimationSpeedPercent);
     pMovie->start();
     // A file of which only the host's decoder makes something stays the still picture that it is.
-    if (pMovie->currentPixmap().isNull())
+    // The same goes for one that was replaced since the picture was read.
+    if (pMovie->currentPixmap().isNull() || pMovie->currentPixmap().size() != m_picture.size())
         return;
     // The item is repainted once for each frame: continuously while it plays, not at all while nothing moves.
     QObject::connect(pMovie.get(), &QMovie::updated, pMovie.get(), [this] { update(); });
@@ -83,6 +84,12 @@ void CResourceItem::releaseAnimation()
     m_pAnimationData.reset();
     if (m_nDrawMode == DrawAnimation)
         setDrawMode(DrawStill);
+}
+
+void CResourceItem::setAnimationPaused(bool bPaused)
+{
+    if (m_pAnimation != nullptr)
+        m_pAnimation->setPaused(bPaused);
 }
 
 void CResourceItem::turnBy(double fDegrees)
@@ -118,7 +125,12 @@ void CResourceItem::applyPose()
 
 QSize CResourceItem::pictureSize() const
 {
-    return m_picture.size() / m_picture.devicePixelRatio();
+    return m_picture.size() / m_fPixelRatio;
+}
+
+QPointF CResourceItem::toPicturePixels(const QPointF &itemPoint) const
+{
+    return (itemPoint - boundingRect().topLeft()) * m_fPixelRatio;
 }
 
 QSizeF CResourceItem::shownSize() const
@@ -138,8 +150,9 @@ void CResourceItem::paint(QPainter *pPainter, const QStyleOptionGraphicsItem *pO
     switch (m_nDrawMode) {
     case DrawAnimation:
         if (m_pAnimation != nullptr) {
-            const QPixmap frame = m_pAnimation->currentPixmap();
-            pPainter->drawPixmap(centredTopLeft(frame.size()), frame);
+            QPixmap frame = m_pAnimation->currentPixmap();
+            frame.setDevicePixelRatio(m_fPixelRatio);
+            pPainter->drawPixmap(centredTopLeft(frame.size() / m_fPixelRatio), frame);
         }
         break;
     case DrawPage:
@@ -155,13 +168,27 @@ void CResourceItem::paint(QPainter *pPainter, const QStyleOptionGraphicsItem *pO
     }
 }
 
-int CResourceItem::levelFor(double fDeviceScale) const
+int CResourceItem::levelFor(double fDeviceScale, bool bTurns) const
 {
     // The smallest level that still has a pixel for each of the screen's.
     int nLevel = 0;
     while (nLevel < m_levels.size() && fDeviceScale * (2 << nLevel) <= 1.0)
         ++nLevel;
+    // The rasterizer reads rows of a turned picture with 16-bit arithmetic.
+    const auto isTooWide = [this](int n) {
+        return (m_picture.width() >> n) > LargestTurnedWidth;
+    };
+    while (bTurns && nLevel < m_levels.size() && isTooWide(nLevel))
+        ++nLevel;
     return nLevel;
+}
+
+const QImage &CResourceItem::levelImage(int nLevel, QImage *pWhole) const
+{
+    if (nLevel > 0)
+        return m_levels.at(nLevel - 1);
+    *pWhole = m_picture.toImage();
+    return *pWhole;
 }
 
 void CResourceItem::paintStill(QPainter *pPainter, const QRectF &exposed) const
@@ -169,31 +196,35 @@ void CResourceItem::paintStill(QPainter *pPainter, const QRectF &exposed) const
     const QRectF bounds = boundingRect();
     if (bounds.isEmpty())
         return;
-    const double fRatio = m_picture.devicePixelRatio();
-    const double fDeviceScale = std::sqrt(std::abs(pPainter->deviceTransform().determinant())) / fRatio;
-    const int nLevel = levelFor(fDeviceScale);
-    const QPixmap &pixmap = nLevel == 0 ? m_picture : m_levels.at(nLevel - 1);
+    const QTransform device = pPainter->deviceTransform();
+    const double fDeviceScale = std::sqrt(std::abs(device.determinant())) / m_fPixelRatio;
+    const int nLevel = levelFor(fDeviceScale, device.type() >= QTransform::TxRotate);
+    QImage whole;
+    const QImage &image = levelImage(nLevel, &whole);
     // Pixels of the level for each unit of the item.
-    const double fDensity = fRatio / (1 << nLevel);
+    const double fDensity = m_fPixelRatio / (1 << nLevel);
 
-    // Only the visible pixels are drawn: a picture of 100,000 pixels zoomed to 800 % would overflow the rasterizer.
-    // Whole pixels with a margin, so that filtering at the edges sees the same neighbours as the whole picture would.
+    // Only the visible pixels are drawn, from an image that begins where they do: far from its origin the rasterizer
+    // leaves its fast path, and further out it overflows. Whole pixels with a margin, so that filtering at the edges
+    // sees the same neighbours as the whole picture would.
     const QRectF part = exposed.translated(-bounds.topLeft());
     const QRect source =
         QRectF(part.x() * fDensity, part.y() * fDensity, part.width() * fDensity, part.height() * fDensity)
             .toAlignedRect()
             .adjusted(-2, -2, 2, 2)
-            .intersected(pixmap.rect());
+            .intersected(image.rect());
     if (source.isEmpty())
         return;
+    const QImage visible(image.constScanLine(source.y()) + qsizetype(source.x()) * image.depth() / 8, source.width(),
+                         source.height(), image.bytesPerLine(), image.format());
     const QRectF target(bounds.x() + source.x() / fDensity, bounds.y() + source.y() / fDensity,
                         source.width() / fDensity, source.height() / fDensity);
-    pPainter->drawPixmap(target, pixmap, source);
+    pPainter->drawImage(target, visible, visible.rect());
 }
 
 void CResourceItem::paintCircle(QPainter *pPainter) const
 {
-    if (m_picture.size() != QSize(CircleSide, CircleSide))
+    if (pictureSize() != QSize(CircleSide, CircleSide))
         return;
     QRadialGradient halo(QPointF(0.0, 0.0), HaloRadius);
     halo.setColorAt(0.95, QColor(224, 231, 250, 75));

@@ -24,11 +24,12 @@ public:
     ~CResourceItem() override;
 
     /**
-     * Shows a picture, with the reduced levels that belong to it, and drops turns and flips of an earlier one.
-     * Returns the scale at which it fits into the view, at most 1.0 times the load factor.
+     * Shows a picture, with the reduced levels that belong to it, and drops turns and flips of an earlier one. The
+     * ratio is that of the screen: at scale 1.0 a pixel of the picture is one of the screen's. Returns the scale at
+     * which the picture fits into the view, at most 1.0, times the load factor.
      */
-    double setPicture(const QPixmap &picture, const QVector<QImage> &levels, QSize viewSize, const QString &path,
-                      int nLoadFactor);
+    double setPicture(const QPixmap &picture, const QVector<QImage> &levels, double fPixelRatio, QSize viewSize,
+                      const QString &path, int nLoadFactor);
 
     void setDrawMode(int nDrawMode);
     int drawMode() const { return m_nDrawMode; }
@@ -37,6 +38,8 @@ public:
     void playAnimation(const QByteArray &fileData);
     bool hasAnimation() const { return m_pAnimation != nullptr; }
     void releaseAnimation();
+    /** An animation that nobody sees need not go on. */
+    void setAnimationPaused(bool bPaused);
 
     /** Turns the picture on the screen; clockwise degrees add up. */
     void turnBy(double fDegrees);
@@ -53,6 +56,9 @@ public:
     QSize pictureSize() const;
     QSizeF shownSize() const;
 
+    /** A point of the item in pixels of the picture, from its top left corner. */
+    QPointF toPicturePixels(const QPointF &itemPoint) const;
+
     QString filePath() const { return m_filePath; }
 
     QRectF boundingRect() const override;
@@ -65,10 +71,12 @@ private:
     void applyPose();
     void paintStill(QPainter *pPainter, const QRectF &exposed) const;
     void paintCircle(QPainter *pPainter) const;
-    int levelFor(double fDeviceScale) const;
+    int levelFor(double fDeviceScale, bool bTurns) const;
+    const QImage &levelImage(int nLevel, QImage *pWhole) const;
 
     QPixmap m_picture;
-    QVector<QPixmap> m_levels;
+    QVector<QImage> m_levels;
+    double m_fPixelRatio = 1.0;
     QString m_filePath;
     int m_nDrawMode = DrawStill;
     // The buffer outlives the movie that reads it.

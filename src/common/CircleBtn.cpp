@@ -3,6 +3,9 @@
 #include "common/IconStyle.h"
 #include "theme/TSSkinSetting.h"
 
+#include <QStyleOptionButton>
+#include <QStylePainter>
+
 CircleBtn::CircleBtn(QWidget *pParent, int nWidth, int nHeight)
     : CPushButton(pParent)
 {
@@ -26,8 +29,20 @@ void CircleBtn::setToolTipText(const QString &text)
     setAccessibleName(text);
 }
 
+void CircleBtn::paintEvent(QPaintEvent *pEvent)
+{
+    Q_UNUSED(pEvent)
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    // Switched off for the tenth of a second that an animation takes, the button under the mouse would blink.
+    if (!isEnabled() && underMouse())
+        option.state |= QStyle::State_Enabled | QStyle::State_MouseOver;
+    QStylePainter painter(this);
+    painter.drawControl(QStyle::CE_PushButton, option);
+}
+
 void CircleBtn::applyIcons()
 {
     if (!m_normalIcon.isEmpty())
-        setStyleSheet(IconStyle::previewButton(m_normalIcon, m_selectedIcon));
+        setStyleSheet(IconStyle::previewButton(m_normalIcon, m_selectedIcon, size()));
 }

@@ -15,6 +15,9 @@ public:
     /** Tool tip and accessible name together: every icon button says what it does. */
     void setToolTipText(const QString &text);
 
+protected:
+    void paintEvent(QPaintEvent *pEvent) override;
+
 private:
     void applyIcons();
 

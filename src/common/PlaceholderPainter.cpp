@@ -27,7 +27,7 @@ QImage PlaceholderPainter::paint(const QSize &size, const QColor &background, co
                                  const QString &text, int nBoxWidth, int nFontPixels, double fDevicePixelRatio)
 {
     QImage image(size * fDevicePixelRatio, QImage::Format_ARGB32);
-    image.setDevicePixelRatio(fDevicePixelRatio);
+    image.setDevicePixelRatio(fDevicePixelRatio); // for the painter
     image.fill(background);
     if (image.isNull())
         return image;
@@ -41,6 +41,7 @@ QImage PlaceholderPainter::paint(const QSize &size, const QColor &background, co
     painter.setFont(font);
     painter.setPen(textColor);
     painter.drawText(box, Qt::AlignHCenter | Qt::AlignVCenter, text);
+    painter.end();
     return image;
 }
 

@@ -132,7 +132,7 @@ void ImgPreviewToolBar::setReduced(bool bReduced)
 void ImgPreviewToolBar::setNoteCount(int nCount)
 {
     m_pNoteBadge->setText(QString::number(nCount));
-    m_pNoteBadge->setVisible(nCount > 0);
+    m_pNoteBadge->setVisible(nCount > 0 && !m_buttons.at(CommentButton)->isHidden());
     placeBadge();
 }
 

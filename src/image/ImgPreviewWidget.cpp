@@ -1,5 +1,6 @@
 #include "image/ImgPreviewWidget.h"
 
+#include "common/CNotificationFloatingWidget.h"
 #include "common/CPushButton.h"
 #include "common/CResourceItem.h"
 #include "common/CircleBtn.h"
@@ -109,14 +110,18 @@ void ImgPreviewWidget::clearPreview()
 {
     m_pZoom->setItem(nullptr);
     cancelAnimationTask();
-    m_image = QImage();
-    if (m_imageItem == nullptr)
-        return;
-    m_scene->forgetPress();
-    m_scene->removeItem(m_imageItem);
-    delete m_imageItem;
-    m_imageItem = nullptr;
-    m_scene->update();
+    // What was said of this picture is not to be read as said of the next.
+    const auto notices = findChildren<CNotificationFloatingWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (CNotificationFloatingWidget *pNotice : notices)
+        pNotice->close();
+    if (m_imageItem != nullptr) {
+        m_scene->forgetPress();
+        m_scene->removeItem(m_imageItem);
+        delete m_imageItem;
+        m_imageItem = nullptr;
+        m_scene->update();
+    }
+    disposeOfPictures();
 }
 
 void ImgPreviewWidget::showLoaded()
@@ -211,6 +216,34 @@ void ImgPreviewWidget::resizeEvent(QResizeEvent *pEvent)
     m_view->centerOn(0.0, 0.0);
     if (m_imageItem != nullptr)
         m_imageItem->update();
+}
+
+void ImgPreviewWidget::showEvent(QShowEvent *pEvent)
+{
+    BasePreviewWidget::showEvent(pEvent);
+    if (m_imageItem != nullptr)
+        m_imageItem->setAnimationPaused(false);
+}
+
+void ImgPreviewWidget::hideEvent(QHideEvent *pEvent)
+{
+    if (m_imageItem != nullptr)
+        m_imageItem->setAnimationPaused(true);
+    BasePreviewWidget::hideEvent(pEvent);
+}
+
+QPixmap ImgPreviewWidget::toolBarPicture() const
+{
+    QPixmap picture(m_pToolBar->size() * devicePixelRatioF());
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    picture.fill(Qt::transparent);
+    m_pToolBar->render(&picture, QPoint(), QRegion(), QWidget::DrawChildren);
+    return picture;
+}
+
+QPoint ImgPreviewWidget::toolBarPosition() const
+{
+    return m_pToolBar->pos();
 }
 
 void ImgPreviewWidget::placeTools()

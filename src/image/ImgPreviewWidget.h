@@ -46,6 +46,9 @@ public:
     void quitPreview();
     /** Drops the picture. */
     void clearPreview();
+    /** The bar as it stands, for the page that is shown while the next picture loads, and where it stands. */
+    QPixmap toolBarPicture() const;
+    QPoint toolBarPosition() const;
     /** The hub shows the page again: fits at once and re-places the tools. */
     void showLoaded();
 
@@ -87,6 +90,8 @@ public Q_SLOTS:
 
 protected:
     void resizeEvent(QResizeEvent *pEvent) override;
+    void showEvent(QShowEvent *pEvent) override;
+    void hideEvent(QHideEvent *pEvent) override;
 
 private:
     void connectTools();
@@ -94,6 +99,7 @@ private:
     void loadFromHost(qint64 nFileId);
     void startAnimationTask(qint64 nFileId, const QString &path);
     void cancelAnimationTask();
+    void disposeOfPictures();
     void showPlaceholder();
     void ShowImageUnit(const QImage &image, const QVector<QImage> &levels = {});
     void placeTools();
@@ -103,6 +109,7 @@ private:
     CResourceItem *m_imageItem = nullptr;
     int m_openMode = OpenOwnFile;
     QImage m_image;
+    QVector<QImage> m_levels;
     QHash<qint64, QSharedPointer<QVector<QImage>>> m_levelsOfLoads;
     QSharedPointer<QAtomicInt> m_pAnimationCancel;
     QSize m_viewSize;

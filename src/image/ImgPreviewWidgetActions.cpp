@@ -70,7 +70,7 @@ void ImgPreviewWidget::slot_saveNoteInfo(NoteRegin *pNoteRegion)
     if (pNoteRegion == nullptr || m_imageItem == nullptr)
         return;
     const auto toPicture = [this](const QPoint &viewPoint) {
-        const QPointF point = m_imageItem->mapFromScene(m_view->mapToScene(viewPoint));
+        const QPointF point = m_imageItem->toPicturePixels(m_imageItem->mapFromScene(m_view->mapToScene(viewPoint)));
         return QPoint(int(point.x()), int(point.y()));
     };
     const QPoint start = toPicture(pNoteRegion->ptStart);

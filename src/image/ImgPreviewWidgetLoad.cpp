@@ -18,6 +18,15 @@
 #include <QDebug>
 #include <QThreadPool>
 
+#include <utility>
+
+namespace {
+
+constexpr int DisposePriority = 1;
+constexpr int AnimationPriority = -1;
+
+} // namespace
+
 void ImgPreviewWidget::loadImage(const QString &path, int nFirstFrame, int nFrameCount, double fLoadFactor, int nFlags)
 {
     Q_UNUSED(nFirstFrame)
@@ -92,10 +101,10 @@ void ImgPreviewWidget::loadFromHost(qint64 nFileId)
     }
     const QSharedPointer<ITSCacheManager> pCache = pData->cacheManager();
     const QImage picture = pInfo && pCache ? pCache->largePicture(pInfo) : QImage();
-    if (picture.isNull())
-        showPlaceholder();
-    else
+    if (!picture.isNull())
         ShowImageUnit(picture);
+    else if (!pData->isLoadingFor(nFileId, this))
+        startLoader(nFileId);
 }
 
 void ImgPreviewWidget::slot_imgReadEnd(qint64 fileId, QImage img, QString loadPath, bool bSrcImg)
@@ -134,11 +143,36 @@ void ImgPreviewWidget::ShowImageUnit(const QImage &image, const QVector<QImage> 
         qDebug("ImgPreviewWidget::ShowImageUnit ===> m_pImage is nullptr!");
         return;
     }
+    disposeOfPictures();
     m_image = image;
+    m_levels = levels;
     const QPixmap pixmap = QPixmap::fromImage(m_image, Qt::NoOpaqueDetection);
     m_imageItem->setDrawMode(CResourceItem::DrawStill);
-    m_pZoom->noteScale(m_imageItem->setPicture(pixmap, levels, m_viewSize, m_filePath, m_loadFactor));
+    m_pZoom->noteScale(
+        m_imageItem->setPicture(pixmap, levels, devicePixelRatioF(), m_viewSize, m_filePath, m_loadFactor));
     Q_EMIT signal_load_img_end();
+}
+
+void ImgPreviewWidget::disposeOfPictures()
+{
+    // Giving hundreds of megabytes back takes longer than a frame, so the last reference dies in a worker.
+    class Disposer : public QRunnable {
+    public:
+        explicit Disposer(QVector<QImage> images)
+            : m_images(std::move(images))
+        {
+        }
+        void run() override { m_images.clear(); }
+
+    private:
+        QVector<QImage> m_images;
+    };
+    if (m_image.isNull())
+        return;
+    m_levels.append(std::move(m_image));
+    m_image = QImage();
+    QThreadPool::globalInstance()->start(new Disposer(std::move(m_levels)), DisposePriority);
+    m_levels = {};
 }
 
 void ImgPreviewWidget::cancelAnimationTask()
@@ -162,5 +196,5 @@ void ImgPreviewWidget::startAnimationTask(qint64 nFileId, const QString &path)
                 if (pCancel->loadRelaxed() == 0 && m_imageItem != nullptr)
                     m_imageItem->playAnimation(fileData);
             });
-    QThreadPool::globalInstance()->start(pTask, -1);
+    QThreadPool::globalInstance()->start(pTask, AnimationPriority);
 }

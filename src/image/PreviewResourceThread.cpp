@@ -81,6 +81,10 @@ void PreviewResourceThread::readImage()
     }
     // Pixels leave the worker as the screen wants them, with everything that would cost the GUI thread time.
     m_image = PictureLevels::toScreenFormat(std::move(m_image));
+    if (m_image.isNull()) { // nothing was read, or there was no memory for the conversion
+        loadPath.clear();
+        bSrcImg = false;
+    }
     if (m_pLevels)
         *m_pLevels = PictureLevels::build(m_image);
     Q_EMIT signal_imageReadEnd(m_fileId, m_image, loadPath, bSrcImg);

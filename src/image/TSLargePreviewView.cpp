@@ -30,8 +30,8 @@ TSLargePreviewView::TSLargePreviewView(QWidget *pParent)
 
 void TSLargePreviewView::mousePressEvent(QMouseEvent *pEvent)
 {
-    if (pEvent->button() == Qt::LeftButton && pEvent->pos().y() < WindowDragHeight) {
-        m_bWindowDrag = true;
+    m_bWindowDrag = pEvent->button() == Qt::LeftButton && pEvent->pos().y() < WindowDragHeight;
+    if (m_bWindowDrag) {
         m_lastGlobalPos = pEvent->globalPos();
         return;
     }
@@ -41,7 +41,7 @@ void TSLargePreviewView::mousePressEvent(QMouseEvent *pEvent)
 
 void TSLargePreviewView::mouseMoveEvent(QMouseEvent *pEvent)
 {
-    if (m_bWindowDrag) {
+    if (m_bWindowDrag && (pEvent->buttons() & Qt::LeftButton)) {
         const QPoint delta = pEvent->globalPos() - m_lastGlobalPos;
         m_lastGlobalPos = pEvent->globalPos();
         if (IMainWindowHandle *pHandle = PluginInnerData::instance()->mainWindowHandle())
@@ -64,6 +64,8 @@ void TSLargePreviewView::wheelEvent(QWheelEvent *pEvent)
 {
     m_lastMousePos = pEvent->position().toPoint();
     m_bItemUnderMouse = itemAt(m_lastMousePos) != nullptr;
-    Q_EMIT signal_wheelPos(pEvent->angleDelta().y() >= 1);
+    // Sideways turns, and the end of a gesture, are no zoom.
+    if (pEvent->angleDelta().y() != 0)
+        Q_EMIT signal_wheelPos(pEvent->angleDelta().y() >= 1);
     pEvent->accept();
 }

@@ -17,6 +17,11 @@ constexpr int RightMargin = 16;
 constexpr int WindowTop = 14;
 constexpr int WindowSpacing = 18;
 
+QSize windowButtonSize()
+{
+    return {WindowSide, WindowSide};
+}
+
 } // namespace
 
 HubTitleBar::HubTitleBar(QWidget *pHub)
@@ -82,14 +87,16 @@ void HubTitleBar::refresh()
     const IMainWindowHandle *pHandle = PluginInnerData::instance()->mainWindowHandle();
     const bool bMaximized = pHandle != nullptr && pHandle->isMaximized();
     m_pMinimizeBtn->setStyleSheet(IconStyle::windowButton(QStringLiteral("title_window_minisize_normal.svg"),
-                                                          QStringLiteral("title_window_minisize_hover.svg")));
-    m_pMaximizeBtn->setStyleSheet(bMaximized
-                                      ? IconStyle::windowButton(QStringLiteral("title_window_restore_normal.svg"),
-                                                                QStringLiteral("title_window_restore_hover.svg"))
-                                      : IconStyle::windowButton(QStringLiteral("title_window_maxsize_normal.svg"),
-                                                                QStringLiteral("title_window_maxsize_hover.svg")));
+                                                          QStringLiteral("title_window_minisize_hover.svg"),
+                                                          windowButtonSize()));
+    m_pMaximizeBtn->setStyleSheet(
+        bMaximized ? IconStyle::windowButton(QStringLiteral("title_window_restore_normal.svg"),
+                                             QStringLiteral("title_window_restore_hover.svg"), windowButtonSize())
+                   : IconStyle::windowButton(QStringLiteral("title_window_maxsize_normal.svg"),
+                                             QStringLiteral("title_window_maxsize_hover.svg"), windowButtonSize()));
     m_pCloseBtn->setStyleSheet(IconStyle::windowButton(QStringLiteral("title_window_close_normal.svg"),
-                                                       QStringLiteral("title_window_close_hover.svg")));
+                                                       QStringLiteral("title_window_close_hover.svg"),
+                                                       windowButtonSize()));
     m_pMaximizeBtn->setToolTip(bMaximized ? tr("Restore") : tr("Maximize"));
 }
 

@@ -2,7 +2,6 @@
 
 #include "common/CNotificationFloatingWidget.h"
 #include "common/CircleBtn.h"
-#include "common/TsLargerModeLoadingWidget.h"
 #include "common/WaitNotice.h"
 #include "image/ImgPreviewWidget.h"
 #include "interfaces/services/IShortcutSetting.h"
@@ -11,58 +10,17 @@
 #include "media/VideoPreviewWidget.h"
 #include "plugin/FileTypeTable.h"
 #include "plugin/PluginInnerData.h"
+#include "preview/HubLoadingPage.h"
 #include "preview/HubTitleBar.h"
 #include "tracking/TsEventTrack.h"
 
 #include <QShortcut>
 #include <QTimer>
-#include <QVBoxLayout>
 
 namespace {
 
 constexpr qint64 OggType = 620;
 constexpr int FitDelay = 5;
-constexpr int RingSize = 76;
-constexpr int LogoWidth = 36;
-constexpr int LogoHeight = 43;
-// A picture that is there within this time is shown without the indicator flashing up first.
-constexpr int IndicatorDelay = 250;
-
-/** The page shown while a file loads; its indicator comes only when the load takes a while. */
-class LoadingPageWidget : public QWidget {
-public:
-    explicit LoadingPageWidget(QWidget *pParent)
-        : QWidget(pParent)
-        , m_pIndicator(new TsLargerModeLoadingWidget(RingSize, LogoWidth, LogoHeight, this))
-        , m_pDelay(new QTimer(this))
-    {
-        auto *pLayout = new QVBoxLayout(this);
-        pLayout->setMargin(0);
-        pLayout->addWidget(m_pIndicator);
-        m_pIndicator->hide();
-        m_pDelay->setSingleShot(true);
-        m_pDelay->setInterval(IndicatorDelay);
-        connect(m_pDelay, &QTimer::timeout, m_pIndicator, &QWidget::show);
-    }
-
-protected:
-    void showEvent(QShowEvent *pEvent) override
-    {
-        QWidget::showEvent(pEvent);
-        m_pDelay->start();
-    }
-    void hideEvent(QHideEvent *pEvent) override
-    {
-        m_pDelay->stop();
-        m_pIndicator->hide();
-        QWidget::hideEvent(pEvent);
-    }
-
-private:
-    TsLargerModeLoadingWidget *m_pIndicator;
-    QTimer *m_pDelay;
-};
-
 } // namespace
 
 MiddleResourcePreviewWidget::MiddleResourcePreviewWidget(QWidget *pParent, int nMode)
@@ -97,7 +55,7 @@ void MiddleResourcePreviewWidget::createPages()
     m_pVideoWidget = new VideoPreviewWidget(this);
     m_pAudioWidget = new AudioPreviewWidget(this);
     m_pPptWidget = new PPtPreviewWidget(this);
-    m_pLoadingPage = new LoadingPageWidget(this);
+    m_pLoadingPage = new HubLoadingPage(this);
     insertWidget(ImagePage, m_pImgWidget);
     insertWidget(VideoPage, m_pVideoWidget);
     insertWidget(AudioPage, m_pAudioWidget);
@@ -150,9 +108,18 @@ void MiddleResourcePreviewWidget::createShortcuts()
         {IShortcutSetting::ZoomOut, SLOT(slot_zoomOut_key())},
         {IShortcutSetting::ZoomIn, SLOT(slot_zoomIn_key())},
     };
+    // A key with two meanings has none in Qt: the preview's own keys, and the first user key, keep theirs.
+    QVector<QKeySequence> taken = {Qt::Key_Escape, Qt::Key_Up,  Qt::Key_Down, Qt::Key_Left,
+                                   Qt::Key_Right,  Qt::Key_Tab, Qt::Key_Space};
+    taken.append(
+        QKeySequence::fromString(pData->shortcutText(IShortcutSetting::MoveToRecycleBin), QKeySequence::PortableText));
     for (const UserKey &userKey : userKeys) {
-        add(QKeySequence::fromString(pData->shortcutText(userKey.nShortcutId), QKeySequence::PortableText),
-            userKey.pSlot, true);
+        const QKeySequence key =
+            QKeySequence::fromString(pData->shortcutText(userKey.nShortcutId), QKeySequence::PortableText);
+        if (key.isEmpty() || taken.contains(key))
+            continue;
+        taken.append(key);
+        add(key, userKey.pSlot, true);
     }
 }
 
@@ -221,12 +188,15 @@ void MiddleResourcePreviewWidget::showImage(const QString &path, int nOpenMode)
 {
     const FileInfoPtr pInfo = PluginInnerData::instance()->currentFileInfo();
     const bool bOwnFile = nOpenMode == ImgPreviewWidget::OpenOwnFile || !pInfo;
+    // The bar stays in sight from picture to picture, instead of going out and on again.
+    if (currentIndex() == ImagePage && isVisible())
+        m_pLoadingPage->setBackdrop(m_pImgWidget->toolBarPicture(), m_pImgWidget->toolBarPosition());
     slot_switchPreviewWidget(LoadingPage);
     // A page that is not shown has not been given the hub's size yet.
     m_pImgWidget->resize(size());
     m_pImgWidget->setOpenMode(nOpenMode);
-    m_pImgWidget->setDoubleClickEnabled(true);
     m_pImgWidget->loadImage(bOwnFile ? path : pInfo->largePreviewPath(), 0, 1, 1.0, 0);
+    m_pImgWidget->setDoubleClickEnabled(true);
 }
 
 void MiddleResourcePreviewWidget::showInRoom(int nPage, const QString &path)

@@ -5,6 +5,7 @@
 
 class AudioPreviewWidget;
 class BasePreviewWidget;
+class HubLoadingPage;
 class HubTitleBar;
 class ImgPreviewWidget;
 class PPtPreviewWidget;
@@ -102,7 +103,7 @@ private:
     VideoPreviewWidget *m_pVideoWidget = nullptr;
     AudioPreviewWidget *m_pAudioWidget = nullptr;
     PPtPreviewWidget *m_pPptWidget = nullptr;
-    QWidget *m_pLoadingPage = nullptr;
+    HubLoadingPage *m_pLoadingPage = nullptr;
     HubTitleBar *m_pTitleBar = nullptr;
     QWidget *m_pLeftTrigger = nullptr;
     QWidget *m_pRightTrigger = nullptr;

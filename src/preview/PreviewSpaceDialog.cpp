@@ -13,6 +13,7 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QPointer>
 #include <QScreen>
 #include <QStyleOption>
 
@@ -60,7 +61,7 @@ void PreviewSpaceDialog::buildCloseButton()
             QStringLiteral("QPushButton{border:0px;background:transparent;%1} QPushButton:hover{%2}")
                 .arg(pSkin->GetResourcePath(QStringLiteral("title_window_close_normal.svg")),
                      pSkin->GetResourcePath(QStringLiteral("title_window_close_hover.svg"))) +
-            IconStyle::toolTip());
+            IconStyle::fixedButton(m_pCloseBtn->size()) + IconStyle::toolTip());
     };
     applyIcon();
     connect(TSSkinSetting::GetInstance(), &TSSkinSetting::signalThemeChanged, m_pCloseBtn, applyIcon);
@@ -127,7 +128,10 @@ void PreviewSpaceDialog::closeNow()
     m_bOpen = false;
     m_pHub->stopCurrentPreview();
     // Not close(): it does nothing inside the close event that may have led here.
+    const QPointer<PreviewSpaceDialog> pThis(this);
     IPreviewSpaceDialog::reject();
+    if (!pThis)
+        return;
     Q_EMIT signalSpacePreviewClosed(PluginInnerData::instance()->currentFileId());
 }
 
@@ -181,8 +185,10 @@ void PreviewSpaceDialog::showFileAt(int nIndex)
         return;
     const qint64 nFileId = pInfo->fileId();
     pData->setCurrentFile(nFileId);
+    const QPointer<PreviewSpaceDialog> pThis(this);
     Q_EMIT signalPreviewFileIdChanged(nFileId);
-    m_pHub->slot_previewResource();
+    if (pThis)
+        m_pHub->slot_previewResource();
 }
 
 void PreviewSpaceDialog::onProviderRemoveFiles(QVector<qint64> fileIds)
@@ -234,6 +240,6 @@ void PreviewSpaceDialog::coverHostWindow()
 {
     if (parentWidget() != nullptr)
         setGeometry(parentWidget()->window()->geometry());
-    else if (const QScreen *pScreen = QGuiApplication::primaryScreen())
+    else if (const QScreen *pScreen = QGuiApplication::screenAt(QCursor::pos()))
         setGeometry(pScreen->availableGeometry());
 }

@@ -420,10 +420,10 @@ void tst_shared_state::fileTypes_data()
     row(0, "");
     row(-1, "");
     row(4, "");
-    row(1, "preview common");
-    row(10, "preview common");
-    row(30, "preview common gif");
-    row(100, "preview common");
+    row(1, "preview");
+    row(10, "preview");
+    row(30, "preview gif");
+    row(100, "preview");
     row(120, "preview psd");
     row(121, "preview");
     row(131, "preview");
@@ -457,7 +457,6 @@ void tst_shared_state::fileTypes()
             words.append(QLatin1String(pWord));
     };
     note(isPreviewableType(type), "preview");
-    note(isCommonPictureType(type), "common");
     note(isVideoType(type), "video");
     note(isAudioType(type), "audio");
     note(isGifType(type), "gif");
