@@ -120,6 +120,7 @@ public:
     QString description() const override { return {}; }
     QString largePreviewPath() const override { return m_renditions.largePreview; }
     QString thumbnailPath() const override { return m_renditions.thumbnail; }
+    TagRecordList tags() const override { return {}; }
     QVector<NoteRecord> notes() const override { return {}; }
     bool hasVideo(const QString &) const override { return false; }
     bool needsLoader() const override { return true; }

@@ -19,8 +19,9 @@ struct RenditionPaths {
 class IHostAnalysis {
 public:
     /**
-     * The rendition paths of a file in this state (bytes, milliseconds since 1970). Any thread; touches no disk; a
-     * changed file has other paths than before.
+     * The rendition paths of a file in this state (bytes, milliseconds since 1970). Any thread; touches no disk. A
+     * changed file has another large rendition than before; its thumbnail keeps the name that all programs of the
+     * desktop look for, and an outdated one is refused by the decoder.
      */
     virtual RenditionPaths renditionPaths(const QString &path, qint64 nSize, qint64 nModifiedMsec) = 0;
 
