@@ -23,7 +23,8 @@ public:
     }
 
     /** Runs both, prints one line and returns the median of ours / theirs. */
-    template <class Ours, class Theirs> double measure(Ours ours, Theirs theirs)
+    template <class Ours, class Theirs>
+    double measure(Ours ours, Theirs theirs)
     {
         seconds(ours); // caches, lazy loading
         seconds(theirs);
@@ -48,7 +49,8 @@ public:
 
 private:
     /** Seconds for one call, repeated until the clock can tell; at least one call. */
-    template <class Work> static double seconds(Work &work)
+    template <class Work>
+    static double seconds(Work &work)
     {
         using Clock = std::chrono::steady_clock;
         const auto begin = Clock::now();

@@ -1,4 +1,5 @@
-# Shared by ./run, ./test and ./bench. Sourced, with $root set to the project's folder.
+# shellcheck shell=bash disable=SC2154,SC2119
+# Shared by ./run, ./test and bench/run. Sourced, with $root set to the project's folder.
 
 say() { printf '%s\n' "== $*" >&2; }
 die() { printf '%s\n' "error: $*" >&2; exit 1; }
