@@ -212,7 +212,11 @@ void MainWindow::showPage()
 {
     showCounts();
     if (m_pModel->rowCount() > 0) {
-        m_pPages->setCurrentWidget(m_pGrid);
+        // A hidden grid cannot hold the focus; without it Space would press a button.
+        if (m_pPages->currentWidget() != m_pGrid) {
+            m_pPages->setCurrentWidget(m_pGrid);
+            m_pGrid->setFocus();
+        }
         return;
     }
     if (m_pLibrary->folders().isEmpty())

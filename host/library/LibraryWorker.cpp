@@ -87,21 +87,30 @@ void LibraryWorker::listFolder(int nGeneration, const QString &folder,
                                const std::shared_ptr<std::atomic_bool> &pCancelled)
 {
     beginScan(nGeneration, {folder}, false, false);
-    QVector<FileRow> files;
-    FolderScanner scanner(pCancelled, [&files](const FolderScanner::Batch &batch) { files += batch; });
-    const ScanReport report = scanner.scan({folder}, false);
-    m_store.takeIn(files);
-    const QVector<FileRow> known = m_store.filesUnder({folder}, false);
     QVector<FileRow> present;
-    QSet<QString> names;
-    for (const FileRow &file : qAsConst(files))
-        names.insert(file.name);
-    for (const FileRow &row : known) {
-        if (names.contains(row.name)) {
-            present.append(row);
-            m_unseen.remove(row.id);
+    QVector<FileRow> changed;
+    QHash<QString, FileRow> known;
+    const QVector<FileRow> rows = m_store.filesUnder({folder}, false);
+    for (const FileRow &row : rows)
+        known.insert(row.name, row);
+    // What is known and unchanged costs no query of its own: the user waits for this list.
+    FolderScanner scanner(pCancelled, [&](const FolderScanner::Batch &batch) {
+        for (const FileRow &file : batch) {
+            const FileRow row = known.value(file.name);
+            const bool bUnchanged = row.id != 0 && row.nSize == file.nSize && row.nModifiedMsec == file.nModifiedMsec &&
+                                    row.nType == file.nType;
+            (bUnchanged ? present : changed).append(bUnchanged ? row : file);
         }
+    });
+    const ScanReport report = scanner.scan({folder}, false);
+    if (!changed.isEmpty()) {
+        const StoreResult result = m_store.takeIn(changed);
+        if (result.seen.isEmpty())
+            Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
+        present += result.changed;
     }
+    for (const FileRow &row : qAsConst(present))
+        m_unseen.remove(row.id);
     Q_EMIT signalRecords(nGeneration, makeRecords(present));
     endScan(nGeneration, report);
 }
