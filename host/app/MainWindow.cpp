@@ -230,6 +230,7 @@ void MainWindow::showPage()
                               "files into it and press F5."),
                            true);
     m_pPages->setCurrentWidget(m_pEmpty);
+    m_pEmpty->setFocus();
 }
 
 void MainWindow::reportScan(const ScanReport &report)
