@@ -20,7 +20,7 @@ void LibraryWorker::open(const QString &path)
             Q_EMIT signalProblem(tr("There is no SQLite driver: %1").arg(error));
     }
     m_notes = m_store.allNotes();
-    Q_EMIT signalLabels(m_store.allLabels());
+    m_labels = m_store.allLabels();
 }
 
 void LibraryWorker::close()
@@ -33,8 +33,8 @@ FileRecordList LibraryWorker::makeRecords(const QVector<FileRow> &rows)
     FileRecordList records;
     records.reserve(rows.size());
     for (const FileRow &row : rows)
-        records.append(
-            FileRecordPtr(new FileRecord(row, m_notes.value(row.id), m_collator.sortKey(row.name), m_pRenditions)));
+        records.append(FileRecordPtr(new FileRecord(row, FileAnnotations{m_notes.value(row.id), m_labels.value(row.id)},
+                                                    m_collator.sortKey(row.name), m_pRenditions)));
     return records;
 }
 
@@ -127,7 +127,12 @@ void LibraryWorker::setNotes(qint64 nActionId, qint64 nFileId, const QVector<Not
 void LibraryWorker::addLabels(qint64 nActionId, const QVector<qint64> &fileIds, const TagRecordList &labels)
 {
     const bool bDone = m_store.addLabels(fileIds, labels);
-    if (bDone)
-        Q_EMIT signalLabels(m_store.allLabels());
+    if (bDone) {
+        m_labels = m_store.allLabels();
+        QHash<qint64, TagRecordList> changed;
+        for (const qint64 nFileId : fileIds)
+            changed.insert(nFileId, m_labels.value(nFileId));
+        Q_EMIT signalLabels(changed);
+    }
     Q_EMIT signalLabelsStored(nActionId, LibraryResponse::make(bDone, m_store.lastError(), fileIds));
 }
