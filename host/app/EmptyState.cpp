@@ -39,4 +39,7 @@ void EmptyState::showText(const QString &title, const QString &hint, bool bOffer
     m_pTitle->setText(title);
     m_pHint->setText(hint);
     m_pButton->setVisible(bOfferFolder);
+    // Space and Enter do what is offered, and nothing elsewhere in the window.
+    setFocusPolicy(Qt::StrongFocus);
+    setFocusProxy(bOfferFolder ? m_pButton : nullptr);
 }

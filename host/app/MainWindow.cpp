@@ -212,7 +212,11 @@ void MainWindow::showPage()
 {
     showCounts();
     if (m_pModel->rowCount() > 0) {
-        m_pPages->setCurrentWidget(m_pGrid);
+        // A hidden grid cannot hold the focus; without it Space would press a button.
+        if (m_pPages->currentWidget() != m_pGrid) {
+            m_pPages->setCurrentWidget(m_pGrid);
+            m_pGrid->setFocus();
+        }
         return;
     }
     if (m_pLibrary->folders().isEmpty())
@@ -226,6 +230,7 @@ void MainWindow::showPage()
                               "files into it and press F5."),
                            true);
     m_pPages->setCurrentWidget(m_pEmpty);
+    m_pEmpty->setFocus();
 }
 
 void MainWindow::reportScan(const ScanReport &report)

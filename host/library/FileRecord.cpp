@@ -6,10 +6,10 @@
 
 #include <utility>
 
-FileRecord::FileRecord(FileRow row, QVector<NoteRecord> notes, QCollatorSortKey sortKey,
+FileRecord::FileRecord(FileRow row, FileAnnotations annotations, QCollatorSortKey sortKey,
                        QSharedPointer<const RenditionSource> pRenditions)
     : m_row(std::move(row))
-    , m_notes(std::move(notes))
+    , m_annotations(std::move(annotations))
     , m_sortKey(std::move(sortKey))
     , m_pRenditions(std::move(pRenditions))
 {
@@ -64,9 +64,9 @@ int FileRecord::pictureKind() const
     return FileTypes::isDrawing(m_row.nType) ? k_nBackedPicture : 0;
 }
 
-FileRecordPtr FileRecord::withNotes(const QVector<NoteRecord> &notes) const
+FileRecordPtr FileRecord::withAnnotations(const FileAnnotations &annotations) const
 {
-    return FileRecordPtr(new FileRecord(m_row, notes, m_sortKey, m_pRenditions));
+    return FileRecordPtr(new FileRecord(m_row, annotations, m_sortKey, m_pRenditions));
 }
 
 QCollator fileNameCollator()

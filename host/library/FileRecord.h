@@ -21,6 +21,12 @@ struct FileRow {
 Q_DECLARE_METATYPE(FileRow)
 Q_DECLARE_METATYPE(QVector<FileRow>)
 
+/** What users added to a file. A plain value; crosses threads. */
+struct FileAnnotations {
+    QVector<NoteRecord> notes;
+    TagRecordList labels;
+};
+
 /** Where renditions of files stand; shared by all records so that the base module can be missing or come later. */
 struct RenditionSource {
     IHostAnalysis *pAnalysis = nullptr;
@@ -33,7 +39,7 @@ struct RenditionSource {
  */
 class FileRecord final : public IFileInfo {
 public:
-    FileRecord(FileRow row, QVector<NoteRecord> notes, QCollatorSortKey sortKey,
+    FileRecord(FileRow row, FileAnnotations annotations, QCollatorSortKey sortKey,
                QSharedPointer<const RenditionSource> pRenditions);
 
     qint64 fileId() const override { return m_row.id; }
@@ -44,7 +50,8 @@ public:
     QString description() const override { return {}; }
     QString largePreviewPath() const override;
     QString thumbnailPath() const override;
-    QVector<NoteRecord> notes() const override { return m_notes; }
+    QVector<NoteRecord> notes() const override { return m_annotations.notes; }
+    TagRecordList tags() const override { return m_annotations.labels; }
     bool hasVideo(const QString &path) const override;
     bool needsLoader() const override { return true; }
     bool isPreviewPictureFixed() const override { return false; }
@@ -59,14 +66,14 @@ public:
     /** Orders names the way people count: "9" before "10", without regard to case. */
     const QCollatorSortKey &sortKey() const { return m_sortKey; }
 
-    /** The same file with other notes. */
-    QSharedPointer<const FileRecord> withNotes(const QVector<NoteRecord> &notes) const;
+    /** The same file with other notes or labels. */
+    QSharedPointer<const FileRecord> withAnnotations(const FileAnnotations &annotations) const;
 
 private:
     RenditionPaths renditions() const;
 
     const FileRow m_row;
-    const QVector<NoteRecord> m_notes;
+    const FileAnnotations m_annotations;
     const QCollatorSortKey m_sortKey;
     const QSharedPointer<const RenditionSource> m_pRenditions;
 };

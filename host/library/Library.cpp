@@ -54,8 +54,7 @@ QString Library::defaultPath()
 void Library::connectWorker()
 {
     connect(m_pWorker, &LibraryWorker::signalProblem, this, &Library::signalProblem);
-    connect(m_pWorker, &LibraryWorker::signalLabels, this,
-            [this](const QHash<qint64, TagRecordList> &labels) { m_labels = labels; });
+    connect(m_pWorker, &LibraryWorker::signalLabels, this, &Library::takeLabels);
     connect(m_pWorker, &LibraryWorker::signalRecords, this, &Library::takeRecords);
     connect(m_pWorker, &LibraryWorker::signalScanned, this, [this](int nGeneration, int nFiles) {
         if (nGeneration == m_nGeneration)
@@ -172,9 +171,23 @@ void Library::takeNotes(qint64 nFileId, const QVector<NoteRecord> &notes)
     const FileRecordPtr pRecord = m_records.value(nFileId);
     if (pRecord == nullptr)
         return;
-    const FileRecordPtr pChanged = pRecord->withNotes(notes);
+    const FileRecordPtr pChanged = pRecord->withAnnotations({notes, pRecord->tags()});
     m_records.insert(nFileId, pChanged);
     Q_EMIT signalRecords({pChanged});
+}
+
+void Library::takeLabels(const QHash<qint64, TagRecordList> &labels)
+{
+    FileRecordList changed;
+    for (auto entry = labels.cbegin(); entry != labels.cend(); ++entry) {
+        const FileRecordPtr pRecord = m_records.value(entry.key());
+        if (pRecord == nullptr)
+            continue;
+        changed.append(pRecord->withAnnotations({pRecord->notes(), entry.value()}));
+        m_records.insert(entry.key(), changed.last());
+    }
+    if (!changed.isEmpty())
+        Q_EMIT signalRecords(changed);
 }
 
 qint64 Library::setNotes(qint64 nFileId, const QVector<NoteRecord> &notes)

@@ -46,7 +46,6 @@ public:
     /** The record of a file in view; null for any other id. */
     FileRecordPtr record(qint64 nFileId) const { return m_records.value(nFileId); }
     int count() const { return m_records.size(); }
-    TagRecordList labels(qint64 nFileId) const { return m_labels.value(nFileId); }
 
     /** Stores notes or labels; the id of the request, which comes back with its signal. */
     qint64 setNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
@@ -72,6 +71,7 @@ private:
     void takeRecords(int nGeneration, const FileRecordList &records);
     void takeScanEnd(int nGeneration, const QVector<qint64> &goneIds, const ScanReport &report);
     void takeNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
+    void takeLabels(const QHash<qint64, TagRecordList> &labels);
 
     /** Runs a call on the worker's thread, after everything asked for before. */
     template <typename Call>
@@ -86,7 +86,6 @@ private:
     LibraryWorker *m_pWorker;
     std::shared_ptr<std::atomic_bool> m_pCancelled;
     QHash<qint64, FileRecordPtr> m_records;
-    QHash<qint64, TagRecordList> m_labels;
     QStringList m_folders;
     bool m_bRecursive = true;
     bool m_bScanning = false;

@@ -19,7 +19,7 @@ FileInfoPtr LibraryDataSource::fileInfo(qint64 nFileId, TagRecordList *pTags)
         return {};
     const FileRecordPtr pRecord = m_pLibrary->record(nFileId);
     if (pRecord != nullptr && pTags != nullptr)
-        pTags->append(m_pLibrary->labels(nFileId));
+        pTags->append(pRecord->tags());
     return pRecord;
 }
 

@@ -20,7 +20,7 @@ void LibraryWorker::open(const QString &path)
             Q_EMIT signalProblem(tr("There is no SQLite driver: %1").arg(error));
     }
     m_notes = m_store.allNotes();
-    Q_EMIT signalLabels(m_store.allLabels());
+    m_labels = m_store.allLabels();
 }
 
 void LibraryWorker::close()
@@ -33,8 +33,8 @@ FileRecordList LibraryWorker::makeRecords(const QVector<FileRow> &rows)
     FileRecordList records;
     records.reserve(rows.size());
     for (const FileRow &row : rows)
-        records.append(
-            FileRecordPtr(new FileRecord(row, m_notes.value(row.id), m_collator.sortKey(row.name), m_pRenditions)));
+        records.append(FileRecordPtr(new FileRecord(row, FileAnnotations{m_notes.value(row.id), m_labels.value(row.id)},
+                                                    m_collator.sortKey(row.name), m_pRenditions)));
     return records;
 }
 
@@ -87,21 +87,30 @@ void LibraryWorker::listFolder(int nGeneration, const QString &folder,
                                const std::shared_ptr<std::atomic_bool> &pCancelled)
 {
     beginScan(nGeneration, {folder}, false, false);
-    QVector<FileRow> files;
-    FolderScanner scanner(pCancelled, [&files](const FolderScanner::Batch &batch) { files += batch; });
-    const ScanReport report = scanner.scan({folder}, false);
-    m_store.takeIn(files);
-    const QVector<FileRow> known = m_store.filesUnder({folder}, false);
     QVector<FileRow> present;
-    QSet<QString> names;
-    for (const FileRow &file : qAsConst(files))
-        names.insert(file.name);
-    for (const FileRow &row : known) {
-        if (names.contains(row.name)) {
-            present.append(row);
-            m_unseen.remove(row.id);
+    QVector<FileRow> changed;
+    QHash<QString, FileRow> known;
+    const QVector<FileRow> rows = m_store.filesUnder({folder}, false);
+    for (const FileRow &row : rows)
+        known.insert(row.name, row);
+    // What is known and unchanged costs no query of its own: the user waits for this list.
+    FolderScanner scanner(pCancelled, [&](const FolderScanner::Batch &batch) {
+        for (const FileRow &file : batch) {
+            const FileRow row = known.value(file.name);
+            const bool bUnchanged = row.id != 0 && row.nSize == file.nSize && row.nModifiedMsec == file.nModifiedMsec &&
+                                    row.nType == file.nType;
+            (bUnchanged ? present : changed).append(bUnchanged ? row : file);
         }
+    });
+    const ScanReport report = scanner.scan({folder}, false);
+    if (!changed.isEmpty()) {
+        const StoreResult result = m_store.takeIn(changed);
+        if (result.seen.isEmpty())
+            Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
+        present += result.changed;
     }
+    for (const FileRow &row : qAsConst(present))
+        m_unseen.remove(row.id);
     Q_EMIT signalRecords(nGeneration, makeRecords(present));
     endScan(nGeneration, report);
 }
@@ -118,7 +127,12 @@ void LibraryWorker::setNotes(qint64 nActionId, qint64 nFileId, const QVector<Not
 void LibraryWorker::addLabels(qint64 nActionId, const QVector<qint64> &fileIds, const TagRecordList &labels)
 {
     const bool bDone = m_store.addLabels(fileIds, labels);
-    if (bDone)
-        Q_EMIT signalLabels(m_store.allLabels());
+    if (bDone) {
+        m_labels = m_store.allLabels();
+        QHash<qint64, TagRecordList> changed;
+        for (const qint64 nFileId : fileIds)
+            changed.insert(nFileId, m_labels.value(nFileId));
+        Q_EMIT signalLabels(changed);
+    }
     Q_EMIT signalLabelsStored(nActionId, LibraryResponse::make(bDone, m_store.lastError(), fileIds));
 }

@@ -39,7 +39,7 @@ public:
 Q_SIGNALS:
     void signalProblem(const QString &message);
 
-    /** All labels, at the start and after each change. */
+    /** These files have other labels now. */
     void signalLabels(const QHash<qint64, TagRecordList> &labels);
     void signalRecords(int nGeneration, const FileRecordList &records);
     void signalScanned(int nGeneration, int nFiles);
@@ -55,6 +55,7 @@ private:
     const QSharedPointer<const RenditionSource> m_pRenditions;
     QCollator m_collator;
     QHash<qint64, QVector<NoteRecord>> m_notes;
+    QHash<qint64, TagRecordList> m_labels;
     QSet<qint64> m_unseen;
     int m_nGeneration = 0;
     int m_nScanned = 0;

@@ -207,6 +207,7 @@ void HostLibraryTest::keepsNotesAndLabels()
     const FileInfoPtr pInfo = source.fileInfo(nId, &labels);
     QCOMPARE(labels.size(), 1);
     QCOMPARE(labels.first()->name, QStringLiteral("holiday"));
+    QCOMPARE(pInfo->tags(), labels);
     QCOMPARE(pInfo->notes().size(), 2);
     QCOMPARE(pInfo->notes().first().rect, notes.first().rect);
     QCOMPARE(pInfo->notes().first().value, notes.first().value);
