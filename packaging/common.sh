@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC2154,SC2119
-# Shared by ./run, ./test and bench/run. Sourced, with $root set to the project's folder.
+# Shared by ./run, ./test and ./bench. Sourced, with $root set to the project's folder.
 
 say() { printf '%s\n' "== $*" >&2; }
 die() { printf '%s\n' "error: $*" >&2; exit 1; }

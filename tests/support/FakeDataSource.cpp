@@ -7,7 +7,7 @@ FileInfoPtr FakeDataSource::fileInfo(qint64 nFileId, TagRecordList *pTags)
         return {};
     }
     if (pTags != nullptr) {
-        *pTags += pFile->tags;
+        *pTags += pFile->tagList;
     }
     return pFile;
 }

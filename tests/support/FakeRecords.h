@@ -25,6 +25,7 @@ public:
     QString largePreviewPath() const override { return largePreview; }
     QString thumbnailPath() const override { return thumbnail; }
     QVector<NoteRecord> notes() const override { return noteList; }
+    TagRecordList tags() const override { return tagList; }
     bool hasVideo(const QString &) const override { return videoStream; }
     bool needsLoader() const override { return loaderNeeded; }
     bool isPreviewPictureFixed() const override { return previewFixed; }
@@ -41,7 +42,7 @@ public:
     QString largePreview;
     QString thumbnail;
     QVector<NoteRecord> noteList;
-    TagRecordList tags; ///< Labels, which the data source hands out with the record.
+    TagRecordList tagList; ///< Labels, which the data source hands out with the record.
     bool videoStream = false;
     bool loaderNeeded = true;
     bool previewFixed = false;

@@ -375,13 +375,13 @@ void tst_shared_state::copyTagsAndPath()
 {
     const auto pFile = host().addFile(1, 10, QStringLiteral("/dir/ä b.png"));
     openFiles({1}, 1);
-    pFile->tags = {makeTag(12), makeTag(34)}; // linked after the file was opened
+    pFile->tagList = {makeTag(12), makeTag(34)}; // linked after the file was opened
     QClipboard *pClipboard = QGuiApplication::clipboard();
     data()->copyTags();
     QCOMPARE(pClipboard->text(), QStringLiteral("12,34"));
     data()->copyFilePath();
     QCOMPARE(pClipboard->text(), QStringLiteral("/dir/ä b.png"));
-    pFile->tags.clear();
+    pFile->tagList.clear();
     data()->copyTags();
     QCOMPARE(pClipboard->text(), QString());
     pClipboard->setText(QStringLiteral("kept"));
