@@ -45,7 +45,7 @@ private Q_SLOTS:
     void turnedUpright();
     void oneDecodeAtATime();
     void clearWaitsForTheDecode();
-    void levelsOfUnwantedPicturesAreDropped();
+    void levelsComeWithThePicture();
     void resultOfADeadReceiver();
     void animations_data();
     void animations();
@@ -263,27 +263,27 @@ void tst_loader::clearWaitsForTheDecode()
     QVERIFY(data()->dataSource() == nullptr);
 }
 
-void tst_loader::levelsOfUnwantedPicturesAreDropped()
+void tst_loader::levelsComeWithThePicture()
 {
     FakePicture large;
     large.size = QSize(2100, 1100);
-    QVector<qint64> keys;
-    for (int i = 0; i < 4; ++i) {
-        const QString path = QStringLiteral("/%1.png").arg(i);
-        host().decoder.setPicture(path, large);
-        PreviewResourceThread task(i);
-        QSignalSpy ends(&task, &PreviewResourceThread::signal_imageReadEnd);
-        task.setAutoDelete(false);
-        task.setMode(LoadImageMode);
-        task.setPaths(path, Large, Thumb);
-        task.run();
-        keys.append(ends.value(0).value(1).value<QImage>().cacheKey());
-    }
-    QVERIFY(data()->takePictureLevels(keys.at(0)).isEmpty()); // nobody came for them
-    QCOMPARE(data()->takePictureLevels(keys.at(3)).size(), 2);
-    QVERIFY(data()->takePictureLevels(keys.at(3)).isEmpty());
-    data()->clearPreviewData();
-    QVERIFY(data()->takePictureLevels(keys.at(2)).isEmpty());
+    host().decoder.setPicture(Source, large);
+    const auto pLevels = QSharedPointer<QVector<QImage>>::create();
+    PreviewResourceThread task(1);
+    int nLevels = -1;
+    connect(
+        &task, &PreviewResourceThread::signal_imageReadEnd, this, [&nLevels, pLevels] { nLevels = pLevels->size(); },
+        Qt::DirectConnection);
+    task.setAutoDelete(false);
+    task.setMode(LoadImageMode);
+    task.setPaths(Source, Large, Thumb);
+    task.setLevelsTarget(pLevels);
+    task.run();
+    QCOMPARE(nLevels, 2); // there before the picture is announced
+    QCOMPARE(pLevels->at(1).size(), QSize(525, 275));
+    task.setLevelsTarget({});
+    task.run();
+    QCOMPARE(nLevels, 2);
 }
 
 void tst_loader::resultOfADeadReceiver()
@@ -338,7 +338,8 @@ void tst_loader::animations()
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
     file.close();
-    AnimationFileTask task(3, path);
+    const auto pCancel = QSharedPointer<QAtomicInt>::create(0);
+    AnimationFileTask task(3, path, pCancel);
     task.setAutoDelete(false);
     QSignalSpy read(&task, &AnimationFileTask::signal_animationRead);
     task.run();
@@ -346,9 +347,12 @@ void tst_loader::animations()
     QCOMPARE(read.count(), plays ? 1 : 0);
     if (plays)
         QCOMPARE(read.at(0), (QVariantList{3LL, path, content}));
-    AnimationFileTask missing(3, path + QStringLiteral(".gone"));
+    AnimationFileTask missing(3, path + QStringLiteral(".gone"), pCancel);
     missing.setAutoDelete(false);
     missing.run();
+    pCancel->storeRelaxed(1);
+    task.run(); // nobody waits for it any more
+    QCOMPARE(read.count(), plays ? 1 : 0);
 }
 
 BIGIMGPREVIEW_TEST_MAIN(tst_loader)

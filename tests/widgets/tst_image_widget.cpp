@@ -208,7 +208,7 @@ void tst_image_widget::staleResultIsIgnored()
     QTRY_COMPARE(pGate->waiting(), 1);
     m_pWidget->clearPreview();
     load(2);
-    QVERIFY(data()->isLoading(1) && data()->isLoading(2));
+    QVERIFY(data()->isLoadingFor(1, m_pWidget.get()) && data()->isLoadingFor(2, m_pWidget.get()));
     pGate->open();
     finishWorkers();
     QCOMPARE(item()->pictureSize(), QSize(200, 20));
@@ -261,7 +261,7 @@ void tst_image_widget::destroyedDuringTheDecode()
     m_pWidget = std::make_unique<ImgPreviewWidget>(nullptr);
     QVERIFY(!data()->isLoading());
     load(1); // the new widget's own load
-    QVERIFY(data()->isLoading(1));
+    QVERIFY(data()->isLoadingFor(1, m_pWidget.get()));
     pGate->open();
     finishWorkers();
     QVERIFY(!data()->isLoading());
