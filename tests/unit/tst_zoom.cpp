@@ -274,7 +274,7 @@ void tst_zoom::turnsAndFlips()
     auto *pItem = new CResourceItem(nullptr, QSize());
     scene.addItem(pItem);
     const QPixmap picture = quarters(QSize(40, 20));
-    pItem->setPicture(picture, {}, QSize(100, 100), QString(), 1);
+    pItem->setPicture(picture, {}, 1.0, QSize(100, 100), QString(), 1);
     QFETCH(QString, commands);
     for (const QChar command : commands) {
         for (int i = 0; i < 10 && (command == QLatin1Char('l') || command == QLatin1Char('r')); ++i)
@@ -282,7 +282,7 @@ void tst_zoom::turnsAndFlips()
         if (command == QLatin1Char('f'))
             pItem->flipHorizontally();
         else if (command == QLatin1Char('n'))
-            pItem->setPicture(picture, {}, QSize(100, 100), QString(), 1);
+            pItem->setPicture(picture, {}, 1.0, QSize(100, 100), QString(), 1);
     }
     const QSizeF shown = pItem->shownSize();
     const bool bUpright = commands.count(QLatin1Char('l')) + commands.count(QLatin1Char('r')) == 2 ||
@@ -324,7 +324,7 @@ void tst_zoom::levelIsAsSharpAsThePicture()
     QGraphicsScene scene;
     auto *pItem = new CResourceItem(nullptr, QSize());
     scene.addItem(pItem);
-    pItem->setPicture(QPixmap::fromImage(image), PictureLevels::build(image), QSize(600, 400), QString(), 1);
+    pItem->setPicture(QPixmap::fromImage(image), PictureLevels::build(image), 1.0, QSize(600, 400), QString(), 1);
     pItem->setScale(scale);
     const QImage shown = render(scene, QRectF(0, 0, 600, 10));
     double fWeight = 0.0;
@@ -403,7 +403,7 @@ void tst_zoom::placeholder()
     }
     QVERIFY(QRect(88, 60, 124, 80).contains(text));
     QVERIFY((text.center() - QPoint(150, 100)).manhattanLength() < 12);
-    QCOMPARE(PlaceholderPainter::paintSuffix(QStringLiteral("/a.") + QString(300, QLatin1Char('x'))).size(),
+    QCOMPARE(PlaceholderPainter::paintSuffix(QStringLiteral("/a.") + QString(300, QLatin1Char('x')), 1.0).size(),
              QSize(500, 500));
     QVERIFY(PlaceholderPainter::paint(QSize(), Qt::blue, Qt::white, QString(), 1, 1).isNull());
 }
