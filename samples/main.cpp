@@ -163,6 +163,7 @@ void makeOthers(Writer &writer)
                      "<rect width='240' height='160' fill='#16324f'/><circle cx='170' cy='60' r='28' fill='#ffd27d'/>"
                      "<path d='M0 130 L60 70 L110 120 L150 85 L240 150 V160 H0Z' fill='#2a9d8f'/>"
                      "<path d='M0 150 Q60 110 120 140 T240 135 V160 H0Z' fill='#264653'/></svg>\n"));
+    writer.bytes("damaged.jpg", encoded(scenes::landscape(kScene, 0.2), "jpg").left(400));
     QPdfWriter pdf(writer.path("page.pdf"));
     pdf.setPageSize(QPageSize(QPageSize::A5));
     QPainter painter(&pdf);
@@ -180,7 +181,8 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "usage: make_samples FOLDER\n");
         return 2;
     }
-    const QString folder = QFile::decodeName(argv[1]);
+    // What is worth looking at, apart from what is only there to be survived.
+    const QString folder = QFile::decodeName(argv[1]) + QStringLiteral("/pictures");
     if (!QDir().mkpath(folder) || !encoders::start(argv[0]))
         return 1;
     Writer writer(folder);
@@ -189,6 +191,6 @@ int main(int argc, char **argv)
     makeModern(writer);
     makeTiffs(writer);
     makeOthers(writer);
-    writer.report("nasty", makeNastyFiles(folder, folder + QStringLiteral("/nasty")));
+    writer.report("nasty", makeNastyFiles(folder, QFile::decodeName(argv[1]) + QStringLiteral("/nasty")));
     return writer.isOk() ? 0 : 1;
 }

@@ -87,7 +87,9 @@ void Tour::addFilmSteps()
         return;
     }
     addPreviewSteps(pPicture);
-    const FileRecordPtr pBroken = findRecord([](const FileRecord &record) { return isDamaged(record); });
+    // Not an animation: a damaged one that still plays never stands still.
+    const FileRecordPtr pBroken =
+        findRecord([](const FileRecord &record) { return isDamaged(record) && record.fileType() != FileTypes::Gif; });
     addFileStep(QStringLiteral("damaged file"), pBroken, [this] { return isStill(); });
     const FileRecordPtr pAnimation =
         findRecord([](const FileRecord &record) { return record.fileType() == FileTypes::Gif && !isDamaged(record); });
