@@ -209,10 +209,9 @@ void tst_zoom::levelsAverageEveryPixel()
     QCOMPARE(half.size(), QSize(516, 2));
     using Part = int (*)(QRgb);
     const auto mean = [&image](int x, int y, Part pPart) {
-        // The last column of an odd width stands for itself.
-        const int right = qMin(2 * x + 1, image.width() - 1);
-        return (pPart(image.pixel(2 * x, 2 * y)) + pPart(image.pixel(right, 2 * y)) +
-                pPart(image.pixel(2 * x, 2 * y + 1)) + pPart(image.pixel(right, 2 * y + 1))) /
+        const int nRight = qMin(2 * x + 1, image.width() - 1); // an odd last column stands for two
+        return (pPart(image.pixel(2 * x, 2 * y)) + pPart(image.pixel(nRight, 2 * y)) +
+                pPart(image.pixel(2 * x, 2 * y + 1)) + pPart(image.pixel(nRight, 2 * y + 1))) /
                4;
     };
     for (int y = 0; y < half.height(); ++y) {
@@ -405,8 +404,9 @@ void tst_zoom::placeholder()
     }
     QVERIFY(QRect(88, 60, 124, 80).contains(text));
     QVERIFY((text.center() - QPoint(150, 100)).manhattanLength() < 12);
-    QCOMPARE(PlaceholderPainter::paintSuffix(QStringLiteral("/a.") + QString(300, QLatin1Char('x')), 1.0).size(),
-             QSize(500, 500));
+    const QString longName = QStringLiteral("/a.") + QString(300, QLatin1Char('x'));
+    for (const double fRatio : {1.0, 2.0})
+        QCOMPARE(PlaceholderPainter::paintSuffix(longName, fRatio).size(), QSize(500, 500) * fRatio);
     QVERIFY(PlaceholderPainter::paint(QSize(), Qt::blue, Qt::white, QString(), 1, 1).isNull());
 }
 
