@@ -97,6 +97,7 @@ private:
     void connectTools();
     void startLoader(qint64 nFileId);
     void loadFromHost(qint64 nFileId);
+    QImage pictureOfHost() const;
     void startAnimationTask(qint64 nFileId, const QString &path);
     void cancelAnimationTask();
     void disposeOfPictures();

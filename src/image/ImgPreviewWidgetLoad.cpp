@@ -99,12 +99,19 @@ void ImgPreviewWidget::loadFromHost(qint64 nFileId)
             startLoader(nFileId);
         return;
     }
-    const QSharedPointer<ITSCacheManager> pCache = pData->cacheManager();
-    const QImage picture = pInfo && pCache ? pCache->largePicture(pInfo) : QImage();
+    const QImage picture = pictureOfHost();
     if (!picture.isNull())
         ShowImageUnit(picture);
     else if (!pData->isLoadingFor(nFileId, this))
         startLoader(nFileId);
+}
+
+QImage ImgPreviewWidget::pictureOfHost() const
+{
+    PluginInnerData *pData = PluginInnerData::instance();
+    const FileInfoPtr pInfo = pData->currentFileInfo();
+    const QSharedPointer<ITSCacheManager> pCache = pData->cacheManager();
+    return pInfo && pCache ? pCache->largePicture(pInfo) : QImage();
 }
 
 void ImgPreviewWidget::slot_imgReadEnd(qint64 fileId, QImage img, QString loadPath, bool bSrcImg)
@@ -116,7 +123,12 @@ void ImgPreviewWidget::slot_imgReadEnd(qint64 fileId, QImage img, QString loadPa
         return;
     m_filePath = loadPath.isEmpty() ? pData->currentFilePath() : loadPath;
     if (img.isNull()) {
-        showPlaceholder();
+        // The rendition that the record tells of may be gone while the host still holds its picture.
+        const QImage picture = m_openMode == OpenHostRendition ? pictureOfHost() : QImage();
+        if (picture.isNull())
+            showPlaceholder();
+        else
+            ShowImageUnit(picture);
         return;
     }
     if (!bSrcImg)

@@ -154,6 +154,7 @@ void tst_image_widget::loads_data()
     row("host, loader", 3, "slt", true, source, 0);
     row("host, loader, large", 3, "lt", true, large, 1);
     row("host, loader but no large preview", 3, "stc", true, source, 0);
+    row("host, loader but only the cache", 3, "c", true, cached, 0);
     row("host, cache", 3, "sltc", false, cached, 0);
     row("host, empty cache", 3, "slt", false, source, 0);
     row("host, nothing", 3, "", false, PlaceholderSize, 0);
