@@ -24,6 +24,11 @@ QPoint centredTopLeft(const QSize &size)
     return {-(size.width() / 2), -(size.height() / 2)};
 }
 
+bool isTurnedByRightAngle(const QTransform &transform)
+{
+    return qFuzzyIsNull(transform.m11()) && qFuzzyIsNull(transform.m22()) && !qFuzzyIsNull(transform.m12());
+}
+
 } // namespace
 
 CResourceItem::CResourceItem(const QPixmap *pPicture, QSize size)
@@ -193,12 +198,19 @@ const QImage &CResourceItem::levelImage(int nLevel, QImage *pWhole) const
 
 void CResourceItem::paintStill(QPainter *pPainter, const QRectF &exposed) const
 {
+    if (isTurnedByRightAngle(pPainter->worldTransform()))
+        paintTurned(pPainter, exposed);
+    else
+        paintLevel(pPainter, exposed, pPainter->deviceTransform());
+}
+
+void CResourceItem::paintLevel(QPainter *pPainter, const QRectF &exposed, const QTransform &transform) const
+{
     const QRectF bounds = boundingRect();
     if (bounds.isEmpty())
         return;
-    const QTransform device = pPainter->deviceTransform();
-    const double fDeviceScale = std::sqrt(std::abs(device.determinant())) / m_fPixelRatio;
-    const int nLevel = levelFor(fDeviceScale, device.type() >= QTransform::TxRotate);
+    const double fDeviceScale = std::sqrt(std::abs(transform.determinant())) / m_fPixelRatio;
+    const int nLevel = levelFor(fDeviceScale, transform.type() >= QTransform::TxRotate);
     QImage whole;
     const QImage &image = levelImage(nLevel, &whole);
     // Pixels of the level for each unit of the item.
@@ -220,6 +232,44 @@ void CResourceItem::paintStill(QPainter *pPainter, const QRectF &exposed) const
     const QRectF target(bounds.x() + source.x() / fDensity, bounds.y() + source.y() / fDensity,
                         source.width() / fDensity, source.height() / fDensity);
     pPainter->drawImage(target, visible, visible.rect());
+}
+
+void CResourceItem::paintTurned(QPainter *pPainter, const QRectF &exposed) const
+{
+    // The rasterizer walks a picture that lies on its side pixel by pixel. Scaling it upright, which is quick, and then
+    // turning no more than the screen's pixels costs a fraction of that.
+    const double fRatio = pPainter->device()->devicePixelRatioF();
+    const QTransform toScreen = pPainter->worldTransform() * QTransform::fromScale(fRatio, fRatio);
+    const QRect screen = toScreen.mapRect(exposed.intersected(boundingRect())).toAlignedRect();
+    if (screen.isEmpty())
+        return;
+    const bool bClockwise = toScreen.m12() > 0.0;
+    const bool bMirrored = toScreen.determinant() < 0.0;
+    // From the screen's rectangle back to one that lies upright at the origin.
+    QTransform upright = QTransform::fromTranslate(-screen.x(), -screen.y());
+    if (bMirrored)
+        upright *= QTransform(-1.0, 0.0, 0.0, 1.0, screen.width(), 0.0);
+    upright *= bClockwise ? QTransform(0.0, -1.0, 1.0, 0.0, 0.0, screen.width())
+                          : QTransform(0.0, 1.0, -1.0, 0.0, screen.height(), 0.0);
+
+    QImage buffer(screen.height(), screen.width(), QImage::Format_ARGB32_Premultiplied);
+    if (buffer.isNull())
+        return;
+    buffer.fill(Qt::transparent);
+    {
+        QPainter painter(&buffer);
+        painter.setRenderHints(pPainter->renderHints());
+        painter.setTransform(toScreen * upright);
+        paintLevel(&painter, exposed, painter.worldTransform());
+    }
+    buffer = buffer.transformed(QTransform().rotate(bClockwise ? 90.0 : -90.0));
+    if (bMirrored)
+        buffer = std::move(buffer).mirrored(true, false);
+    buffer.setDevicePixelRatio(fRatio);
+    pPainter->save();
+    pPainter->resetTransform();
+    pPainter->drawImage(QPointF(screen.topLeft()) / fRatio, buffer);
+    pPainter->restore();
 }
 
 void CResourceItem::paintCircle(QPainter *pPainter) const

@@ -70,6 +70,8 @@ protected:
 private:
     void applyPose();
     void paintStill(QPainter *pPainter, const QRectF &exposed) const;
+    void paintLevel(QPainter *pPainter, const QRectF &exposed, const QTransform &transform) const;
+    void paintTurned(QPainter *pPainter, const QRectF &exposed) const;
     void paintCircle(QPainter *pPainter) const;
     int levelFor(double fDeviceScale, bool bTurns) const;
     const QImage &levelImage(int nLevel, QImage *pWhole) const;

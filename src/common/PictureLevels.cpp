@@ -1,5 +1,7 @@
 #include "common/PictureLevels.h"
 
+#include "common/PictureMemory.h"
+
 #include <utility>
 
 #if defined(__SSE2__) || defined(_M_X64)
@@ -46,7 +48,7 @@ void halveRow(const quint32 *pUpper, const quint32 *pLower, quint32 *pTarget, in
 /** Odd sides are rounded up, so that each pixel stands for exactly two by two of the larger picture. */
 QImage halved(const QImage &image)
 {
-    QImage half((image.width() + 1) / 2, (image.height() + 1) / 2, image.format());
+    QImage half = PictureMemory::create((image.width() + 1) / 2, (image.height() + 1) / 2, image.format());
     if (half.isNull())
         return half;
     for (int y = 0; y < half.height(); ++y) {
@@ -60,11 +62,7 @@ QImage halved(const QImage &image)
 bool isOpaque(const QImage &image)
 {
     for (int y = 0; y < image.height(); ++y) {
-        const auto *pRow = reinterpret_cast<const quint32 *>(image.constScanLine(y));
-        quint32 nAll = 0xFF000000U;
-        for (int x = 0; x < image.width(); ++x)
-            nAll &= pRow[x];
-        if (nAll != 0xFF000000U)
+        if (!PictureLevels::isOpaqueRow(reinterpret_cast<const quint32 *>(image.constScanLine(y)), image.width()))
             return false;
     }
     return true;
@@ -72,18 +70,27 @@ bool isOpaque(const QImage &image)
 
 } // namespace
 
-QImage PictureLevels::toScreenFormat(QImage image)
+bool PictureLevels::isOpaqueRow(const quint32 *pRow, int nWidth)
+{
+    // Without a branch for each pixel, so that the compiler takes many at a time.
+    quint32 nAll = 0xFF000000U;
+    for (int x = 0; x < nWidth; ++x)
+        nAll &= pRow[x];
+    return nAll == 0xFF000000U;
+}
+
+QImage PictureLevels::toScreenFormat(QImage image, bool bOpaque)
 {
     if (image.isNull() || image.format() == QImage::Format_RGB32 ||
         image.format() == QImage::Format_ARGB32_Premultiplied) {
         return image;
     }
     // Alpha is the top byte of a pixel in both; an alpha channel that nobody uses would be blended on every paint.
-    if (image.format() == QImage::Format_ARGB32 && isOpaque(image)) {
+    if (image.format() == QImage::Format_ARGB32 && (bOpaque || isOpaque(image))) {
         image.reinterpretAsFormat(QImage::Format_RGB32);
         return image;
     }
-    if (image.format() == QImage::Format_RGBA8888 && isOpaque(image))
+    if (image.format() == QImage::Format_RGBA8888 && (bOpaque || isOpaque(image)))
         image.reinterpretAsFormat(QImage::Format_RGBX8888);
     const QImage::Format target = image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
     return std::move(image).convertToFormat(target);

@@ -10,8 +10,14 @@
  */
 namespace PictureLevels {
 
-/** Brings a decoded picture into the pixel format that the screen paints without conversion; opaque stays opaque. */
-QImage toScreenFormat(QImage image);
+/**
+ * Brings a decoded picture into the pixel format that the screen paints without conversion. A picture that is known to
+ * be opaque need not be searched for transparent pixels.
+ */
+QImage toScreenFormat(QImage image, bool bOpaque = false);
+
+/** Whether every pixel of a row has its top byte, the alpha, at 255. */
+bool isOpaqueRow(const quint32 *pRow, int nWidth);
 
 /** Builds the levels of a picture in screen format, down to about a screen's thumbnail; none for small pictures. */
 QVector<QImage> build(const QImage &image);

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <cstddef>
+
 /** The few things that every desktop does its own way. One source file a platform implements them. */
 namespace Platform {
 
@@ -19,5 +21,12 @@ void revealInFileManager(const QString &absolutePath);
  * stands for the system's temporary one. Empty when the folder cannot be used.
  */
 QString uniqueTemporaryName(const QString &folder);
+
+/**
+ * Memory for a large picture, in pages as large as the system offers, because taking a hundred megabytes in small ones
+ * costs as much time as decoding them. Null when there is none; given back by freeLargeMemory with the same size.
+ */
+void *allocateLargeMemory(size_t nBytes);
+void freeLargeMemory(void *pMemory, size_t nBytes);
 
 } // namespace Platform

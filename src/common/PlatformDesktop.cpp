@@ -9,6 +9,7 @@
 #include <QUrl>
 
 #include <limits>
+#include <sys/mman.h>
 
 namespace {
 
@@ -69,4 +70,21 @@ QString Platform::uniqueTemporaryName(const QString &folder)
     const QString base = folder.isEmpty() ? QDir::tempPath() : QDir::fromNativeSeparators(folder);
     QTemporaryFile file(base + QStringLiteral("/preview-XXXXXX"));
     return file.open() ? file.fileName() : QString();
+}
+
+void *Platform::allocateLargeMemory(size_t nBytes)
+{
+    void *pMemory = mmap(nullptr, nBytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (pMemory == MAP_FAILED)
+        return nullptr;
+#if defined(MADV_HUGEPAGE)
+    madvise(pMemory, nBytes, MADV_HUGEPAGE);
+#endif
+    return pMemory;
+}
+
+void Platform::freeLargeMemory(void *pMemory, size_t nBytes)
+{
+    if (pMemory != nullptr)
+        munmap(pMemory, nBytes);
 }

@@ -54,3 +54,15 @@ QString Platform::uniqueTemporaryName(const QString &folder)
     DeleteFileW(name.data());
     return QString::fromWCharArray(name.data());
 }
+
+void *Platform::allocateLargeMemory(size_t nBytes)
+{
+    return VirtualAlloc(nullptr, nBytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+}
+
+void Platform::freeLargeMemory(void *pMemory, size_t nBytes)
+{
+    Q_UNUSED(nBytes)
+    if (pMemory != nullptr)
+        VirtualFree(pMemory, 0, MEM_RELEASE);
+}

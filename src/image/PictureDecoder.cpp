@@ -1,5 +1,7 @@
 #include "image/PictureDecoder.h"
 
+#include "common/PictureLevels.h"
+#include "common/PictureMemory.h"
 #include "interfaces/services/IImageDecoder.h"
 #include "plugin/PluginInnerData.h"
 
@@ -61,7 +63,7 @@ PixelFormat formatOf(int nPixelLayout)
     }
 }
 
-QImage copyPixels(const IDecodedBitmap &bitmap)
+PictureDecoder::Picture copyPixels(const IDecodedBitmap &bitmap)
 {
     const PixelFormat pixel = formatOf(bitmap.pixelLayout());
     const int nRowLength = bitmap.rowLength();
@@ -69,23 +71,27 @@ QImage copyPixels(const IDecodedBitmap &bitmap)
     if (pixel.nBytes == 0 || bitmap.pixels() == nullptr || nRowLength < pixel.nBytes || nHeight < 1)
         return {};
 
-    QImage image(nRowLength / pixel.nBytes, nHeight, pixel.format);
+    PictureDecoder::Picture picture;
+    QImage &image = picture.image;
+    image = PictureMemory::create(nRowLength / pixel.nBytes, nHeight, pixel.format);
     if (image.isNull()) // out of memory
-        return image;
-    if (pixel.nBytes == 4 && image.bytesPerLine() == nRowLength) {
-        std::memcpy(image.bits(), bitmap.pixels(), size_t(nRowLength) * size_t(nHeight));
-        return image;
-    }
-    // Rows of a QImage are padded to whole words, and a row length may carry spare bytes.
+        return picture;
+    // Row by row: rows of a QImage are padded to whole words, a row length may carry spare bytes, and the alpha of a
+    // row that was just copied is looked at for nothing.
+    uchar *pTarget = image.bits();
     const size_t nBytes = size_t(qMin(nRowLength, image.bytesPerLine()));
-    for (int y = 0; y < nHeight; ++y)
-        std::memcpy(image.scanLine(y), bitmap.pixels() + qsizetype(nRowLength) * y, nBytes);
-    return image;
+    picture.bOpaque = true;
+    for (int y = 0; y < nHeight; ++y, pTarget += image.bytesPerLine()) {
+        std::memcpy(pTarget, bitmap.pixels() + qsizetype(nRowLength) * y, nBytes);
+        if (picture.bOpaque && pixel.nBytes == 4)
+            picture.bOpaque = PictureLevels::isOpaqueRow(reinterpret_cast<const quint32 *>(pTarget), image.width());
+    }
+    return picture;
 }
 
 } // namespace
 
-QImage PictureDecoder::decode(const QString &path)
+PictureDecoder::Picture PictureDecoder::decode(const QString &path)
 {
     PluginInnerData *pData = PluginInnerData::instance();
     const QMutexLocker locker(pData->decodeLock());
@@ -101,10 +107,11 @@ QImage PictureDecoder::decode(const QString &path)
     if (!pBitmap)
         return {};
     const int nRotation = pDocument->rotation();
-    QImage image = copyPixels(*pBitmap);
+    Picture picture = copyPixels(*pBitmap);
     // Before turning, so that no more than two bitmaps exist at a time.
     pBitmap.reset();
-    if (nRotation != 0 && !image.isNull())
-        image = image.transformed(QTransform().rotate(nRotation, Qt::ZAxis), Qt::FastTransformation);
-    return image;
+    if (nRotation != 0 && !picture.image.isNull()) {
+        picture.image = picture.image.transformed(QTransform().rotate(nRotation, Qt::ZAxis), Qt::FastTransformation);
+    }
+    return picture;
 }

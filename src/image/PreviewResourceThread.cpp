@@ -63,24 +63,22 @@ void PreviewResourceThread::readImage()
     const bool bRaw = isRawCameraSuffix(QFileInfo(m_srcPath).suffix().toLower());
     QString loadPath = bRaw ? m_hdPath : m_srcPath;
     bool bSrcImg = true;
-    m_image = PictureDecoder::decode(loadPath);
-    if (m_image.isNull()) {
+    PictureDecoder::Picture picture = PictureDecoder::decode(loadPath);
+    if (picture.image.isNull()) {
         qInfo("load src file failed ");
         bSrcImg = false;
         loadPath = m_hdPath;
-        m_image = PictureDecoder::decode(loadPath);
+        picture = PictureDecoder::decode(loadPath);
     }
-    if (m_image.isNull()) {
+    if (picture.image.isNull()) {
         qInfo("load file hd img failed ");
         loadPath = m_thumbPath;
-        m_image = PictureDecoder::decode(loadPath);
+        picture = PictureDecoder::decode(loadPath);
     }
-    if (m_image.isNull()) {
+    if (picture.image.isNull())
         qInfo("load file thumb img failed ");
-        loadPath.clear();
-    }
     // Pixels leave the worker as the screen wants them, with everything that would cost the GUI thread time.
-    m_image = PictureLevels::toScreenFormat(std::move(m_image));
+    m_image = PictureLevels::toScreenFormat(std::move(picture.image), picture.bOpaque);
     if (m_image.isNull()) { // nothing was read, or there was no memory for the conversion
         loadPath.clear();
         bSrcImg = false;

@@ -113,7 +113,7 @@ void tst_loader::brokenPictureIsReleased()
 {
     QFETCH(int, how);
     host().decoder.setPicture(Source, broken(how));
-    QVERIFY(PictureDecoder::decode(Source).isNull());
+    QVERIFY(PictureDecoder::decode(Source).image.isNull());
     QCOMPARE(host().decoder.counts().opened, 1);
     QVERIFY(host().decoder.counts().isBalanced());
     QVERIFY(data()->decodeLock()->tryLock());
@@ -188,7 +188,7 @@ void tst_loader::layouts()
         picture.pixels.append(QByteArray(spare, '\xEE'));
     }
     host().decoder.setPicture(Source, picture);
-    const QImage image = PictureDecoder::decode(Source);
+    const QImage image = PictureDecoder::decode(Source).image;
     QCOMPARE(image.size(), QSize(columns, Rows));
     for (int y = 0; y < Rows; ++y) {
         for (int x = 0; x < columns; ++x)
@@ -215,7 +215,7 @@ void tst_loader::turnedUpright()
     picture.rowLength = 12;
     picture.pixels = QByteArray("\x00\x00\xFF\xFF", 4) + QByteArray(20, '\xFF'); // one red pixel, five white ones
     host().decoder.setPicture(Source, picture);
-    const QImage image = PictureDecoder::decode(Source);
+    const QImage image = PictureDecoder::decode(Source).image;
     QTEST(image.size(), "size");
     QFETCH(QPoint, corner);
     for (int y = 0; y < image.height(); ++y) {
