@@ -24,6 +24,38 @@ QPoint centredTopLeft(const QSize &size)
     return {-(size.width() / 2), -(size.height() / 2)};
 }
 
+bool prepareBuffer(QImage *pBuffer, const QSize &size, QImage::Format format)
+{
+    if (pBuffer->size() != size || pBuffer->format() != format)
+        *pBuffer = QImage(size, format);
+    pBuffer->setDevicePixelRatio(1.0);
+    return !pBuffer->isNull();
+}
+
+/** Writes a picture turned by a right angle, and then mirrored left to right, in blocks that fit the nearest cache. */
+void turnInto(const QImage &upright, bool bClockwise, bool bMirrored, QImage *pTurned)
+{
+    constexpr int Block = 32;
+    const int nWidth = pTurned->width();
+    const int nHeight = pTurned->height();
+    const auto *pSource = reinterpret_cast<const quint32 *>(upright.constBits());
+    auto *pTarget = reinterpret_cast<quint32 *>(pTurned->bits());
+    const qptrdiff nSourceLine = upright.bytesPerLine() / 4;
+    const qptrdiff nTargetLine = pTurned->bytesPerLine() / 4;
+    const bool bFromBelow = bClockwise != bMirrored;
+    for (int nTop = 0; nTop < nHeight; nTop += Block) {
+        for (int nLeft = 0; nLeft < nWidth; nLeft += Block) {
+            const int nRight = qMin(nLeft + Block, nWidth);
+            for (int y = nTop; y < qMin(nTop + Block, nHeight); ++y) {
+                const qptrdiff nColumn = bClockwise ? y : nHeight - 1 - y;
+                quint32 *pRow = pTarget + y * nTargetLine;
+                for (int x = nLeft; x < nRight; ++x)
+                    pRow[x] = pSource[(bFromBelow ? nWidth - 1 - x : x) * nSourceLine + nColumn];
+            }
+        }
+    }
+}
+
 bool isTurnedByRightAngle(const QTransform &transform)
 {
     return qFuzzyIsNull(transform.m11()) && qFuzzyIsNull(transform.m22()) && !qFuzzyIsNull(transform.m12());
@@ -126,6 +158,10 @@ void CResourceItem::applyPose()
     // QGraphicsItem turns before it applies the transformation, so behind a mirror the turn runs backwards.
     setTransform(m_bFlipped ? QTransform::fromScale(-1.0, 1.0) : QTransform());
     setRotation(m_bFlipped ? -m_fTurn : m_fTurn);
+    if (!m_bTurned) {
+        m_uprightBuffer = QImage();
+        m_turnedBuffer = QImage();
+    }
 }
 
 QSize CResourceItem::pictureSize() const
@@ -252,23 +288,26 @@ void CResourceItem::paintTurned(QPainter *pPainter, const QRectF &exposed) const
     upright *= bClockwise ? QTransform(0.0, -1.0, 1.0, 0.0, 0.0, screen.width())
                           : QTransform(0.0, 1.0, -1.0, 0.0, screen.height(), 0.0);
 
-    QImage buffer(screen.height(), screen.width(), QImage::Format_ARGB32_Premultiplied);
-    if (buffer.isNull())
+    // Where the picture covers all of it, an opaque picture needs no blending.
+    const bool bCovered = toScreen.mapRect(boundingRect()).contains(QRectF(screen));
+    const QImage::Format format =
+        bCovered && !m_picture.hasAlphaChannel() ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied;
+    if (!prepareBuffer(&m_uprightBuffer, screen.size().transposed(), format) ||
+        !prepareBuffer(&m_turnedBuffer, screen.size(), format))
         return;
-    buffer.fill(Qt::transparent);
+    if (format != QImage::Format_RGB32)
+        m_uprightBuffer.fill(Qt::transparent);
     {
-        QPainter painter(&buffer);
+        QPainter painter(&m_uprightBuffer);
         painter.setRenderHints(pPainter->renderHints());
         painter.setTransform(toScreen * upright);
         paintLevel(&painter, exposed, painter.worldTransform());
     }
-    buffer = buffer.transformed(QTransform().rotate(bClockwise ? 90.0 : -90.0));
-    if (bMirrored)
-        buffer = std::move(buffer).mirrored(true, false);
-    buffer.setDevicePixelRatio(fRatio);
+    turnInto(m_uprightBuffer, bClockwise, bMirrored, &m_turnedBuffer);
+    m_turnedBuffer.setDevicePixelRatio(fRatio);
     pPainter->save();
     pPainter->resetTransform();
-    pPainter->drawImage(QPointF(screen.topLeft()) / fRatio, buffer);
+    pPainter->drawImage(QPointF(screen.topLeft()) / fRatio, m_turnedBuffer);
     pPainter->restore();
 }
 

@@ -79,6 +79,9 @@ private:
     QPixmap m_picture;
     QVector<QImage> m_levels;
     double m_fPixelRatio = 1.0;
+    // Kept from frame to frame while the picture is turned: taking them anew costs as much as filling them.
+    mutable QImage m_uprightBuffer;
+    mutable QImage m_turnedBuffer;
     QString m_filePath;
     int m_nDrawMode = DrawStill;
     // The buffer outlives the movie that reads it.

@@ -1,6 +1,6 @@
 #include "common/PictureLevels.h"
 
-#include "common/PictureMemory.h"
+#include "common/ParallelRows.h"
 
 #include <utility>
 
@@ -48,14 +48,17 @@ void halveRow(const quint32 *pUpper, const quint32 *pLower, quint32 *pTarget, in
 /** Odd sides are rounded up, so that each pixel stands for exactly two by two of the larger picture. */
 QImage halved(const QImage &image)
 {
-    QImage half = PictureMemory::create((image.width() + 1) / 2, (image.height() + 1) / 2, image.format());
+    QImage half{(image.width() + 1) / 2, (image.height() + 1) / 2, image.format()};
     if (half.isNull())
         return half;
-    for (int y = 0; y < half.height(); ++y) {
-        halveRow(reinterpret_cast<const quint32 *>(image.constScanLine(2 * y)),
-                 reinterpret_cast<const quint32 *>(image.constScanLine(qMin(2 * y + 1, image.height() - 1))),
-                 reinterpret_cast<quint32 *>(half.scanLine(y)), image.width());
-    }
+    uchar *pTarget = half.bits();
+    forRowsInParallel(half.height(), image.sizeInBytes(), [&](int nBegin, int nEnd) {
+        for (int y = nBegin; y < nEnd; ++y) {
+            halveRow(reinterpret_cast<const quint32 *>(image.constScanLine(2 * y)),
+                     reinterpret_cast<const quint32 *>(image.constScanLine(qMin(2 * y + 1, image.height() - 1))),
+                     reinterpret_cast<quint32 *>(pTarget + qsizetype(y) * half.bytesPerLine()), image.width());
+        }
+    });
     return half;
 }
 

@@ -1,11 +1,37 @@
 #pragma once
 
 #include <QImage>
+#include <QMutex>
 
-/** Pictures whose memory is taken as quickly as the system allows. Any thread. */
-namespace PictureMemory {
+/**
+ * Memory of decoded pictures. Taking and clearing a hundred megabytes costs as much time as decoding them, so the
+ * memory of the picture before, which is given back when the next one is loaded, is used again for it.
+ *
+ * Owner: the shared state; outlives every picture. Thread: any.
+ */
+class PictureMemory {
+public:
+    PictureMemory() = default;
+    ~PictureMemory();
+    Q_DISABLE_COPY(PictureMemory)
 
-/** A picture with undefined pixels, as QImage's own constructor makes it; null when there is no memory for it. */
-QImage create(int nWidth, int nHeight, QImage::Format format);
+    /** A picture with undefined pixels, as QImage's own constructor makes it; null when there is no memory for it. */
+    QImage create(int nWidth, int nHeight, QImage::Format format);
 
-} // namespace PictureMemory
+    /** Gives back what is kept for the next picture. */
+    void trim();
+
+private:
+    struct Block {
+        void *pMemory = nullptr;
+        size_t nBytes = 0;
+        PictureMemory *pOwner = nullptr;
+    };
+
+    static void giveBack(void *pInfo);
+    static void freeBlock(const Block &block);
+    Block take(size_t nBytes);
+
+    QMutex m_lock;
+    Block m_spare;
+};

@@ -46,6 +46,8 @@ public:
     void quitPreview();
     /** Drops the picture. */
     void clearPreview();
+    /** Nothing will be shown for a while: gives back the memory that is kept for the next picture. */
+    void releaseMemory();
     /** The bar as it stands, for the page that is shown while the next picture loads, and where it stands. */
     QPixmap toolBarPicture() const;
     QPoint toolBarPosition() const;

@@ -24,6 +24,7 @@ namespace {
 
 constexpr int DisposePriority = 1;
 constexpr int AnimationPriority = -1;
+constexpr int TrimPriority = -2;
 
 } // namespace
 
@@ -167,6 +168,8 @@ void ImgPreviewWidget::ShowImageUnit(const QImage &image, const QVector<QImage> 
 
 void ImgPreviewWidget::disposeOfPictures()
 {
+    if (m_image.isNull())
+        return;
     // Giving hundreds of megabytes back takes longer than a frame, so the last reference dies in a worker.
     class Disposer : public QRunnable {
     public:
@@ -179,12 +182,21 @@ void ImgPreviewWidget::disposeOfPictures()
     private:
         QVector<QImage> m_images;
     };
-    if (m_image.isNull())
-        return;
     m_levels.append(std::move(m_image));
     m_image = QImage();
     QThreadPool::globalInstance()->start(new Disposer(std::move(m_levels)), DisposePriority);
     m_levels = {};
+}
+
+void ImgPreviewWidget::releaseMemory()
+{
+    class Trimmer : public QRunnable {
+    public:
+        void run() override { PluginInnerData::instance()->pictureMemory()->trim(); }
+    };
+    disposeOfPictures();
+    // Behind the disposal of the last picture, whose memory would have served the next one.
+    QThreadPool::globalInstance()->start(new Trimmer, TrimPriority);
 }
 
 void ImgPreviewWidget::cancelAnimationTask()

@@ -1,5 +1,6 @@
 #include "image/PictureDecoder.h"
 
+#include "common/ParallelRows.h"
 #include "common/PictureLevels.h"
 #include "common/PictureMemory.h"
 #include "interfaces/services/IImageDecoder.h"
@@ -8,6 +9,7 @@
 #include <QMutexLocker>
 #include <QTransform>
 
+#include <atomic>
 #include <cstring>
 #include <memory>
 
@@ -73,19 +75,26 @@ PictureDecoder::Picture copyPixels(const IDecodedBitmap &bitmap)
 
     PictureDecoder::Picture picture;
     QImage &image = picture.image;
-    image = PictureMemory::create(nRowLength / pixel.nBytes, nHeight, pixel.format);
+    image = PluginInnerData::instance()->pictureMemory()->create(nRowLength / pixel.nBytes, nHeight, pixel.format);
     if (image.isNull()) // out of memory
         return picture;
     // Row by row: rows of a QImage are padded to whole words, a row length may carry spare bytes, and the alpha of a
     // row that was just copied is looked at for nothing.
-    uchar *pTarget = image.bits();
+    uchar *pPixels = image.bits();
     const size_t nBytes = size_t(qMin(nRowLength, image.bytesPerLine()));
-    picture.bOpaque = true;
-    for (int y = 0; y < nHeight; ++y, pTarget += image.bytesPerLine()) {
-        std::memcpy(pTarget, bitmap.pixels() + qsizetype(nRowLength) * y, nBytes);
-        if (picture.bOpaque && pixel.nBytes == 4)
-            picture.bOpaque = PictureLevels::isOpaqueRow(reinterpret_cast<const quint32 *>(pTarget), image.width());
-    }
+    std::atomic_bool bOpaque{true};
+    forRowsInParallel(nHeight, image.sizeInBytes(), [&](int nBegin, int nEnd) {
+        bool bRowsOpaque = true;
+        for (int y = nBegin; y < nEnd; ++y) {
+            uchar *pTarget = pPixels + qsizetype(y) * image.bytesPerLine();
+            std::memcpy(pTarget, bitmap.pixels() + qsizetype(nRowLength) * y, nBytes);
+            if (bRowsOpaque && pixel.nBytes == 4)
+                bRowsOpaque = PictureLevels::isOpaqueRow(reinterpret_cast<const quint32 *>(pTarget), image.width());
+        }
+        if (!bRowsOpaque)
+            bOpaque = false;
+    });
+    picture.bOpaque = bOpaque;
     return picture;
 }
 

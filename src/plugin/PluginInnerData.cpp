@@ -137,6 +137,7 @@ void PluginInnerData::clearPreviewData()
     pTagAction.reset();
     m_pDataCenter.reset();
     m_pCommentAction.reset();
+    m_pictureMemory.trim();
 }
 
 void PluginInnerData::setFileList(const QVector<qint64> &fileIds, int nIndex, qint64 nContext)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/PictureMemory.h"
 #include "interfaces/data/IFileInfo.h"
 #include "interfaces/data/IResponseInfo.h"
 #include "interfaces/data/NoteRecord.h"
@@ -132,6 +133,8 @@ public:
     // Decoding. Any thread; the decoder is used under the lock, one decode at a time.
     QMutex *decodeLock() { return &m_lock; }
     IImageDecoder *imageDecoder() const { return m_pImageDecoder; }
+    /** Where decoded pictures have their memory from; trimmed when a preview is left. */
+    PictureMemory *pictureMemory() { return &m_pictureMemory; }
 
 Q_SIGNALS:
     void signalUpdateRightPanel(qint64 nFileId);
@@ -167,6 +170,7 @@ private:
     QMap<qint64, QVector<const QObject *>> m_loadingFiles;
     QMap<qint64, bool> m_pendingPresentations;
     QMutex m_lock;
+    PictureMemory m_pictureMemory;
 
     // Taken from the base module together with the cache manager.
     // Read by tasks while the GUI thread may look the base module up again.

@@ -137,6 +137,12 @@ void MiddleResourcePreviewWidget::stopCurrentPreview()
     m_pPptWidget->clearPreview();
 }
 
+void MiddleResourcePreviewWidget::leavePreview()
+{
+    stopCurrentPreview();
+    m_pImgWidget->releaseMemory();
+}
+
 void MiddleResourcePreviewWidget::slot_previewResource()
 {
     stopCurrentPreview();
@@ -264,7 +270,7 @@ void MiddleResourcePreviewWidget::slot_pptCancelEnd()
         m_pImgWidget->quitPreview();
         return;
     }
-    stopCurrentPreview();
+    leavePreview();
     Q_EMIT signal_exitCurWidget();
 }
 
@@ -272,7 +278,7 @@ void MiddleResourcePreviewWidget::leaveByQuit()
 {
     if (m_bStopping)
         return;
-    stopCurrentPreview();
+    leavePreview();
     Q_EMIT signal_exitCurWidget();
 }
 

@@ -32,6 +32,8 @@ public:
 
     /** Stops whatever plays and drops what is shown, without leaving. */
     void stopCurrentPreview();
+    /** The same, when no other file will follow. */
+    void leavePreview();
     /** The exit completes when the presentation that is being opened ends. */
     void setClosePending(bool bPending) { m_bClosePending = bPending; }
     void setReloadPending(bool bPending) { m_bReloadPending = bPending; }

@@ -34,7 +34,7 @@ bool PreviewDbClickWidget::canClosePreview()
 
 void PreviewDbClickWidget::stopPreview()
 {
-    m_pHub->stopCurrentPreview();
+    m_pHub->leavePreview();
 }
 
 void PreviewDbClickWidget::setRightPanelHidden(bool bHidden)

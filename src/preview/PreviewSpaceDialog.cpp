@@ -126,7 +126,7 @@ void PreviewSpaceDialog::closeNow()
     if (!m_bOpen)
         return;
     m_bOpen = false;
-    m_pHub->stopCurrentPreview();
+    m_pHub->leavePreview();
     // Not close(): it does nothing inside the close event that may have led here.
     const QPointer<PreviewSpaceDialog> pThis(this);
     IPreviewSpaceDialog::reject();
