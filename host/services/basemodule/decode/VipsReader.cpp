@@ -3,11 +3,15 @@
 #include "services/basemodule/decode/ColorProfile.h"
 #include "services/basemodule/decode/VipsPipeline.h"
 
+#include <QLoggingCategory>
+
 #include <algorithm>
 #include <cmath>
 #include <mutex>
 
 namespace basemodule {
+
+Q_LOGGING_CATEGORY(vipsLog, "bigimgpreview.host.vips", QtWarningMsg)
 
 namespace {
 
@@ -133,6 +137,16 @@ bool isWithinReach(PictureFormat format, const QSize &fullSize, const QSize &tar
            qint64(fullSize.width()) * fullSize.height() <= kMostPixelsReduced;
 }
 
+// A damaged file is no news for the log, and what comes of it is told by the result: only a misuse is a warning. Runs
+// in whatever thread the library works in.
+void onLibraryMessage(const gchar *pDomain, GLogLevelFlags level, const gchar *pText, gpointer)
+{
+    if (level & (G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL))
+        qCWarning(vipsLog, "%s: %s", pDomain, pText);
+    else
+        qCDebug(vipsLog, "%s: %s", pDomain, pText);
+}
+
 } // namespace
 
 void startVips()
@@ -143,10 +157,9 @@ void startVips()
             return;
         // Nothing of a picture may outlive its decode: neither its pixels nor a handle on its file.
         vips_cache_set_max(0);
-        // A damaged file is no news for the log; what comes of it is told by the result.
-        g_log_set_handler(
-            "VIPS", GLogLevelFlags(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG),
-            [](const gchar *, GLogLevelFlags, const gchar *, gpointer) {}, nullptr);
+        for (const char *pDomain : {"VIPS", "Poppler", "librsvg"})
+            g_log_set_handler(pDomain, GLogLevelFlags(G_LOG_LEVEL_MASK | G_LOG_FLAG_RECURSION), &onLibraryMessage,
+                              nullptr);
         vips_concurrency_set(std::min(vips_concurrency_get(), 4));
     });
 }
