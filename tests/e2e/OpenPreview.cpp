@@ -5,6 +5,7 @@
 #include <QGraphicsItem>
 #include <QGraphicsView>
 #include <QLabel>
+#include <QPointer>
 #include <QStackedWidget>
 #include <QWheelEvent>
 #include <QWindow>
@@ -128,7 +129,19 @@ void key(Qt::Key key)
 {
     QWindow *pWindow = QGuiApplication::focusWindow();
     QVERIFY2(pWindow != nullptr, "no window has the focus");
-    QTest::keyClick(pWindow, key);
+    sendKey(pWindow, key);
+}
+
+void sendKey(QWindow *pWindow, Qt::Key key)
+{
+    // Not QTest::keyClick: it lets events pass in between, and releases the key on a window that may be gone by then.
+    const QPointer<QWindow> pTarget(pWindow);
+    const char cText = QTest::keyToAscii(key);
+    const QString text = cText != 0 ? QString(QLatin1Char(cText)) : QString();
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        if (pTarget != nullptr)
+            qt_handleKeyEvent(pTarget, type, key, Qt::NoModifier, text, false);
+    }
 }
 
 void click(QWidget *pTarget)

@@ -9,6 +9,7 @@ class QGraphicsItem;
 class QGraphicsView;
 class QStackedWidget;
 class QWidget;
+class QWindow;
 
 /**
  * The quick preview on the screen as a user has it: what it shows, and keys and mouse on its window. Knows the built
@@ -41,6 +42,7 @@ bool makeActive(QWidget *pWindow);
 
 /** A key on the window that has the focus. */
 void key(Qt::Key key);
+void sendKey(QWindow *pWindow, Qt::Key key);
 void click(QWidget *pTarget);
 void wheel(const QPoint &viewPosition, int nDelta);
 void drag(const QPoint &fromInView, const QPoint &offset);

@@ -218,19 +218,19 @@ void JourneyTest::showsEverySample()
 
 void JourneyTest::isIdle()
 {
-    const auto becomesIdle = [] {
-        return watchIdle(100).fCpuMsec < 5.0;
+    // Half a second after a picture was opened the host decodes its neighbours; then there is nothing left to do.
+    Idleness idleness;
+    const auto isQuiet = [&idleness] {
+        idleness = watchIdle(600);
+        return idleness.timers.isEmpty() && idleness.fCpuMsec < 30.0;
     };
     QVERIFY(m_pHost->open(QStringLiteral("landscape.jpg")));
-    QTRY_VERIFY_WITH_TIMEOUT(becomesIdle(), PatienceMsec);
-    const Idleness shown = watchIdle(500);
+    QTRY_VERIFY_WITH_TIMEOUT(isQuiet(), PatienceMsec);
+    QVERIFY2(isQuiet(), qPrintable(idleness.text()));
     QVERIFY(m_pHost->returnToGrid());
-    QTRY_VERIFY_WITH_TIMEOUT(becomesIdle(), PatienceMsec);
-    const Idleness closed = watchIdle(500);
-    for (const Idleness &idleness : {shown, closed}) {
-        qInfo("idle: %s", qPrintable(idleness.text()));
-        QVERIFY2(idleness.timers.isEmpty() && idleness.fCpuMsec < 25.0, qPrintable(idleness.text()));
-    }
+    QTRY_VERIFY_WITH_TIMEOUT(isQuiet(), PatienceMsec);
+    QVERIFY2(isQuiet(), qPrintable(idleness.text()));
+    qInfo("idle: %s", qPrintable(idleness.text()));
 }
 
 void JourneyTest::cleanupTestCase()
