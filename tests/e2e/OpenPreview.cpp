@@ -152,6 +152,12 @@ void click(QWidget *pTarget)
                       pTarget->mapTo(pWindow, pTarget->rect().center()));
 }
 
+void doubleClick(QWidget *pTarget, const QPoint &place)
+{
+    QWidget *pWindow = pTarget->window();
+    QTest::mouseDClick(pWindow->windowHandle(), Qt::LeftButton, Qt::NoModifier, pTarget->mapTo(pWindow, place));
+}
+
 void wheel(const QPoint &viewPosition, int nDelta)
 {
     const QPoint position = inWindow(viewPosition);

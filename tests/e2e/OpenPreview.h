@@ -44,6 +44,7 @@ bool makeActive(QWidget *pWindow);
 void key(Qt::Key key);
 void sendKey(QWindow *pWindow, Qt::Key key);
 void click(QWidget *pTarget);
+void doubleClick(QWidget *pTarget, const QPoint &place);
 void wheel(const QPoint &viewPosition, int nDelta);
 void drag(const QPoint &fromInView, const QPoint &offset);
 

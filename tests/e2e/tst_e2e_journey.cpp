@@ -34,6 +34,7 @@ private Q_SLOTS:
     void opensTheFileOfTheCommandLine();
     void opensFromTheGridAndReturns_data();
     void opensFromTheGridAndReturns();
+    void followsTheWindow();
     void stepsWithTheSelection();
     void zoomsByKeyAndButton_data();
     void zoomsByKeyAndButton();
@@ -68,11 +69,12 @@ void JourneyTest::opensTheFileOfTheCommandLine()
 
 void JourneyTest::opensFromTheGridAndReturns_data()
 {
-    QTest::addColumn<int>("openingKey");
+    QTest::addColumn<int>("openingKey"); // 0: a double click
     QTest::addColumn<int>("leavingKey");
     QTest::newRow("space, escape") << int(Qt::Key_Space) << int(Qt::Key_Escape);
     QTest::newRow("space, space") << int(Qt::Key_Space) << int(Qt::Key_Space);
     QTest::newRow("return, escape") << int(Qt::Key_Return) << int(Qt::Key_Escape);
+    QTest::newRow("double clicks") << 0 << 0;
 }
 
 void JourneyTest::opensFromTheGridAndReturns()
@@ -80,15 +82,36 @@ void JourneyTest::opensFromTheGridAndReturns()
     QFETCH(int, openingKey);
     QFETCH(int, leavingKey);
     QVERIFY(m_pHost->select(QStringLiteral("landscape.png")));
-    key(Qt::Key(openingKey));
+    FileGridView *pGrid = m_pHost->grid();
+    if (openingKey == 0)
+        doubleClick(pGrid->viewport(), pGrid->visualRect(pGrid->currentIndex()).center());
+    else
+        key(Qt::Key(openingKey));
     QVERIFY(waitForPicture());
     QVERIFY(!isPlaceholder());
     QCOMPARE(dialog()->geometry(), m_pHost->session().window()->geometry());
-    key(Qt::Key(leavingKey));
+    if (leavingKey == 0)
+        doubleClick(view()->viewport(), view()->viewport()->rect().center());
+    else
+        key(Qt::Key(leavingKey));
     QVERIFY(waitUntilClosed());
-    QVERIFY(makeActive(m_pHost->session().window()));
-    QVERIFY(m_pHost->grid()->hasFocus());
+    QVERIFY(m_pHost->returnToGrid());
     QCOMPARE(m_pHost->currentName(), QStringLiteral("landscape.png"));
+}
+
+void JourneyTest::followsTheWindow()
+{
+    QVERIFY(m_pHost->open(QStringLiteral("wide_gamut.jpg")));
+    MainWindow *pWindow = m_pHost->session().window();
+    const QRect before = pWindow->geometry();
+    for (const QRect &place : {QRect(40, 30, 1400, 900), QRect(300, 200, 700, 500), before}) {
+        pWindow->setGeometry(place);
+        QTRY_COMPARE(dialog()->geometry(), place);
+        QTRY_VERIFY(isAbout(colorAt(0.45, 0.45), k_red) && isAbout(colorAt(0.55, 0.55), k_white));
+        const QPoint middle = view()->mapFromScene(picture()->sceneBoundingRect().center());
+        QVERIFY((middle - view()->viewport()->rect().center()).manhattanLength() <= 2);
+    }
+    QVERIFY(m_pHost->returnToGrid());
 }
 
 void JourneyTest::stepsWithTheSelection()
