@@ -1,0 +1,266 @@
+#include "HostUser.h"
+#include "OpenPreview.h"
+#include "TestMain.h"
+#include "Watches.h"
+#include "app/FileGridView.h"
+#include "app/HostSession.h"
+#include "app/MainWindow.h"
+
+#include <QAbstractButton>
+#include <QGraphicsItem>
+#include <QGraphicsView>
+
+using namespace OpenPreview;
+
+namespace {
+
+// The quarters of wide_gamut.jpg as they look in sRGB.
+const QColor k_red(220, 30, 30);
+const QColor k_green(30, 200, 30);
+const QColor k_blue(30, 30, 220);
+const QColor k_white(245, 245, 245);
+
+} // namespace
+
+/**
+ * The main way through the program, with the whole of it: from the command line or the grid into the preview, around in
+ * it and back. One host for all functions, which therefore each begin in the grid and leave it as they found it.
+ */
+class JourneyTest : public LoggedTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void opensTheFileOfTheCommandLine();
+    void opensFromTheGridAndReturns_data();
+    void opensFromTheGridAndReturns();
+    void followsTheWindow();
+    void stepsWithTheSelection();
+    void zoomsByKeyAndButton_data();
+    void zoomsByKeyAndButton();
+    void zoomsAboutTheMouse();
+    void dragsThePicture();
+    void turnsAndFlips();
+    void showsEverySample();
+    void isIdle();
+    void cleanupTestCase();
+
+private:
+    std::unique_ptr<HostUser> m_pHost;
+};
+
+void JourneyTest::initTestCase()
+{
+    m_pHost = std::make_unique<HostUser>(QStringLiteral(SAMPLES_DIR "/pictures/wide_gamut.jpg"));
+}
+
+void JourneyTest::opensTheFileOfTheCommandLine()
+{
+    QTRY_VERIFY_WITH_TIMEOUT(dialog() != nullptr, PatienceMsec);
+    QVERIFY(waitForPicture());
+    QCOMPARE(m_pHost->currentName(), QStringLiteral("wide_gamut.jpg"));
+    QTRY_VERIFY(isAbout(colorAt(0.25, 0.25), k_red));
+    QVERIFY(isAbout(colorAt(0.75, 0.25), k_green));
+    QVERIFY(isAbout(colorAt(0.25, 0.75), k_blue));
+    QVERIFY(isAbout(colorAt(0.75, 0.75), k_white));
+    QVERIFY(m_pHost->returnToGrid());
+    QCOMPARE(m_pHost->currentName(), QStringLiteral("wide_gamut.jpg"));
+}
+
+void JourneyTest::opensFromTheGridAndReturns_data()
+{
+    QTest::addColumn<int>("openingKey"); // 0: a double click
+    QTest::addColumn<int>("leavingKey");
+    QTest::newRow("space, escape") << int(Qt::Key_Space) << int(Qt::Key_Escape);
+    QTest::newRow("space, space") << int(Qt::Key_Space) << int(Qt::Key_Space);
+    QTest::newRow("return, escape") << int(Qt::Key_Return) << int(Qt::Key_Escape);
+    QTest::newRow("double clicks") << 0 << 0;
+}
+
+void JourneyTest::opensFromTheGridAndReturns()
+{
+    QFETCH(int, openingKey);
+    QFETCH(int, leavingKey);
+    QVERIFY(m_pHost->select(QStringLiteral("landscape.png")));
+    FileGridView *pGrid = m_pHost->grid();
+    if (openingKey == 0)
+        doubleClick(pGrid->viewport(), pGrid->visualRect(pGrid->currentIndex()).center());
+    else
+        key(Qt::Key(openingKey));
+    QVERIFY(waitForPicture());
+    QVERIFY(!isPlaceholder());
+    QCOMPARE(dialog()->geometry(), m_pHost->session().window()->geometry());
+    if (leavingKey == 0)
+        doubleClick(view()->viewport(), view()->viewport()->rect().center());
+    else
+        key(Qt::Key(leavingKey));
+    QVERIFY(waitUntilClosed());
+    QVERIFY(m_pHost->returnToGrid());
+    QCOMPARE(m_pHost->currentName(), QStringLiteral("landscape.png"));
+}
+
+void JourneyTest::followsTheWindow()
+{
+    QVERIFY(m_pHost->open(QStringLiteral("wide_gamut.jpg")));
+    MainWindow *pWindow = m_pHost->session().window();
+    const QRect before = pWindow->geometry();
+    for (const QRect &place : {QRect(40, 30, 1400, 900), QRect(300, 200, 700, 500), before}) {
+        pWindow->setGeometry(place);
+        QTRY_COMPARE(dialog()->geometry(), place);
+        QTRY_VERIFY(isAbout(colorAt(0.45, 0.45), k_red) && isAbout(colorAt(0.55, 0.55), k_white));
+        const QPoint middle = view()->mapFromScene(picture()->sceneBoundingRect().center());
+        QVERIFY((middle - view()->viewport()->rect().center()).manhattanLength() <= 2);
+    }
+    QVERIFY(m_pHost->returnToGrid());
+}
+
+void JourneyTest::stepsWithTheSelection()
+{
+    const QString first = m_pHost->nameAt(0);
+    QVERIFY(m_pHost->open(first));
+    key(Qt::Key_Left);
+    QVERIFY(waitForPicture());
+    QCOMPARE(m_pHost->currentName(), first);
+    const QVector<QPair<Qt::Key, int>> steps = {
+        {Qt::Key_Right, 1}, {Qt::Key_Down, 2}, {Qt::Key_Right, 3}, {Qt::Key_Left, 2}, {Qt::Key_Up, 1}};
+    for (const auto &step : steps) {
+        key(step.first);
+        QCOMPARE(m_pHost->row(), step.second);
+        QVERIFY(waitForPicture());
+    }
+    QVERIFY(m_pHost->returnToGrid());
+    QCOMPARE(m_pHost->row(), 1);
+    QCOMPARE(m_pHost->grid()->selectionModel()->selectedIndexes().size(), 1);
+}
+
+void JourneyTest::zoomsByKeyAndButton_data()
+{
+    QTest::addColumn<int>("zoomKey");
+    QTest::addColumn<QByteArray>("buttonName");
+    QTest::addColumn<int>("nStart"); // key that sets the zoom beforehand
+    QTest::addColumn<int>("nPercent");
+    // 6000 x 4000 pixels in a window of 1180 x 760, with a margin of one pixel.
+    const int nWindow = qRound(758 / 40.0);
+    const int nWidth = qRound(1178 / 60.0);
+    QTest::newRow("in") << int(Qt::Key_Plus) << QByteArray("Zoom In") << int(Qt::Key_F) << 25;
+    QTest::newRow("out") << int(Qt::Key_Minus) << QByteArray("Zoom Out") << int(Qt::Key_1) << 75;
+    QTest::newRow("actual") << int(Qt::Key_1) << QByteArray("Actual Size") << int(Qt::Key_F) << 100;
+    QTest::newRow("window") << int(Qt::Key_F) << QByteArray("Fit to Window") << int(Qt::Key_1) << nWindow;
+    QTest::newRow("width") << int(Qt::Key_W) << QByteArray("Fit to Width") << int(Qt::Key_1) << nWidth;
+}
+
+void JourneyTest::zoomsByKeyAndButton()
+{
+    QFETCH(int, zoomKey);
+    QFETCH(QByteArray, buttonName);
+    QFETCH(int, nStart);
+    QFETCH(int, nPercent);
+    QVERIFY(m_pHost->open(QStringLiteral("large_24mp.jpg")));
+    for (const bool bByKey : {true, false}) {
+        key(Qt::Key(nStart));
+        QAbstractButton *pButton = button(buttonName);
+        QVERIFY(pButton != nullptr);
+        // An animation that runs switches the buttons off.
+        QTRY_VERIFY(pButton->isEnabled());
+        if (bByKey)
+            key(Qt::Key(zoomKey));
+        else
+            click(pButton);
+        QTRY_VERIFY(pButton->isEnabled());
+        QTRY_COMPARE(percent(), nPercent);
+    }
+    QVERIFY(m_pHost->returnToGrid());
+}
+
+void JourneyTest::zoomsAboutTheMouse()
+{
+    QVERIFY(m_pHost->open(QStringLiteral("wide_gamut.jpg")));
+    QTRY_COMPARE(percent(), 100);
+    const QPoint mouse(view()->width() / 3, view()->height() / 3);
+    const QPointF before = picture()->mapFromScene(view()->mapToScene(mouse));
+    for (const int nDelta : {120, 120, 120, -120}) {
+        const int nPercent = percent();
+        wheel(mouse, nDelta);
+        QVERIFY(nDelta > 0 ? percent() > nPercent : percent() < nPercent);
+        const QPointF after = picture()->mapFromScene(view()->mapToScene(mouse));
+        QVERIFY2((after - before).manhattanLength() < 3.0, qPrintable(QString::number(percent())));
+    }
+    QVERIFY(m_pHost->returnToGrid());
+}
+
+void JourneyTest::dragsThePicture()
+{
+    QVERIFY(m_pHost->open(QStringLiteral("wide_gamut.jpg")));
+    QTRY_VERIFY(isAbout(colorAt(0.25, 0.25), k_red));
+    const QPoint from = view()->mapFromScene(picture()->sceneBoundingRect().center());
+    const QPoint offset(90, -60);
+    drag(from, offset);
+    const QPoint to = view()->mapFromScene(picture()->sceneBoundingRect().center());
+    QVERIFY2((to - from - offset).manhattanLength() <= 2,
+             qPrintable(QStringLiteral("%1 %2").arg((to - from).x()).arg((to - from).y())));
+    QVERIFY(isAbout(colorAt(0.25, 0.25), k_red));
+    QVERIFY(m_pHost->returnToGrid());
+}
+
+void JourneyTest::turnsAndFlips()
+{
+    QVERIFY(m_pHost->open(QStringLiteral("wide_gamut.jpg")));
+    QTRY_VERIFY(isAbout(colorAt(0.25, 0.25), k_red));
+    click(button("Rotate"));
+    // A quarter to the left brings the right top corner to the left top.
+    QTRY_VERIFY(isAbout(colorAt(0.25, 0.25), k_green) && isAbout(colorAt(0.25, 0.75), k_red));
+    QTRY_VERIFY(button("Flip")->isEnabled());
+    click(button("Flip"));
+    QTRY_VERIFY(isAbout(colorAt(0.75, 0.25), k_green) && isAbout(colorAt(0.75, 0.75), k_red));
+    // The next picture stands upright again.
+    key(Qt::Key_Left);
+    QVERIFY(waitForPicture());
+    key(Qt::Key_Right);
+    QVERIFY(waitForPicture());
+    QTRY_VERIFY(isAbout(colorAt(0.25, 0.25), k_red) && isAbout(colorAt(0.75, 0.25), k_green));
+    QVERIFY(m_pHost->returnToGrid());
+}
+
+void JourneyTest::showsEverySample()
+{
+    const int nFiles = m_pHost->fileCount();
+    QVERIFY2(nFiles > 40, qPrintable(QString::number(nFiles)));
+    QVERIFY(m_pHost->open(m_pHost->nameAt(0)));
+    QStringList wrong;
+    for (int i = 0; i < nFiles; ++i) {
+        if (i > 0)
+            key(Qt::Key_Right);
+        QVERIFY2(waitForPicture(), qPrintable(m_pHost->currentName()));
+        QCOMPARE(m_pHost->row(), i);
+        if (isPlaceholder() != (m_pHost->currentName() == QLatin1String("damaged.jpg")))
+            wrong.append(m_pHost->currentName());
+    }
+    QVERIFY(m_pHost->returnToGrid());
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char(' '))));
+}
+
+void JourneyTest::isIdle()
+{
+    // Half a second after a picture was opened the host decodes its neighbours; then there is nothing left to do.
+    Idleness idleness;
+    const auto isQuiet = [&idleness] {
+        idleness = watchIdle(600);
+        return idleness.timers.isEmpty() && idleness.fCpuMsec < 30.0;
+    };
+    QVERIFY(m_pHost->open(QStringLiteral("landscape.jpg")));
+    QTRY_VERIFY_WITH_TIMEOUT(isQuiet(), PatienceMsec);
+    QVERIFY2(isQuiet(), qPrintable(idleness.text()));
+    QVERIFY(m_pHost->returnToGrid());
+    QTRY_VERIFY_WITH_TIMEOUT(isQuiet(), PatienceMsec);
+    QVERIFY2(isQuiet(), qPrintable(idleness.text()));
+    qInfo("idle: %s", qPrintable(idleness.text()));
+}
+
+void JourneyTest::cleanupTestCase()
+{
+    m_pHost->end();
+    QVERIFY(dialog() == nullptr);
+}
+
+BIGIMGPREVIEW_TEST_MAIN(JourneyTest)
+#include "tst_e2e_journey.moc"
