@@ -1,5 +1,7 @@
 #include "app/CommandLine.h"
 
+#include "files/NativePath.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
@@ -17,11 +19,13 @@ void readPlaces(const QStringList &places, CommandLine *pResult)
 {
     QStringList files;
     for (const QString &place : places) {
-        const QFileInfo info(place);
-        if (info.isDir())
-            pResult->folders.append(info.absoluteFilePath());
-        else if (info.isFile())
-            files.append(info.absoluteFilePath());
+        // Paths are compared later: the shortest spelling of each.
+        const QString path = QDir::cleanPath(QDir().absoluteFilePath(place));
+        const FileState state = fileState(nativePath(path));
+        if (state.bFolder)
+            pResult->folders.append(path);
+        else if (state.bFile)
+            files.append(path);
         else
             pResult->error = tr("There is no file or folder %1").arg(QDir::toNativeSeparators(place));
     }

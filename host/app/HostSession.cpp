@@ -76,7 +76,8 @@ void HostSession::toggleTheme()
 void HostSession::showPlaces()
 {
     if (!m_wantedFile.isEmpty()) {
-        m_library.showFolderNow(QFileInfo(m_wantedFile).absolutePath());
+        const QFileInfo wanted(m_wantedFile);
+        m_library.showFolderNow(wanted.absolutePath(), wanted.fileName());
         return;
     }
     const QStringList folders = m_commandLine.folders.isEmpty() ? defaultFolders() : m_commandLine.folders;

@@ -237,8 +237,9 @@ void MainWindow::reportScan(const ScanReport &report)
 {
     m_pStatus->setScanning(false, report.nFiles);
     if (report.nUnrepresentable > 0)
-        m_pStatus->addProblem(tr("Files whose names are no valid text were left out: %1. Rename them to see them here.")
-                                  .arg(report.nUnrepresentable));
+        m_pStatus->addProblem(
+            tr("Files whose names cannot be told apart were left out: %1. Rename them to see them here.")
+                .arg(report.nUnrepresentable));
     if (report.nUnreadableFolders > 0)
         m_pStatus->addProblem(tr("Folders that cannot be read: %1.").arg(report.nUnreadableFolders));
     showPage();

@@ -1,13 +1,13 @@
 #include "library/FolderScanner.h"
 
+#include "files/NativePath.h"
 #include "library/FileTypes.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
@@ -16,49 +16,45 @@ namespace {
 // Large enough to make one transaction of it cheap, small enough to show the first files of a folder at once.
 constexpr int k_nBatchSize = 500;
 
-std::filesystem::path nativePath(const QString &path)
+/**
+ * The name as text; one that is no valid text has replacement characters, by which nativePath finds it again. Null
+ * when it could not be found again.
+ */
+QString textName(const QByteArray &bytes)
 {
-#ifdef Q_OS_WIN
-    return std::filesystem::path(path.toStdWString());
-#else
-    return std::filesystem::path(QFile::encodeName(path).toStdString());
-#endif
-}
-
-/** The name as text; null when the bytes on disk do not survive the way to text and back. */
-QString textName(const std::filesystem::path &name)
-{
-#ifdef Q_OS_WIN
-    return QString::fromStdWString(name.wstring());
-#else
-    const QByteArray bytes = QByteArray::fromStdString(name.native());
     const QString text = QFile::decodeName(bytes);
-    return QFile::encodeName(text) == bytes ? text : QString();
-#endif
+    const bool bFound = text.contains(QChar::ReplacementCharacter) || QFile::encodeName(text) == bytes;
+    return bFound ? text : QString();
 }
 
 /** Whether an Ogg container begins with a Theora stream: its stream headers stand within the first pages. */
-bool hasOggVideo(const QString &path)
+bool hasOggVideo(const QByteArray &native)
 {
-    constexpr qint64 k_nHeaderBytes = 4096;
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) && file.read(k_nHeaderBytes).contains("\x80theora");
+    constexpr int k_nHeaderBytes = 4096;
+    QByteArray header(k_nHeaderBytes, '\0');
+    std::ifstream(native.constData(), std::ios::binary).read(header.data(), header.size());
+    return header.contains("\x80theora");
+}
+
+FileRow makeRow(const QString &folder, const QString &name, const QByteArray &native)
+{
+    const FileState state = fileState(native);
+    FileRow row;
+    row.folder = folder;
+    row.name = name;
+    row.bAvailable = state.bFile;
+    row.nSize = state.nSize;
+    row.nModifiedMsec = state.nModifiedMsec;
+    row.nType = FileTypes::typeOfSuffix(FileTypes::suffixOfName(name));
+    row.bHasVideo = row.nType == FileTypes::Ogg && state.bFile && hasOggVideo(native);
+    return row;
 }
 
 } // namespace
 
 FileRow readFileRow(const QString &folder, const QString &name)
 {
-    FileRow row;
-    row.folder = folder;
-    row.name = name;
-    const QFileInfo info(QDir(folder).filePath(name));
-    row.bAvailable = info.isFile();
-    row.nSize = info.size();
-    row.nModifiedMsec = info.lastModified().toMSecsSinceEpoch();
-    row.nType = FileTypes::typeOfSuffix(FileTypes::suffixOfName(name));
-    row.bHasVideo = row.nType == FileTypes::Ogg && hasOggVideo(info.filePath());
-    return row;
+    return makeRow(folder, name, nativePath(QDir(folder).filePath(name)));
 }
 
 FolderScanner::FolderScanner(std::shared_ptr<std::atomic_bool> pCancelled, BatchHandler handler)
@@ -86,40 +82,44 @@ ScanReport FolderScanner::scan(const QStringList &roots, bool bRecursive)
 
 void FolderScanner::scanFolder(const QString &folder, QStringList *pSubFolders, ScanReport *pReport)
 {
-    const QString canonical = QFileInfo(folder).canonicalFilePath();
-    if (canonical.isEmpty() || m_visited.contains(canonical)) {
-        pReport->nUnreadableFolders += canonical.isEmpty() ? 1 : 0;
-        return;
-    }
-    m_visited.insert(canonical);
-
+    const std::filesystem::path native(nativePath(folder).toStdString());
     std::error_code error;
-    std::filesystem::directory_iterator entry(nativePath(folder), error);
+    const QByteArray canonical = QByteArray::fromStdString(std::filesystem::canonical(native, error).native());
     if (error) {
         ++pReport->nUnreadableFolders;
         return;
     }
-    for (const std::filesystem::directory_iterator end; entry != end && !*m_pCancelled; entry.increment(error)) {
-        if (error)
-            break;
-        const QString name = textName(entry->path().filename());
-        if (name.isEmpty()) {
+    if (m_visited.contains(canonical))
+        return;
+    m_visited.insert(canonical);
+
+    std::filesystem::directory_iterator entry(native, error);
+    QSet<QString> oddNames;
+    for (const std::filesystem::directory_iterator end; !error && entry != end && !*m_pCancelled;
+         entry.increment(error)) {
+        const QByteArray nativeName = QByteArray::fromStdString(entry->path().filename().native());
+        if (nativeName.startsWith('.'))
+            continue;
+        const QString name = textName(nativeName);
+        const bool bOdd = name.isEmpty() || name.contains(QChar::ReplacementCharacter);
+        if (name.isEmpty() || (bOdd && oddNames.contains(name))) {
             ++pReport->nUnrepresentable;
             continue;
         }
-        if (name.startsWith(QLatin1Char('.')))
-            continue;
+        if (bOdd)
+            oddNames.insert(name);
         std::error_code statusError;
         if (entry->is_directory(statusError))
             pSubFolders->append(QDir(folder).filePath(name));
         else if (entry->is_regular_file(statusError))
-            addFile(folder, name, pReport);
+            addFile(makeRow(folder, name, QByteArray::fromStdString(entry->path().native())), pReport);
     }
+    if (error)
+        ++pReport->nUnreadableFolders;
 }
 
-void FolderScanner::addFile(const QString &folder, const QString &name, ScanReport *pReport)
+void FolderScanner::addFile(const FileRow &row, ScanReport *pReport)
 {
-    const FileRow row = readFileRow(folder, name);
     if (!row.bAvailable)
         return;
     ++pReport->nFiles;

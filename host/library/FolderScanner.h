@@ -13,7 +13,7 @@
 struct ScanReport {
     int nFiles = 0;             ///< Files found.
     int nUnreadableFolders = 0; ///< Folders that could not be listed.
-    int nUnrepresentable = 0;   ///< Entries whose names are no valid text, so that no program part could open them.
+    int nUnrepresentable = 0;   ///< Entries whose names cannot be told apart as text.
     bool bCancelled = false;
 };
 
@@ -36,13 +36,13 @@ public:
 
 private:
     void scanFolder(const QString &folder, QStringList *pSubFolders, ScanReport *pReport);
-    void addFile(const QString &folder, const QString &name, ScanReport *pReport);
+    void addFile(const FileRow &row, ScanReport *pReport);
     void flush();
 
     std::shared_ptr<std::atomic_bool> m_pCancelled;
     BatchHandler m_handler;
     Batch m_batch;
-    QSet<QString> m_visited;
+    QSet<QByteArray> m_visited;
 };
 
 /** The state of one file on disk as a row without id; bAvailable is false when there is no such regular file. */

@@ -98,21 +98,22 @@ void Library::showFolders(const QStringList &folders)
     startScan(true);
 }
 
-void Library::showFolderNow(const QString &folder)
+void Library::showFolderNow(const QString &folder, const QString &wantedName)
 {
     changeFolders({folder}, false);
     m_pCancelled = std::make_shared<std::atomic_bool>(false);
     m_bScanning = true;
     ++m_nGeneration;
-    post([pWorker = m_pWorker, nGeneration = m_nGeneration, path = m_folders.first(), pCancelled = m_pCancelled] {
-        pWorker->listFolder(nGeneration, path, pCancelled);
-    });
+    post([pWorker = m_pWorker, nGeneration = m_nGeneration, path = m_folders.first(), wantedName,
+          pCancelled = m_pCancelled] { pWorker->listFolder(nGeneration, path, wantedName, pCancelled); });
 }
 
 void Library::rescan()
 {
+    // What an unfinished scan announced may not have arrived: then everything known comes again.
+    const bool bUnfinished = m_bScanning;
     cancelScan();
-    startScan(false);
+    startScan(bUnfinished);
 }
 
 void Library::cancelScan()

@@ -32,8 +32,8 @@ public:
     /** Shows the files of these folders and their sub-folders: at once what is known, then what a scan finds. */
     void showFolders(const QStringList &folders);
 
-    /** Shows the files of one folder alone, as they are on disk now, in one list. */
-    void showFolderNow(const QString &folder);
+    /** Shows the files of one folder alone, as they are on disk now, in one list, and this one even where hidden. */
+    void showFolderNow(const QString &folder, const QString &wantedName = QString());
 
     /** Looks again for changes in the folders in view. */
     void rescan();

@@ -16,21 +16,31 @@ bool run(QSqlDatabase *pDatabase, const QString &statement, QString *pError)
     return false;
 }
 
+/** The version of the file; -1 when it cannot be read. */
+int versionOf(const QSqlDatabase &database, QString *pError)
+{
+    QSqlQuery query(database);
+    if (query.exec(QStringLiteral("PRAGMA user_version")) && query.next())
+        return query.value(0).toInt();
+    *pError = query.lastError().text();
+    return -1;
+}
+
 bool runStep(QSqlDatabase *pDatabase, const QStringList &statements, int nVersion, QString *pError)
 {
-    if (!pDatabase->transaction()) {
-        *pError = pDatabase->lastError().text();
+    // Locked before looking: another instance may start with the same new file.
+    if (!run(pDatabase, QStringLiteral("BEGIN IMMEDIATE"), pError))
         return false;
-    }
     bool bDone = true;
-    for (const QString &statement : statements)
-        bDone = bDone && run(pDatabase, statement, pError);
-    bDone = bDone && run(pDatabase, QStringLiteral("PRAGMA user_version = %1").arg(nVersion), pError);
-    if (bDone && pDatabase->commit())
+    if (versionOf(*pDatabase, pError) < nVersion) {
+        for (const QString &statement : statements)
+            bDone = bDone && run(pDatabase, statement, pError);
+        bDone = bDone && run(pDatabase, QStringLiteral("PRAGMA user_version = %1").arg(nVersion), pError);
+    }
+    if (bDone && run(pDatabase, QStringLiteral("COMMIT"), pError))
         return true;
-    if (bDone)
-        *pError = pDatabase->lastError().text();
-    pDatabase->rollback();
+    QString ignored;
+    run(pDatabase, QStringLiteral("ROLLBACK"), &ignored);
     return false;
 }
 
@@ -64,13 +74,9 @@ const LibrarySchema::Steps &LibrarySchema::steps()
 
 bool LibrarySchema::migrate(QSqlDatabase *pDatabase, const Steps &steps, QString *pError)
 {
-    QSqlQuery query(*pDatabase);
-    if (!query.exec(QStringLiteral("PRAGMA user_version")) || !query.next()) {
-        *pError = query.lastError().text();
+    const int nVersion = versionOf(*pDatabase, pError);
+    if (nVersion < 0)
         return false;
-    }
-    const int nVersion = query.value(0).toInt();
-    query.finish();
     if (nVersion > steps.size()) {
         *pError = QCoreApplication::translate("LibrarySchema", "it was written by a newer version of the program");
         return false;

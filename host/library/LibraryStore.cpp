@@ -55,11 +55,39 @@ bool LibraryStore::open(const QString &path, QString *pError)
         for (const char *pragma :
              {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = NORMAL", "PRAGMA foreign_keys = ON"})
             QSqlQuery(m_database).exec(QLatin1String(pragma));
-        bOpen = LibrarySchema::migrate(&m_database, LibrarySchema::steps(), pError);
+        bOpen = LibrarySchema::migrate(&m_database, LibrarySchema::steps(), pError) && isWritable(pError);
     }
     if (!bOpen)
         close();
     return bOpen;
+}
+
+bool LibraryStore::isWritable(QString *pError)
+{
+    // SQLite opens what it may only read without a word.
+    QSqlQuery query(m_database);
+    const bool bWritable = query.exec(QStringLiteral("BEGIN IMMEDIATE")) &&
+                           query.exec(QStringLiteral("PRAGMA user_version = %1").arg(LibrarySchema::steps().size()));
+    *pError = bWritable ? QString() : query.lastError().text();
+    query.exec(QStringLiteral("ROLLBACK"));
+    return bWritable;
+}
+
+bool LibraryStore::openCopy(const QString &path, QString *pError)
+{
+    if (!open(QStringLiteral(":memory:"), pError))
+        return false;
+    QSqlQuery attach(m_database);
+    attach.prepare(QStringLiteral("ATTACH DATABASE ? AS original"));
+    attach.addBindValue(path);
+    if (!QFileInfo(path).isFile() || !attach.exec())
+        return true;
+    // In the order of their references. What cannot be read, of another version or damaged, stays out.
+    for (const char *table : {"folders", "files", "labels", "file_labels", "notes", "covers"})
+        QSqlQuery(m_database)
+            .exec(QStringLiteral("INSERT INTO main.%1 SELECT * FROM original.%1").arg(QLatin1String(table)));
+    QSqlQuery(m_database).exec(QStringLiteral("DETACH DATABASE original"));
+    return true;
 }
 
 void LibraryStore::close()
@@ -90,13 +118,19 @@ bool LibraryStore::exec(QSqlQuery *pQuery)
     return false;
 }
 
+bool LibraryStore::beginTransaction()
+{
+    // For writing from the start: a transaction that begins by reading cannot wait when another program writes.
+    QSqlQuery query = prepared(QStringLiteral("BEGIN IMMEDIATE"));
+    return exec(&query);
+}
+
 bool LibraryStore::finishTransaction(bool bDone)
 {
-    if (bDone && m_database.commit())
+    QSqlQuery commit = prepared(QStringLiteral("COMMIT"));
+    if (bDone && exec(&commit))
         return true;
-    if (bDone)
-        m_lastError = m_database.lastError().text();
-    m_database.rollback();
+    QSqlQuery(m_database).exec(QStringLiteral("ROLLBACK"));
     // A folder that was made in the transaction is gone with it.
     m_folderIds.clear();
     return false;
@@ -118,20 +152,18 @@ qint64 LibraryStore::folderId(const QString &folder)
     return nId;
 }
 
-StoreResult LibraryStore::takeIn(const QVector<FileRow> &files)
+QVector<FileRow> LibraryStore::takeIn(const QVector<FileRow> &files)
 {
-    StoreResult result;
-    if (!m_database.transaction()) {
-        m_lastError = m_database.lastError().text();
+    QVector<FileRow> result = files;
+    bool bDone = beginTransaction();
+    if (!bDone)
         return {};
-    }
-    bool bDone = true;
-    for (const FileRow &file : files)
-        bDone = bDone && takeInFile(file, &result);
-    return finishTransaction(bDone) ? result : StoreResult();
+    for (FileRow &file : result)
+        bDone = bDone && takeInFile(&file);
+    return finishTransaction(bDone) ? result : QVector<FileRow>();
 }
 
-bool LibraryStore::takeInFile(const FileRow &file, StoreResult *pResult)
+bool LibraryStore::takeInFile(FileRow *pFile)
 {
     if (m_pFindFile == nullptr) {
         m_pFindFile = std::make_unique<QSqlQuery>(prepared(
@@ -142,15 +174,15 @@ bool LibraryStore::takeInFile(const FileRow &file, StoreResult *pResult)
             " type_id = excluded.type_id, has_video = excluded.has_video, width = NULL, height = NULL, available = "
             "1")));
     }
+    FileRow &file = *pFile;
     const qint64 nFolderId = folderId(file.folder);
     m_pFindFile->bindValue(0, nFolderId);
     m_pFindFile->bindValue(1, file.name);
     if (nFolderId == 0 || !exec(m_pFindFile.get()))
         return false;
-    FileRow row = file;
     bool bUnchanged = false;
     if (m_pFindFile->next()) {
-        row.id = m_pFindFile->value(0).toLongLong();
+        file.id = m_pFindFile->value(0).toLongLong();
         bUnchanged = m_pFindFile->value(1).toLongLong() == file.nSize &&
                      m_pFindFile->value(2).toLongLong() == file.nModifiedMsec &&
                      m_pFindFile->value(3).toLongLong() == file.nType && m_pFindFile->value(4).toBool();
@@ -163,11 +195,9 @@ bool LibraryStore::takeInFile(const FileRow &file, StoreResult *pResult)
             m_pAddFile->bindValue(nPosition++, value);
         if (!exec(m_pAddFile.get()))
             return false;
-        if (row.id == 0)
-            row.id = m_pAddFile->lastInsertId().toLongLong();
-        pResult->changed.append(row);
+        if (file.id == 0)
+            file.id = m_pAddFile->lastInsertId().toLongLong();
     }
-    pResult->seen.append(row.id);
     return true;
 }
 
@@ -208,10 +238,8 @@ QVector<FileRow> LibraryStore::filesUnder(const QStringList &folders, bool bRecu
 
 bool LibraryStore::setUnavailable(const QVector<qint64> &fileIds)
 {
-    if (!m_database.transaction()) {
-        m_lastError = m_database.lastError().text();
+    if (!beginTransaction())
         return false;
-    }
     QSqlQuery query = prepared(QStringLiteral("UPDATE files SET available = 0 WHERE id = ?"));
     bool bDone = true;
     for (const qint64 nId : fileIds) {
@@ -241,10 +269,7 @@ QHash<qint64, QVector<NoteRecord>> LibraryStore::allNotes()
 
 bool LibraryStore::setNotes(qint64 nFileId, const QVector<NoteRecord> &notes)
 {
-    if (m_database.transaction())
-        return finishTransaction(writeNotes(nFileId, notes));
-    m_lastError = m_database.lastError().text();
-    return false;
+    return beginTransaction() && finishTransaction(writeNotes(nFileId, notes));
 }
 
 bool LibraryStore::writeNotes(qint64 nFileId, const QVector<NoteRecord> &notes)
@@ -300,10 +325,7 @@ quint64 LibraryStore::labelId(const TagRecord &label)
 
 bool LibraryStore::addLabels(const QVector<qint64> &fileIds, const TagRecordList &labels)
 {
-    if (m_database.transaction())
-        return finishTransaction(writeLabels(fileIds, labels));
-    m_lastError = m_database.lastError().text();
-    return false;
+    return beginTransaction() && finishTransaction(writeLabels(fileIds, labels));
 }
 
 bool LibraryStore::writeLabels(const QVector<qint64> &fileIds, const TagRecordList &labels)

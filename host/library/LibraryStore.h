@@ -10,12 +10,6 @@
 
 #include <memory>
 
-/** What taking a batch of scanned files in did to the library. */
-struct StoreResult {
-    QVector<FileRow> changed; ///< New, changed and returned files, with their ids.
-    QVector<qint64> seen;     ///< Every file of the batch.
-};
-
 /**
  * The library file: SQLite with one connection.
  *
@@ -30,10 +24,14 @@ public:
 
     /** Opens or creates the file; ":memory:" keeps nothing. False with a readable reason. */
     bool open(const QString &path, QString *pError);
+
+    /** An empty library in memory, with what can be read of this file. */
+    bool openCopy(const QString &path, QString *pError);
     void close();
     QString lastError() const { return m_lastError; }
 
-    StoreResult takeIn(const QVector<FileRow> &files);
+    /** Stores the state of these files; the same with their ids, nothing when it fails. */
+    QVector<FileRow> takeIn(const QVector<FileRow> &files);
 
     /** The available files in these folders, with or without their sub-folders. */
     QVector<FileRow> filesUnder(const QStringList &folders, bool bRecursive);
@@ -50,11 +48,13 @@ public:
 
 private:
     qint64 folderId(const QString &folder);
-    bool takeInFile(const FileRow &file, StoreResult *pResult);
+    bool takeInFile(FileRow *pFile);
     bool writeNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
     bool writeLabels(const QVector<qint64> &fileIds, const TagRecordList &labels);
     quint64 labelId(const TagRecord &label);
+    bool isWritable(QString *pError);
     bool exec(QSqlQuery *pQuery);
+    bool beginTransaction();
     bool finishTransaction(bool bDone);
     QSqlQuery prepared(const QString &statement);
 

@@ -16,7 +16,7 @@ void LibraryWorker::open(const QString &path)
     if (!m_store.open(path, &error)) {
         Q_EMIT signalProblem(
             tr("The library %1 cannot be used: %2. Changes of this session are not kept.").arg(path, error));
-        if (!m_store.open(QStringLiteral(":memory:"), &error))
+        if (!m_store.openCopy(path, &error))
             Q_EMIT signalProblem(tr("There is no SQLite driver: %1").arg(error));
     }
     m_notes = m_store.allNotes();
@@ -38,6 +38,22 @@ FileRecordList LibraryWorker::makeRecords(const QVector<FileRow> &rows)
     return records;
 }
 
+void LibraryWorker::announce(int nGeneration, const QVector<FileRow> &rows)
+{
+    QVector<FileRow> news;
+    for (const FileRow &row : rows) {
+        // Compared with what was announced, not with the library: another instance may have stored the change.
+        const QPair<qint64, qint64> state(row.nSize, row.nModifiedMsec);
+        const auto known = m_announced.constFind(row.id);
+        if (known != m_announced.constEnd() && known.value() == state)
+            continue;
+        m_announced.insert(row.id, state);
+        news.append(row);
+    }
+    if (!news.isEmpty())
+        Q_EMIT signalRecords(nGeneration, makeRecords(news));
+}
+
 void LibraryWorker::beginScan(int nGeneration, const QStringList &roots, bool bRecursive, bool bAnnounceKnown)
 {
     m_nGeneration = nGeneration;
@@ -47,22 +63,22 @@ void LibraryWorker::beginScan(int nGeneration, const QStringList &roots, bool bR
     m_unseen.reserve(known.size());
     for (const FileRow &row : known)
         m_unseen.insert(row.id);
-    if (bAnnounceKnown)
-        Q_EMIT signalRecords(nGeneration, makeRecords(known));
+    if (!bAnnounceKnown)
+        return;
+    m_announced.clear();
+    announce(nGeneration, known);
 }
 
 void LibraryWorker::takeIn(int nGeneration, const QVector<FileRow> &files)
 {
     if (nGeneration != m_nGeneration)
         return;
-    const StoreResult result = m_store.takeIn(files);
-    if (result.seen.isEmpty())
+    const QVector<FileRow> rows = m_store.takeIn(files);
+    if (rows.isEmpty())
         Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
-    QVector<FileRow> changed = result.changed;
-    for (const qint64 nId : result.seen)
-        m_unseen.remove(nId);
-    if (!changed.isEmpty())
-        Q_EMIT signalRecords(nGeneration, makeRecords(changed));
+    for (const FileRow &row : rows)
+        m_unseen.remove(row.id);
+    announce(nGeneration, rows);
     m_nScanned += files.size();
     Q_EMIT signalScanned(nGeneration, m_nScanned);
 }
@@ -74,8 +90,10 @@ void LibraryWorker::endScan(int nGeneration, const ScanReport &report)
     QVector<qint64> gone;
     if (!report.bCancelled) {
         gone.reserve(m_unseen.size());
-        for (const qint64 nId : qAsConst(m_unseen))
+        for (const qint64 nId : qAsConst(m_unseen)) {
             gone.append(nId);
+            m_announced.remove(nId);
+        }
         m_unseen.clear();
         if (!gone.isEmpty() && !m_store.setUnavailable(gone))
             Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
@@ -83,35 +101,45 @@ void LibraryWorker::endScan(int nGeneration, const ScanReport &report)
     Q_EMIT signalScanEnded(nGeneration, gone, report);
 }
 
-void LibraryWorker::listFolder(int nGeneration, const QString &folder,
+void LibraryWorker::listFolder(int nGeneration, const QString &folder, const QString &wantedName,
                                const std::shared_ptr<std::atomic_bool> &pCancelled)
 {
     beginScan(nGeneration, {folder}, false, false);
+    m_announced.clear();
     QVector<FileRow> present;
     QVector<FileRow> changed;
     QHash<QString, FileRow> known;
     const QVector<FileRow> rows = m_store.filesUnder({folder}, false);
     for (const FileRow &row : rows)
         known.insert(row.name, row);
+    bool bWantedListed = wantedName.isEmpty();
     // What is known and unchanged costs no query of its own: the user waits for this list.
-    FolderScanner scanner(pCancelled, [&](const FolderScanner::Batch &batch) {
+    const auto takeBatch = [&](const FolderScanner::Batch &batch) {
         for (const FileRow &file : batch) {
             const FileRow row = known.value(file.name);
             const bool bUnchanged = row.id != 0 && row.nSize == file.nSize && row.nModifiedMsec == file.nModifiedMsec &&
                                     row.nType == file.nType;
             (bUnchanged ? present : changed).append(bUnchanged ? row : file);
+            bWantedListed = bWantedListed || file.name == wantedName;
         }
-    });
-    const ScanReport report = scanner.scan({folder}, false);
-    if (!changed.isEmpty()) {
-        const StoreResult result = m_store.takeIn(changed);
-        if (result.seen.isEmpty())
-            Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
-        present += result.changed;
+    };
+    ScanReport report = FolderScanner(pCancelled, takeBatch).scan({folder}, false);
+    if (!bWantedListed) {
+        // Hidden, or in a folder that may not be listed: named by the user it is shown all the same.
+        const FileRow wanted = readFileRow(folder, wantedName);
+        if (wanted.bAvailable)
+            takeBatch({wanted});
     }
+    if (!changed.isEmpty()) {
+        const QVector<FileRow> stored = m_store.takeIn(changed);
+        if (stored.isEmpty())
+            Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
+        present += stored;
+    }
+    report.nFiles = present.size();
     for (const FileRow &row : qAsConst(present))
         m_unseen.remove(row.id);
-    Q_EMIT signalRecords(nGeneration, makeRecords(present));
+    announce(nGeneration, present);
     endScan(nGeneration, report);
 }
 

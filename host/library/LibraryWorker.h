@@ -30,8 +30,9 @@ public:
     /** Announces the known files that the scan did not meet as gone. */
     void endScan(int nGeneration, const ScanReport &report);
 
-    /** Lists one folder here and now, announced as one list. */
-    void listFolder(int nGeneration, const QString &folder, const std::shared_ptr<std::atomic_bool> &pCancelled);
+    /** Lists one folder here and now, announced as one list; the wanted file is in it even where it is hidden. */
+    void listFolder(int nGeneration, const QString &folder, const QString &wantedName,
+                    const std::shared_ptr<std::atomic_bool> &pCancelled);
 
     void setNotes(qint64 nActionId, qint64 nFileId, const QVector<NoteRecord> &notes);
     void addLabels(qint64 nActionId, const QVector<qint64> &fileIds, const TagRecordList &labels);
@@ -49,6 +50,8 @@ Q_SIGNALS:
     void signalLabelsStored(qint64 nActionId, const QSharedPointer<const IResponseInfo> &pResponse);
 
 private:
+    /** Announces those whose state the receiver does not have yet. */
+    void announce(int nGeneration, const QVector<FileRow> &rows);
     FileRecordList makeRecords(const QVector<FileRow> &rows);
 
     LibraryStore m_store;
@@ -57,6 +60,7 @@ private:
     QHash<qint64, QVector<NoteRecord>> m_notes;
     QHash<qint64, TagRecordList> m_labels;
     QSet<qint64> m_unseen;
+    QHash<qint64, QPair<qint64, qint64>> m_announced; ///< Size and time of change by file.
     int m_nGeneration = 0;
     int m_nScanned = 0;
 };

@@ -22,7 +22,10 @@ private Q_SLOTS:
     void cleanup();
     void keepsIdsAcrossRuns();
     void noticesChanges();
+    void losesNothingWhenHurried();
+    void sharesTheFileWithAnotherInstance();
     void listsOneFolderNow();
+    void readsWhatItMayNotWrite();
     void keepsNotesAndLabels();
     void survivesCrash();
     void doesWithoutUsableFile_data();
@@ -152,6 +155,69 @@ void HostLibraryTest::noticesChanges()
     QCOMPARE(pLibrary->count(), 2);
 }
 
+void HostLibraryTest::losesNothingWhenHurried()
+{
+    const auto pLibrary = openLibrary(path("library.sqlite"));
+    show(pLibrary.get());
+    QSignalSpy ended(pLibrary.get(), &Library::signalScanEnded);
+    pLibrary->showFolders({path("files")});
+    pLibrary->rescan();
+    pLibrary->rescan();
+    QTRY_VERIFY(!pLibrary->isScanning());
+    QCOMPARE(ended.size(), 1);
+    QCOMPARE(pLibrary->count(), 2);
+}
+
+void HostLibraryTest::sharesTheFileWithAnotherInstance()
+{
+    const auto pFirst = openLibrary(path("library.sqlite"));
+    const auto pSecond = openLibrary(path("library.sqlite"));
+    QSignalSpy problems(pFirst.get(), &Library::signalProblem);
+    QSignalSpy otherProblems(pSecond.get(), &Library::signalProblem);
+    constexpr int k_nFiles = 1500;
+    for (int i = 0; i < k_nFiles; ++i)
+        write(QStringLiteral("more/%1.jpg").arg(i));
+    for (Library *pLibrary : {pFirst.get(), pSecond.get()})
+        pLibrary->showFolders({path("files")});
+    QTRY_VERIFY_WITH_TIMEOUT(!pFirst->isScanning() && !pSecond->isScanning(), 20000);
+    QCOMPARE(pFirst->count(), k_nFiles + 2);
+    QCOMPARE(pSecond->count(), k_nFiles + 2);
+
+    // What the other one stored is news here too.
+    write(QStringLiteral("a.jpg"), 7);
+    write(QStringLiteral("new.jpg"));
+    scan(pFirst.get(), [&] { pFirst->rescan(); });
+    const Gatherer gatherer(pSecond.get());
+    scan(pSecond.get(), [&] { pSecond->rescan(); });
+    QCOMPARE(gatherer.records.size(), 2);
+    QCOMPARE(pSecond->record(idOf(gatherer.records, QStringLiteral("a.jpg")))->row().nSize, 7);
+    QCOMPARE(problems.size() + otherProblems.size(), 0);
+}
+
+void HostLibraryTest::readsWhatItMayNotWrite()
+{
+    qint64 nId = 0;
+    {
+        const auto pLibrary = openLibrary(path("library.sqlite"));
+        const Gatherer gatherer(pLibrary.get());
+        show(pLibrary.get());
+        nId = idOf(gatherer.records, QStringLiteral("a.jpg"));
+        pLibrary->setNotes(nId, {{QRect(0, 0, 1, 1), 1, QStringLiteral("kept")}});
+    }
+    QFile file(path("library.sqlite"));
+    QVERIFY(file.setPermissions(QFileDevice::ReadOwner));
+    if (file.open(QIODevice::ReadWrite))
+        QSKIP("this user may write everything");
+    Library library;
+    QSignalSpy problems(&library, &Library::signalProblem);
+    library.open(file.fileName());
+    write(QStringLiteral("new.jpg"));
+    show(&library);
+    QCOMPARE(problems.size(), 1);
+    QCOMPARE(library.count(), 3);
+    QCOMPARE(library.record(nId)->notes().size(), 1);
+}
+
 void HostLibraryTest::listsOneFolderNow()
 {
     const auto pLibrary = openLibrary(path("library.sqlite"));
@@ -165,6 +231,10 @@ void HostLibraryTest::listsOneFolderNow()
     QCOMPARE(records.size(), 1);
     QCOMPARE(records.first().first().value<FileRecordList>().size(), 1);
     QCOMPARE(removed.size(), 0);
+
+    write(QStringLiteral(".hidden.png"));
+    scan(pLibrary.get(), [&] { pLibrary->showFolderNow(path("files"), QStringLiteral(".hidden.png")); });
+    QCOMPARE(pLibrary->count(), 2);
 }
 
 void HostLibraryTest::keepsNotesAndLabels()

@@ -1,4 +1,5 @@
 #include "TestMain.h"
+#include "files/NativePath.h"
 #include "library/FileTypes.h"
 #include "library/FolderScanner.h"
 
@@ -88,17 +89,24 @@ void HostScannerTest::copesWithOddNames()
                              QStringLiteral("%s'\"\\.png"), QStringLiteral("a.") + QString(200, QLatin1Char('b'))};
     for (const QString &name : odd)
         write(folder.filePath(name));
-    const std::string noText = folder.path().toStdString() + "/bad\xff.png";
-    std::ofstream(noText) << "x";
+    // Names that are no text are spelt with replacement characters; two that look alike then are one too many.
+    const std::string noText = folder.path().toStdString() + "/bad\xff";
+    std::filesystem::create_directory(noText);
+    std::ofstream(noText + "/in\xe9.png") << "four";
+    std::ofstream(noText + "/in\xe8.png") << "four";
 
     const ScanReport report = scan({folder.path()});
-    std::filesystem::remove(noText); // the temporary folder could not
     QStringList expected = odd;
+    expected.append(QStringLiteral("in\uFFFD.png"));
     expected.sort();
     QCOMPARE(names(), expected);
     QCOMPARE(report.nUnrepresentable, 1);
-    for (const FileRow &row : qAsConst(m_rows))
-        QVERIFY(QFile::exists(QDir(row.folder).filePath(row.name)));
+    for (const FileRow &row : qAsConst(m_rows)) {
+        const FileState state = fileState(nativePath(QDir(row.folder).filePath(row.name)));
+        QVERIFY(state.bFile);
+        QCOMPARE(row.nSize, state.nSize);
+    }
+    std::filesystem::remove_all(noText); // the temporary folder could not
 }
 
 void HostScannerTest::reportsUnreadableFolder()

@@ -1,5 +1,6 @@
 #include "services/basemodule/cache/RenditionStore.h"
 
+#include "files/NativePath.h"
 #include "services/basemodule/cache/ThumbnailFiles.h"
 #include "services/basemodule/decode/PictureReader.h"
 #include "services/basemodule/decode/RawReader.h"

@@ -33,7 +33,9 @@ const char *folderOf(int nBucket)
 // The address exactly as other programs of the desktop write it: its digest names the file.
 QByteArray uriOf(const QString &path)
 {
-    return "file://" + nativePath(path).toPercentEncoding("!$&'()*+,/:=@");
+    // Not the bytes on disk where a name is no valid text: names are wanted while painting, and asking the disk is
+    // slow.
+    return "file://" + QFile::encodeName(path).toPercentEncoding("!$&'()*+,/:=@");
 }
 
 } // namespace

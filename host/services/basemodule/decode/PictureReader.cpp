@@ -1,5 +1,6 @@
 #include "services/basemodule/decode/PictureReader.h"
 
+#include "files/NativePath.h"
 #include "services/basemodule/decode/BmpReader.h"
 #include "services/basemodule/decode/JpegReader.h"
 #include "services/basemodule/decode/MagickReader.h"
@@ -9,7 +10,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
@@ -48,22 +48,6 @@ DecodeResult readWhole(QFile &file, PictureFormat format, const DecodeRequest &r
 }
 
 } // namespace
-
-QByteArray nativePath(const QString &path)
-{
-    const QByteArray native = QFile::encodeName(path);
-    if (!path.contains(QChar::ReplacementCharacter) || QFile::exists(path))
-        return native;
-    const QString folder = QFileInfo(path).path();
-    const QString name = QFileInfo(path).fileName();
-    const QByteArray nativeFolder = nativePath(folder);
-    const std::unique_ptr<DIR, int (*)(DIR *)> entries(::opendir(nativeFolder.constData()), &::closedir);
-    while (const dirent *pEntry = entries ? ::readdir(entries.get()) : nullptr) {
-        if (QString::fromLocal8Bit(pEntry->d_name) == name)
-            return nativeFolder + '/' + pEntry->d_name;
-    }
-    return native;
-}
 
 FileKey fileKey(const QString &path)
 {

@@ -26,12 +26,6 @@ struct FileKey {
  */
 FileKey fileKey(const QString &path);
 
-/**
- * The path in the file system's own bytes. A name that is not valid UTF-8 reaches us with replacement characters:
- * it is then looked up in its folder.
- */
-QByteArray nativePath(const QString &path);
-
 /** What the file holds, by content. Opens and closes it. */
 PictureFormat pictureFormat(const QString &path);
 
