@@ -13,11 +13,11 @@
 
 using namespace OpenPreview;
 
-HostUser::HostUser(const QString &place)
+HostUser::HostUser(const QString &place, const QString &pluginFolder)
 {
     CommandLine commandLine;
     commandLine.libraryPath = m_folder.filePath(QStringLiteral("library.db"));
-    commandLine.pluginFolder = QStringLiteral(PLUGINS_DIR);
+    commandLine.pluginFolder = pluginFolder;
     if (QFileInfo(place).isDir())
         commandLine.folders = QStringList(place);
     else

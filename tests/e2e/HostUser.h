@@ -11,12 +11,12 @@ class HostSession;
 
 /**
  * The reference host as a user starts it, with the built modules and a library of its own, and what the user does in
- * its grid. One for a process: services that ended with a host do not start again. GUI thread.
+ * its grid. One with a base module for a process: services that ended with a host do not start again. GUI thread.
  */
 class HostUser {
 public:
-    /** Starts with this file or folder. */
-    explicit HostUser(const QString &place);
+    /** Starts with this file or folder, and with the modules of this folder. */
+    explicit HostUser(const QString &place, const QString &pluginFolder = QStringLiteral(PLUGINS_DIR));
     ~HostUser();
     Q_DISABLE_COPY(HostUser)
 

@@ -30,8 +30,7 @@ class JourneyTest : public LoggedTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void opensTheFileOfTheCommandLine();
+    void initTestCase(); // opens the file of the command line
     void opensFromTheGridAndReturns_data();
     void opensFromTheGridAndReturns();
     void followsTheWindow();
@@ -52,10 +51,6 @@ private:
 void JourneyTest::initTestCase()
 {
     m_pHost = std::make_unique<HostUser>(QStringLiteral(SAMPLES_DIR "/pictures/wide_gamut.jpg"));
-}
-
-void JourneyTest::opensTheFileOfTheCommandLine()
-{
     QTRY_VERIFY_WITH_TIMEOUT(dialog() != nullptr, PatienceMsec);
     QVERIFY(waitForPicture());
     QCOMPARE(m_pHost->currentName(), QStringLiteral("wide_gamut.jpg"));

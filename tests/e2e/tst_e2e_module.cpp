@@ -1,4 +1,5 @@
 #include "GatedServices.h"
+#include "HostUser.h"
 #include "OpenPreview.h"
 #include "TestMain.h"
 #include "app/FileGridModel.h"
@@ -23,6 +24,8 @@ class ModuleTest : public LoggedTest {
 private Q_SLOTS:
     void isOneObjectWithFiveNames();
     void unloadsAndLoadsAgain();
+    void startsHostWithoutModules_data();
+    void startsHostWithoutModules();
     void connectsHost();
     void doesWithoutServices_data();
     void doesWithoutServices();
@@ -99,6 +102,40 @@ void ModuleTest::unloadsAndLoadsAgain()
         QThreadPool::globalInstance()->waitForDone();
         QVERIFY2(loader.unload(), qPrintable(loader.errorString()));
     }
+}
+
+void ModuleTest::startsHostWithoutModules_data()
+{
+    QTest::addColumn<QStringList>("modules");
+    QTest::addColumn<bool>("bOpens");
+    const QString preview = QStringLiteral("libbigimgpreview.so");
+    const QString settings = QStringLiteral("libhostsettings.so");
+    QTest::newRow("none") << QStringList() << false;
+    QTest::newRow("settings alone") << QStringList(settings) << false;
+    QTest::newRow("preview alone") << QStringList(preview) << true;
+    QTest::newRow("no base module") << QStringList({preview, settings}) << true;
+}
+
+void ModuleTest::startsHostWithoutModules()
+{
+    QFETCH(QStringList, modules);
+    QFETCH(bool, bOpens);
+    log().expect(QStringLiteral("Big Img Preview Set Plugin Manager"));
+    const QTemporaryDir folder;
+    for (const QString &module : qAsConst(modules))
+        QVERIFY(QFile::link(QStringLiteral(PLUGINS_DIR "/") + module, folder.filePath(module)));
+    HostUser host(QStringLiteral(SAMPLES_DIR "/pictures"), folder.path());
+    QTRY_VERIFY_WITH_TIMEOUT(host.fileCount() > 40, PatienceMsec);
+    QVERIFY(host.select(QStringLiteral("landscape.jpg")));
+    key(Qt::Key_Space);
+    QCOMPARE(dialog() != nullptr, bOpens);
+    if (bOpens) {
+        QVERIFY(waitForPicture());
+        QVERIFY(isPlaceholder());
+        key(Qt::Key_Right);
+        QVERIFY(waitForPicture());
+    }
+    QVERIFY(host.returnToGrid());
 }
 
 void ModuleTest::connectsHost()
