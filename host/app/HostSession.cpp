@@ -151,7 +151,7 @@ void HostSession::openWantedFile()
         openPreview(pRecord->fileId());
         return;
     }
-    m_pWindow->statusLine()->addProblem(tr("The file %1 cannot be shown.").arg(path));
+    m_pWindow->statusLine()->addScanProblem(tr("The file %1 cannot be shown.").arg(path));
 }
 
 void HostSession::saveWindow()
