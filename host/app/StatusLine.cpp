@@ -56,8 +56,8 @@ void StatusLine::setScanning(bool bScanning, int nFiles)
 
 void StatusLine::addProblem(const QString &message)
 {
-    if (m_problems.contains(message))
-        return;
+    // One that is met again is the one to show.
+    m_problems.removeAll(message);
     m_problems.append(message);
     showText();
 }
