@@ -101,7 +101,14 @@ void FileGridDelegate::paint(QPainter *pPainter, const QStyleOptionViewItem &opt
             size.scale(area.size(), Qt::KeepAspectRatio);
         QRectF target(QPointF(0, 0), size);
         target.moveCenter(QRectF(area).center());
-        pPainter->drawPixmap(QRectF(target.toAlignedRect()), pixmap, QRectF(pixmap.rect()));
+        const QRectF place(target.toAlignedRect());
+        pPainter->drawPixmap(place, pixmap, QRectF(pixmap.rect()));
+        // A hairline, so that a dark picture does not drown in a dark window; drawings keep their own outline.
+        if (!pixmap.hasAlphaChannel()) {
+            pPainter->setPen(QPen(TSSkinSetting::GetInstance()->GetPopupWinBorderColor(), 1));
+            pPainter->setBrush(Qt::NoBrush);
+            pPainter->drawRect(place.adjusted(-0.5, -0.5, 0.5, 0.5));
+        }
     }
 
     QFont font = option.font;

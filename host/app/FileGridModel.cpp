@@ -93,10 +93,44 @@ void FileGridModel::setOrder(Order order)
     endResetModel();
 }
 
+bool FileGridModel::isWanted(const FileRecordPtr &pRecord) const
+{
+    const QString &folder = pRecord->row().folder;
+    return m_folder.isEmpty() || (folder.startsWith(m_folder) &&
+                                  (folder.size() == m_folder.size() || folder.at(m_folder.size()) == QLatin1Char('/')));
+}
+
+void FileGridModel::setFolder(const QString &folder)
+{
+    if (folder == m_folder)
+        return;
+    takeInPending();
+    beginResetModel();
+    m_folder = folder;
+    FileRecordList all;
+    all.reserve(m_files.size() + m_aside.size());
+    all += m_files;
+    for (const FileRecordPtr &pRecord : qAsConst(m_aside))
+        all.append(pRecord);
+    m_files.clear();
+    m_aside.clear();
+    for (const FileRecordPtr &pRecord : qAsConst(all)) {
+        if (isWanted(pRecord))
+            m_files.append(pRecord);
+        else
+            m_aside.insert(pRecord->fileId(), pRecord);
+    }
+    std::sort(m_files.begin(), m_files.end(), compare());
+    m_rows.clear();
+    endResetModel();
+}
+
 void FileGridModel::clear()
 {
     beginResetModel();
     m_files.clear();
+    m_aside.clear();
+    m_folder.clear();
     m_pending.clear();
     m_rows.clear();
     m_mergeTimer.stop();
@@ -122,7 +156,10 @@ void FileGridModel::takeInPending()
     for (const FileRecordPtr &pRecord : qAsConst(m_pending)) {
         const int nRow = rowOf(pRecord->fileId());
         if (nRow < 0) {
-            added.append(pRecord);
+            if (isWanted(pRecord))
+                added.append(pRecord);
+            else
+                m_aside.insert(pRecord->fileId(), pRecord);
             continue;
         }
         bMoved = bMoved || m_files.at(nRow)->row().nModifiedMsec != pRecord->row().nModifiedMsec;
@@ -155,8 +192,10 @@ void FileGridModel::removeFiles(const QVector<qint64> &fileIds)
 {
     takeInPending();
     QSet<qint64> gone;
-    for (const qint64 nId : fileIds)
+    for (const qint64 nId : fileIds) {
         gone.insert(nId);
+        m_aside.remove(nId);
+    }
     beginResetModel();
     m_files.erase(std::remove_if(m_files.begin(), m_files.end(),
                                  [&gone](const FileRecordPtr &pRecord) { return gone.contains(pRecord->fileId()); }),

@@ -30,6 +30,9 @@ public:
     Order order() const { return m_order; }
     void setOrder(Order order);
 
+    /** Keeps the files of this folder and its sub-folders in view, the others aside; empty: all files. */
+    void setFolder(const QString &folder);
+
     void clear();
     void addRecords(const FileRecordList &records);
     void removeFiles(const QVector<qint64> &fileIds);
@@ -38,10 +41,13 @@ private:
     using Compare = bool (*)(const FileRecordPtr &, const FileRecordPtr &);
     Compare compare() const;
     void takeInPending();
+    bool isWanted(const FileRecordPtr &pRecord) const;
     void rememberRows() const;
 
     FileRecordList m_files;
     FileRecordList m_pending;
+    QHash<qint64, FileRecordPtr> m_aside;
+    QString m_folder;
     mutable QHash<qint64, int> m_rows;
     QTimer m_mergeTimer;
     Order m_order = Order::Name;

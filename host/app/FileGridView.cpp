@@ -47,12 +47,14 @@ void FileGridView::selectFile(qint64 nFileId)
     const QModelIndex index = m_pModel->index(m_pModel->rowOf(nFileId));
     if (!index.isValid())
         return;
+    m_bTouched = true;
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
     scrollTo(index);
 }
 
 void FileGridView::keyPressEvent(QKeyEvent *pEvent)
 {
+    m_bTouched = true;
     const bool bPlain = pEvent->modifiers() == Qt::NoModifier || pEvent->modifiers() == Qt::KeypadModifier;
     if (bPlain && pEvent->key() == Qt::Key_Space) {
         Q_EMIT signalQuickPreview();
@@ -63,6 +65,12 @@ void FileGridView::keyPressEvent(QKeyEvent *pEvent)
         return;
     }
     QListView::keyPressEvent(pEvent);
+}
+
+void FileGridView::mousePressEvent(QMouseEvent *pEvent)
+{
+    m_bTouched = true;
+    QListView::mousePressEvent(pEvent);
 }
 
 int FileGridView::columns() const
@@ -131,7 +139,7 @@ void FileGridView::keepSelection()
 {
     m_nKeptCurrentId = currentFileId();
     m_nKeptRow = currentIndex().row();
-    m_nKeptScroll = verticalScrollBar()->value();
+    keepPlace();
     m_keptIds.clear();
     const QItemSelection selection = selectionModel() != nullptr ? selectionModel()->selection() : QItemSelection();
     for (const QItemSelectionRange &range : selection) {
@@ -140,11 +148,42 @@ void FileGridView::keepSelection()
     }
 }
 
+void FileGridView::keepPlace()
+{
+    m_bTouched = m_bTouched || verticalScrollBar()->value() > 0;
+    const QRect current = visualRect(currentIndex());
+    const QModelIndex anchor = current.intersects(viewport()->rect())
+                                   ? currentIndex()
+                                   : indexAt(QPoint(gridSize().width() / 2, gridSize().height() / 2));
+    const FileRecordPtr pAnchor = m_pModel->recordAt(anchor.row());
+    m_nAnchorId = pAnchor != nullptr ? pAnchor->fileId() : 0;
+    m_nAnchorTop = visualRect(anchor).top();
+}
+
+void FileGridView::restorePlace()
+{
+    executeDelayedItemsLayout();
+    const QModelIndex anchor = m_pModel->index(m_pModel->rowOf(m_nAnchorId));
+    if (!m_bTouched)
+        verticalScrollBar()->setValue(0);
+    else if (anchor.isValid())
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + visualRect(anchor).top() - m_nAnchorTop);
+    else
+        scrollTo(currentIndex());
+}
+
 void FileGridView::restoreSelection()
 {
     const int nCount = m_pModel->rowCount();
-    if (nCount == 0)
+    if (nCount == 0) {
+        startOver();
         return;
+    }
+    if (!m_bTouched) {
+        selectionModel()->setCurrentIndex(m_pModel->index(0), QItemSelectionModel::ClearAndSelect);
+        restorePlace();
+        return;
+    }
     QVector<int> rows;
     for (const qint64 nId : qAsConst(m_keptIds)) {
         const int nRow = m_pModel->rowOf(nId);
@@ -169,6 +208,5 @@ void FileGridView::restoreSelection()
     if (selection.isEmpty())
         selection.append(QItemSelectionRange(current));
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-    executeDelayedItemsLayout();
-    verticalScrollBar()->setValue(m_nKeptScroll);
+    restorePlace();
 }

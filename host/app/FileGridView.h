@@ -22,6 +22,9 @@ public:
     /** Makes the file the current and only selected one and scrolls to it; unknown ids do nothing. */
     void selectFile(qint64 nFileId);
 
+    /** Goes to the first file, also as earlier ones arrive, until the user chooses or scrolls. */
+    void startOver() { m_bTouched = false; }
+
 Q_SIGNALS:
     void signalQuickPreview();
     void signalOpen();
@@ -29,6 +32,7 @@ Q_SIGNALS:
 
 protected:
     void keyPressEvent(QKeyEvent *pEvent) override;
+    void mousePressEvent(QMouseEvent *pEvent) override;
     void resizeEvent(QResizeEvent *pEvent) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
@@ -37,11 +41,15 @@ private:
     int columns() const;
     void fitCells();
     void keepSelection();
+    void keepPlace();
     void restoreSelection();
+    void restorePlace();
 
     FileGridModel *m_pModel;
     QVector<qint64> m_keptIds;
     qint64 m_nKeptCurrentId = 0;
     int m_nKeptRow = -1;
-    int m_nKeptScroll = 0;
+    qint64 m_nAnchorId = 0; ///< The file that stays where it is on screen; 0: none.
+    int m_nAnchorTop = 0;
+    bool m_bTouched = false;
 };

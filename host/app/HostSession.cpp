@@ -132,7 +132,7 @@ void HostSession::connectPreviews()
 void HostSession::openPreview(qint64 nFileId)
 {
     if (!m_pPreviews->isAvailable())
-        m_pWindow->statusLine()->setMessage(tr("Files cannot be previewed: there is no preview plug-in."));
+        m_pWindow->statusLine()->addProblem(tr("Files cannot be previewed: there is no preview plug-in."));
     else if (nFileId != 0)
         m_pPreviews->openQuickPreview(nFileId);
 }
@@ -151,7 +151,7 @@ void HostSession::openWantedFile()
         openPreview(pRecord->fileId());
         return;
     }
-    m_pWindow->statusLine()->addProblem(tr("The file %1 cannot be shown.").arg(path));
+    m_pWindow->statusLine()->addScanProblem(tr("The file %1 cannot be shown.").arg(path));
 }
 
 void HostSession::saveWindow()

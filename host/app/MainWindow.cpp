@@ -1,8 +1,10 @@
 #include "app/MainWindow.h"
 
+#include "app/ElidedLabel.h"
 #include "app/EmptyState.h"
 #include "app/FileGridModel.h"
 #include "app/FileGridView.h"
+#include "app/FolderTree.h"
 #include "app/HostIcons.h"
 #include "app/ResizeHandles.h"
 #include "app/StatusLine.h"
@@ -16,9 +18,9 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPainter>
 #include <QShortcut>
+#include <QSplitter>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QToolTip>
@@ -28,6 +30,9 @@
 namespace {
 
 constexpr int k_nToolRowHeight = 48;
+constexpr int k_nFolderColumnWidth = 208;
+/** Narrower windows belong to the files alone. */
+constexpr int k_nLeastWidthForFolders = 760;
 
 } // namespace
 
@@ -38,12 +43,14 @@ MainWindow::MainWindow(Library *pLibrary, FileGridModel *pModel)
     , m_pModel(pModel)
     , m_pThumbnails(new ThumbnailSource(this))
     , m_pTitleBar(new TitleBar(this, m_pContent))
-    , m_pPlace(new QLabel(m_pContent))
+    , m_pPlace(new ElidedLabel(Qt::ElideMiddle, m_pContent))
     , m_pOrder(new QComboBox(m_pContent))
     , m_pFolderButton(
           HostIcons::makeToolButton(QStringLiteral("hostFolderButton"), tr("Open folder (Ctrl+O)"), m_pContent))
     , m_pRefreshButton(
           HostIcons::makeToolButton(QStringLiteral("hostRefreshButton"), tr("Look for changes (F5)"), m_pContent))
+    , m_pFolders(new FolderTree(m_pContent))
+    , m_pFolderColumn(new QWidget(m_pContent))
     , m_pPages(new QStackedWidget(m_pContent))
     , m_pGrid(new FileGridView(pModel, m_pThumbnails, m_pPages))
     , m_pEmpty(new EmptyState(m_pPages))
@@ -55,6 +62,7 @@ MainWindow::MainWindow(Library *pLibrary, FileGridModel *pModel)
     resize(1180, 760);
     buildLayout();
     connectLibrary();
+    connectFolders();
     addShortcuts();
     new ResizeHandles(this);
     connect(m_pTitleBar, &TitleBar::signalThemeToggled, this, &MainWindow::signalThemeToggled);
@@ -66,6 +74,7 @@ MainWindow::MainWindow(Library *pLibrary, FileGridModel *pModel)
     connect(m_pGrid, &FileGridView::signalSelectionChanged, this, &MainWindow::showCounts);
     connect(TSSkinSetting::GetInstance(), &TSSkinSetting::signalThemeChanged, this, &MainWindow::applyTheme);
     applyTheme();
+    m_pFolderColumn->hide();
     showPage();
     m_pGrid->setFocus();
 }
@@ -79,8 +88,6 @@ QWidget *MainWindow::buildToolRow()
     pRow->setFixedHeight(k_nToolRowHeight);
     m_pPlace->setObjectName(QStringLiteral("hostPlace"));
     m_pPlace->setProperty("role", QStringLiteral("secondary"));
-    m_pPlace->setTextFormat(Qt::PlainText);
-    m_pPlace->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_pOrder->setObjectName(QStringLiteral("hostOrder"));
     m_pOrder->setAccessibleName(tr("Order of the files"));
     m_pOrder->addItem(tr("By name"), int(FileGridModel::Order::Name));
@@ -91,7 +98,7 @@ QWidget *MainWindow::buildToolRow()
         m_pGrid->setFocus();
     });
     connect(m_pFolderButton, &QToolButton::clicked, this, &MainWindow::chooseFolder);
-    connect(m_pRefreshButton, &QToolButton::clicked, m_pLibrary, &Library::rescan);
+    connect(m_pRefreshButton, &QToolButton::clicked, this, &MainWindow::rescan);
     auto *pLayout = new QHBoxLayout(pRow);
     pLayout->setContentsMargins(16, 0, 16, 0);
     pLayout->setSpacing(8);
@@ -100,6 +107,34 @@ QWidget *MainWindow::buildToolRow()
     pLayout->addWidget(m_pFolderButton);
     pLayout->addWidget(m_pRefreshButton);
     return pRow;
+}
+
+QWidget *MainWindow::buildMiddle()
+{
+    m_pFolderColumn->setProperty("area", QStringLiteral("left"));
+    m_pFolderColumn->setAttribute(Qt::WA_StyledBackground);
+    auto *pFoldersLayout = new QVBoxLayout(m_pFolderColumn);
+    pFoldersLayout->setContentsMargins(8, 8, 8, 8);
+    pFoldersLayout->addWidget(m_pFolders);
+    auto *pFiles = new QWidget(m_pContent);
+    auto *pFilesLayout = new QVBoxLayout(pFiles);
+    pFilesLayout->setContentsMargins(0, 0, 0, 0);
+    pFilesLayout->setSpacing(0);
+    pFilesLayout->addWidget(buildToolRow());
+    // The row of cards begins where the text of the other rows does.
+    auto *pPagesLayout = new QHBoxLayout;
+    pPagesLayout->setContentsMargins(12, 0, 4, 0);
+    pPagesLayout->addWidget(m_pPages);
+    pFilesLayout->addLayout(pPagesLayout, 1);
+    auto *pSplitter = new QSplitter(m_pContent);
+    pSplitter->setHandleWidth(1);
+    pSplitter->setChildrenCollapsible(false);
+    pSplitter->addWidget(m_pFolderColumn);
+    pSplitter->addWidget(pFiles);
+    pSplitter->setStretchFactor(1, 1);
+    pSplitter->setSizes({k_nFolderColumnWidth, width() - k_nFolderColumnWidth});
+    m_pFolderColumn->setMinimumWidth(k_nFolderColumnWidth / 2);
+    return pSplitter;
 }
 
 void MainWindow::buildLayout()
@@ -113,27 +148,14 @@ void MainWindow::buildLayout()
     pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->setSpacing(0);
     pLayout->addWidget(m_pTitleBar);
-    pLayout->addWidget(buildToolRow());
-    // The row of cards begins where the text of the other rows does.
-    auto *pPagesLayout = new QHBoxLayout;
-    pPagesLayout->setContentsMargins(12, 0, 4, 0);
-    pPagesLayout->addWidget(m_pPages);
-    pLayout->addLayout(pPagesLayout, 1);
+    pLayout->addWidget(buildMiddle(), 1);
     pLayout->addWidget(m_pStatus);
 }
 
 void MainWindow::connectLibrary()
 {
     connect(m_pLibrary, &Library::signalCleared, m_pModel, &FileGridModel::clear);
-    connect(m_pLibrary, &Library::signalCleared, this, [this] {
-        QStringList places;
-        for (const QString &folder : m_pLibrary->folders())
-            places.append(QDir::toNativeSeparators(folder));
-        m_pPlace->setText(places.join(QStringLiteral("  ·  ")));
-        m_pPlace->setToolTip(places.join(QLatin1Char('\n')));
-        m_pStatus->setScanning(true, 0);
-        showPage();
-    });
+    connect(m_pLibrary, &Library::signalCleared, this, &MainWindow::startOver);
     connect(m_pLibrary, &Library::signalRecords, m_pModel, &FileGridModel::addRecords);
     connect(m_pLibrary, &Library::signalRemoved, m_pModel, &FileGridModel::removeFiles);
     connect(m_pLibrary, &Library::signalScanProgress, this,
@@ -143,13 +165,45 @@ void MainWindow::connectLibrary()
     connect(m_pModel, &QAbstractItemModel::modelReset, this, &MainWindow::showPage);
 }
 
+void MainWindow::startOver()
+{
+    QStringList places;
+    for (const QString &folder : m_pLibrary->folders())
+        places.append(QDir::toNativeSeparators(folder));
+    m_pPlace->setFullText(places.join(QStringLiteral("  ·  ")), places.join(QLatin1Char('\n')));
+    m_pFolders->setRoots(m_pLibrary->folders());
+    m_pFolderColumn->setVisible(width() >= k_nLeastWidthForFolders && !m_pLibrary->folders().isEmpty());
+    m_pStatus->clearScanProblems();
+    m_pStatus->setScanning(true, 0);
+    showPage();
+}
+
+void MainWindow::rescan()
+{
+    m_pStatus->clearScanProblems();
+    m_pStatus->setScanning(true, 0);
+    m_pLibrary->rescan();
+    if (m_pModel->rowCount() == 0)
+        showPage();
+}
+
+void MainWindow::connectFolders()
+{
+    connect(m_pLibrary, &Library::signalRecords, m_pFolders, &FolderTree::addFoldersOf);
+    connect(m_pFolders, &FolderTree::signalFolderWanted, this, [this](const QString &folder) {
+        m_pGrid->startOver();
+        m_pModel->setFolder(folder);
+    });
+    connect(m_pFolders, &FolderTree::signalLeft, m_pGrid, QOverload<>::of(&QWidget::setFocus));
+}
+
 void MainWindow::addShortcuts()
 {
     const auto add = [this](const QKeySequence &key, auto handler) {
         auto *pShortcut = new QShortcut(key, this);
         connect(pShortcut, &QShortcut::activated, this, handler);
     };
-    add(QKeySequence(Qt::Key_F5), [this] { m_pLibrary->rescan(); });
+    add(QKeySequence(Qt::Key_F5), [this] { rescan(); });
     add(QKeySequence(QKeySequence::Open), [this] { chooseFolder(); });
     add(QKeySequence(QKeySequence::Quit), [this] { close(); });
 }
@@ -237,11 +291,11 @@ void MainWindow::reportScan(const ScanReport &report)
 {
     m_pStatus->setScanning(false, report.nFiles);
     if (report.nUnrepresentable > 0)
-        m_pStatus->addProblem(
+        m_pStatus->addScanProblem(
             tr("Files whose names cannot be told apart were left out: %1. Rename them to see them here.")
                 .arg(report.nUnrepresentable));
     if (report.nUnreadableFolders > 0)
-        m_pStatus->addProblem(tr("Folders that cannot be read: %1.").arg(report.nUnreadableFolders));
+        m_pStatus->addScanProblem(tr("Folders that cannot be read: %1.").arg(report.nUnreadableFolders));
     showPage();
 }
 
@@ -262,6 +316,12 @@ void MainWindow::toggleMaximized()
         showNormal();
     else
         showMaximized();
+}
+
+void MainWindow::resizeEvent(QResizeEvent *pEvent)
+{
+    QWidget::resizeEvent(pEvent);
+    m_pFolderColumn->setVisible(width() >= k_nLeastWidthForFolders && !m_pLibrary->folders().isEmpty());
 }
 
 void MainWindow::closeEvent(QCloseEvent *pEvent)

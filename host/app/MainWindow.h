@@ -6,13 +6,14 @@
 #include <QPointer>
 #include <QWidget>
 
+class ElidedLabel;
 class EmptyState;
 class FileGridModel;
 class FileGridView;
+class FolderTree;
 class ITSCacheManager;
 class Library;
 class QComboBox;
-class QLabel;
 class QStackedWidget;
 class QToolButton;
 class StatusLine;
@@ -51,14 +52,19 @@ Q_SIGNALS:
     void signalAboutToClose();
 
 protected:
+    void resizeEvent(QResizeEvent *pEvent) override;
     void closeEvent(QCloseEvent *pEvent) override;
     void paintEvent(QPaintEvent *pEvent) override;
 
 private:
     QWidget *buildToolRow();
+    QWidget *buildMiddle();
     void buildLayout();
     void connectLibrary();
+    void connectFolders();
     void addShortcuts();
+    void rescan();
+    void startOver();
     void applyTheme();
     void chooseFolder();
     void showCounts();
@@ -70,10 +76,12 @@ private:
     FileGridModel *m_pModel;
     ThumbnailSource *m_pThumbnails;
     TitleBar *m_pTitleBar;
-    QLabel *m_pPlace;
+    ElidedLabel *m_pPlace;
     QComboBox *m_pOrder;
     QToolButton *m_pFolderButton;
     QToolButton *m_pRefreshButton;
+    FolderTree *m_pFolders;
+    QWidget *m_pFolderColumn;
     QStackedWidget *m_pPages;
     FileGridView *m_pGrid;
     EmptyState *m_pEmpty;

@@ -1,5 +1,7 @@
 #include "app/StatusLine.h"
 
+#include "app/ElidedLabel.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
@@ -14,7 +16,7 @@ constexpr int k_nHeight = 28;
 
 StatusLine::StatusLine(QWidget *pParent)
     : QWidget(pParent)
-    , m_pText(new QLabel(this))
+    , m_pText(new ElidedLabel(Qt::ElideRight, this))
     , m_pProgress(new QProgressBar(this))
     , m_pCounts(new QLabel(this))
 {
@@ -23,10 +25,8 @@ StatusLine::StatusLine(QWidget *pParent)
     setAttribute(Qt::WA_StyledBackground);
     setFixedHeight(k_nHeight);
     m_pText->setObjectName(QStringLiteral("hostStatusText"));
-    m_pText->setTextFormat(Qt::PlainText);
-    m_pText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_pCounts->setObjectName(QStringLiteral("hostStatusCounts"));
-    for (QLabel *pLabel : {m_pText, m_pCounts})
+    for (QLabel *pLabel : {static_cast<QLabel *>(m_pText), m_pCounts})
         pLabel->setProperty("role", QStringLiteral("secondary"));
     m_pProgress->setRange(0, 0);
     m_pProgress->setTextVisible(false);
@@ -56,15 +56,21 @@ void StatusLine::setScanning(bool bScanning, int nFiles)
 
 void StatusLine::addProblem(const QString &message)
 {
-    if (m_problems.contains(message))
-        return;
+    // One that is met again is the one to show.
+    m_problems.removeAll(message);
     m_problems.append(message);
     showText();
 }
 
-void StatusLine::clearProblems()
+void StatusLine::addScanProblem(const QString &message)
 {
-    m_problems.clear();
+    m_scanProblems.append(message);
+    showText();
+}
+
+void StatusLine::clearScanProblems()
+{
+    m_scanProblems.clear();
     showText();
 }
 
@@ -76,10 +82,9 @@ void StatusLine::setMessage(const QString &message)
 
 void StatusLine::showText()
 {
-    QString problem = m_problems.isEmpty() ? QString() : m_problems.last();
-    if (m_problems.size() > 1)
-        problem = tr("%1 (and %2 more)").arg(problem).arg(m_problems.size() - 1);
-    const bool bShowMessage = problem.isEmpty() || !m_message.isEmpty();
-    m_pText->setText(bShowMessage ? m_message : problem);
-    m_pText->setToolTip(m_problems.join(QLatin1Char('\n')));
+    const QStringList problems = m_problems + m_scanProblems;
+    QString problem = problems.isEmpty() ? QString() : problems.last();
+    if (problems.size() > 1)
+        problem = tr("%1 (and %2 more)").arg(problem).arg(problems.size() - 1);
+    m_pText->setFullText(m_message.isEmpty() ? problem : m_message, problems.join(QLatin1Char('\n')));
 }

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class ElidedLabel;
 class QLabel;
 class QProgressBar;
 
@@ -21,17 +22,21 @@ public:
     /** While files are looked for; how many there will be is not known before. */
     void setScanning(bool bScanning, int nFiles);
 
-    /** What went wrong: stays, with earlier ones in the tool tip, until clearProblems. */
+    /** What went wrong: stays, with earlier ones in the tool tip. */
     void addProblem(const QString &message);
-    void clearProblems();
+
+    /** What went wrong with the folders in view: stays until they are looked at again. */
+    void addScanProblem(const QString &message);
+    void clearScanProblems();
     void setMessage(const QString &message);
 
 private:
     void showText();
 
-    QLabel *m_pText;
+    ElidedLabel *m_pText;
     QProgressBar *m_pProgress;
     QLabel *m_pCounts;
     QString m_message;
     QStringList m_problems;
+    QStringList m_scanProblems;
 };

@@ -17,7 +17,9 @@ void ThumbnailSource::setCache(const QSharedPointer<ITSCacheManager> &pCache)
     connect(m_pCache.data(), &ITSCacheManager::signalLoadPixmapFinished, this,
             [this](const QString &key, bool bStatus) {
                 m_requested.remove(key);
-                if (!bStatus)
+                // A request dropped because too many came after it may be made again; a picture that cannot be read
+                // not.
+                if (!bStatus && m_pCache->lookup(key, nullptr) != ITSCacheManager::NotYetThere)
                     m_failed.insert(key);
                 Q_EMIT signalChanged();
             });

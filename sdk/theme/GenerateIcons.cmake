@@ -8,7 +8,9 @@ cmake_policy(VERSION 3.25)
 
 set(states_of_toolbar  "_normal glyph=icon disc=window discOpacity=0.72" "_select glyph=main disc=hover discOpacity=0.94")
 set(states_of_titlebar "_normal glyph=icon disc=hover discOpacity=0"     "_select glyph=main disc=hover discOpacity=1")
-set(states_of_window   "_normal glyph=icon alarm=icon"                   "_hover glyph=main alarm=danger")
+set(states_of_window
+    "_normal glyph=icon alarm=icon disc=window discOpacity=0.72"
+    "_hover glyph=main alarm=danger disc=hover discOpacity=0.94")
 set(states_of_media    "_normal glyph=mediaIcon"                         "_select glyph=main")
 set(states_of_plain    " glyph=icon")
 

@@ -16,8 +16,12 @@ public:
 
     int lookup(const QString &key, QPixmap *pPixmap) override
     {
+        if (failed.contains(key))
+            return Unavailable;
         if (!finished.contains(key))
             return NotYetThere;
+        if (pPixmap == nullptr)
+            return Found;
         *pPixmap = QPixmap(4, 4);
         return Found;
     }
@@ -32,6 +36,7 @@ public:
 
     QStringList requested;
     QStringList finished;
+    QStringList failed;
 };
 
 } // namespace
@@ -192,12 +197,17 @@ void HostGridTest::requestsThumbnailsOnce()
     QVERIFY(thumbnails.isBusy());
     pCache->finished.append(QStringLiteral("good.jpg"));
     Q_EMIT pCache->signalLoadPixmapFinished(QStringLiteral("good.jpg"), true);
+    // Dropped from a long queue first, then found to be of no use.
     Q_EMIT pCache->signalLoadPixmapFinished(QStringLiteral("bad.jpg"), false);
-    QCOMPARE(changed.size(), 2);
+    QVERIFY(!ask(pBad) && bComing);
+    QCOMPARE(pCache->requested.size(), 3);
+    pCache->failed.append(QStringLiteral("bad.jpg"));
+    Q_EMIT pCache->signalLoadPixmapFinished(QStringLiteral("bad.jpg"), false);
+    QCOMPARE(changed.size(), 3);
     QVERIFY(ask(pGood));
     QVERIFY(!ask(pBad) && !bComing);
     QVERIFY(!thumbnails.isBusy());
-    QCOMPARE(pCache->requested.size(), 2);
+    QCOMPARE(pCache->requested.size(), 3);
 }
 
 BIGIMGPREVIEW_TEST_MAIN(HostGridTest)

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace basemodule {
@@ -209,8 +210,18 @@ void ThumbnailCache::deliver(const Job &job, const QImage &image)
         if (!pLargest || pLargest->image.width() * pLargest->image.height() < image.width() * image.height())
             m_largestKey.insert(job.fileState, job.key);
         m_pictures.insert(job.key, new Picture{image, QPixmap(), job.dpi}, costOf(image));
+        forgetDropped();
     }
     Q_EMIT signalLoadPixmapFinished(job.key, !image.isNull());
+}
+
+void ThumbnailCache::forgetDropped()
+{
+    constexpr int kSpare = 1000;
+    if (m_largestKey.size() < 2 * m_pictures.size() + kSpare)
+        return;
+    for (auto entry = m_largestKey.begin(); entry != m_largestKey.end();)
+        entry = m_pictures.contains(entry.value()) ? std::next(entry) : m_largestKey.erase(entry);
 }
 
 } // namespace basemodule

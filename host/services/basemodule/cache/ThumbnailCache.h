@@ -59,6 +59,9 @@ private:
     void work();
     void deliver(const Job &job, const QImage &image);
 
+    /** Drops the names of pictures that the budget has dropped, now and then. */
+    void forgetDropped();
+
     const std::shared_ptr<DecodeGate> m_gate; ///< Shared: the cache may outlive the module.
     const ThumbnailFiles m_files;
     QCache<QString, Picture> m_pictures;  ///< Cost in kilobytes.
