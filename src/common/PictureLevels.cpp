@@ -1,6 +1,7 @@
 #include "common/PictureLevels.h"
 
 #include "common/ParallelRows.h"
+#include "common/PictureMemory.h"
 
 #include <utility>
 
@@ -13,6 +14,7 @@ namespace {
 
 // Pictures up to this many pixels are painted from themselves: bilinear sampling is sharp enough there.
 constexpr int SmallestSide = 512;
+constexpr quint32 OpaqueBits = 0xFF000000U;
 
 quint32 average(quint32 a, quint32 b)
 {
@@ -46,9 +48,9 @@ void halveRow(const quint32 *pUpper, const quint32 *pLower, quint32 *pTarget, in
 }
 
 /** Odd sides are rounded up, so that each pixel stands for exactly two by two of the larger picture. */
-QImage halved(const QImage &image)
+QImage halved(const QImage &image, PictureMemory &memory)
 {
-    QImage half{(image.width() + 1) / 2, (image.height() + 1) / 2, image.format()};
+    QImage half = memory.create((image.width() + 1) / 2, (image.height() + 1) / 2, image.format());
     if (half.isNull())
         return half;
     uchar *pTarget = half.bits();
@@ -76,10 +78,43 @@ bool isOpaque(const QImage &image)
 bool PictureLevels::isOpaqueRow(const quint32 *pRow, int nWidth)
 {
     // Without a branch for each pixel, so that the compiler takes many at a time.
-    quint32 nAll = 0xFF000000U;
+    quint32 nAll = OpaqueBits;
     for (int x = 0; x < nWidth; ++x)
         nAll &= pRow[x];
-    return nAll == 0xFF000000U;
+    return nAll == OpaqueBits;
+}
+
+bool PictureLevels::copyPixels(const quint32 *pSource, quint32 *pTarget, qsizetype nPixels)
+{
+    quint32 nAll = OpaqueBits;
+    qsizetype n = 0;
+#if defined(PICTURE_LEVELS_SSE2)
+    constexpr quintptr Alignment = 15;
+    for (; n < nPixels && (reinterpret_cast<quintptr>(pTarget + n) & Alignment) != 0; ++n)
+        nAll &= pTarget[n] = pSource[n];
+    __m128i all = _mm_set1_epi32(-1);
+    for (; n + 16 <= nPixels; n += 16) {
+        const auto *pFrom = reinterpret_cast<const __m128i *>(pSource + n);
+        auto *pTo = reinterpret_cast<__m128i *>(pTarget + n);
+        const __m128i a = _mm_loadu_si128(pFrom);
+        const __m128i b = _mm_loadu_si128(pFrom + 1);
+        const __m128i c = _mm_loadu_si128(pFrom + 2);
+        const __m128i d = _mm_loadu_si128(pFrom + 3);
+        _mm_stream_si128(pTo, a);
+        _mm_stream_si128(pTo + 1, b);
+        _mm_stream_si128(pTo + 2, c);
+        _mm_stream_si128(pTo + 3, d);
+        all = _mm_and_si128(all, _mm_and_si128(_mm_and_si128(a, b), _mm_and_si128(c, d)));
+    }
+    // What was written past the cache must be there before another thread is told that it is.
+    _mm_sfence();
+    quint32 lanes[4];
+    _mm_storeu_si128(reinterpret_cast<__m128i *>(lanes), all);
+    nAll &= lanes[0] & lanes[1] & lanes[2] & lanes[3];
+#endif
+    for (; n < nPixels; ++n)
+        nAll &= pTarget[n] = pSource[n];
+    return (nAll & OpaqueBits) == OpaqueBits;
 }
 
 QImage PictureLevels::toScreenFormat(QImage image, bool bOpaque)
@@ -99,14 +134,14 @@ QImage PictureLevels::toScreenFormat(QImage image, bool bOpaque)
     return std::move(image).convertToFormat(target);
 }
 
-QVector<QImage> PictureLevels::build(const QImage &image)
+QVector<QImage> PictureLevels::build(const QImage &image, PictureMemory &memory)
 {
     QVector<QImage> levels;
     if (image.isNull() || image.depth() != 32)
         return levels;
     QImage current = image;
     while (qMax(current.width(), current.height()) > 2 * SmallestSide) {
-        current = halved(current);
+        current = halved(current, memory);
         if (current.isNull()) // out of memory: the larger levels still serve
             break;
         levels.append(current);

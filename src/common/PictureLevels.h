@@ -3,6 +3,8 @@
 #include <QImage>
 #include <QVector>
 
+class PictureMemory;
+
 /**
  * Reduced copies of a large picture, each half as wide and high as the one before, odd sides rounded
  * up (the first is half the picture): a pixel of level n, from 1, stands for 2^n by 2^n of the picture.
@@ -19,7 +21,16 @@ QImage toScreenFormat(QImage image, bool bOpaque = false);
 /** Whether every pixel of a row has its top byte, the alpha, at 255. */
 bool isOpaqueRow(const quint32 *pRow, int nWidth);
 
-/** Builds the levels of a picture in screen format, down to about a screen's thumbnail; none for small pictures. */
-QVector<QImage> build(const QImage &image);
+/**
+ * Copies rows of 32-bit pixels without a gap between them, past the processor's cache, which they would only sweep out,
+ * and tells whether all of them are opaque.
+ */
+bool copyPixels(const quint32 *pSource, quint32 *pTarget, qsizetype nPixels);
+
+/**
+ * Builds the levels of a picture in screen format, down to about a screen's thumbnail; none for small pictures. Their
+ * memory is taken from the one that is given.
+ */
+QVector<QImage> build(const QImage &image, PictureMemory &memory);
 
 } // namespace PictureLevels

@@ -5,14 +5,15 @@
 #include <QMutexLocker>
 #include <QPixelFormat>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
-#include <utility>
 
 namespace {
 
 // Below this the ordinary allocator is as quick.
 constexpr qint64 LargePictureBytes = 4 * 1024 * 1024;
+constexpr int LargestSpare = 2;
 
 } // namespace
 
@@ -38,15 +39,18 @@ QImage PictureMemory::create(int nWidth, int nHeight, QImage::Format format)
 
 PictureMemory::Block PictureMemory::take(size_t nBytes)
 {
-    Block block;
     {
         const QMutexLocker locker(&m_lock);
-        block = std::exchange(m_spare, Block());
+        const auto it =
+            std::find_if(m_spare.begin(), m_spare.end(), [nBytes](const Block &b) { return b.nBytes == nBytes; });
+        if (it != m_spare.end()) {
+            const Block block = *it;
+            m_spare.erase(it);
+            return block;
+        }
     }
-    if (block.nBytes == nBytes)
-        return block;
     // Before the new memory is taken, so that the two never exist at the same time.
-    freeBlock(block);
+    trim();
     return {Platform::allocateLargeMemory(nBytes), nBytes, this};
 }
 
@@ -54,22 +58,25 @@ void PictureMemory::giveBack(void *pInfo)
 {
     const std::unique_ptr<Block> pBlock(static_cast<Block *>(pInfo));
     PictureMemory *pOwner = pBlock->pOwner;
-    Block old = *pBlock;
+    Block oldest;
     {
         const QMutexLocker locker(&pOwner->m_lock);
-        std::swap(old, pOwner->m_spare);
+        if (pOwner->m_spare.size() == LargestSpare)
+            oldest = pOwner->m_spare.takeFirst();
+        pOwner->m_spare.append(*pBlock);
     }
-    freeBlock(old);
+    freeBlock(oldest);
 }
 
 void PictureMemory::trim()
 {
-    Block block;
+    QVector<Block> blocks;
     {
         const QMutexLocker locker(&m_lock);
-        block = std::exchange(m_spare, Block());
+        blocks.swap(m_spare);
     }
-    freeBlock(block);
+    for (const Block &block : qAsConst(blocks))
+        freeBlock(block);
 }
 
 void PictureMemory::freeBlock(const Block &block)

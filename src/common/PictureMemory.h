@@ -2,10 +2,12 @@
 
 #include <QImage>
 #include <QMutex>
+#include <QVector>
 
 /**
  * Memory of decoded pictures. Taking and clearing a hundred megabytes costs as much time as decoding them, so the
- * memory of the picture before, which is given back when the next one is loaded, is used again for it.
+ * memory of the picture before, which is given back when the next one is loaded, is used again for it: that of the
+ * picture itself and that of its half.
  *
  * Owner: the shared state; outlives every picture. Thread: any.
  */
@@ -33,5 +35,5 @@ private:
     Block take(size_t nBytes);
 
     QMutex m_lock;
-    Block m_spare;
+    QVector<Block> m_spare;
 };

@@ -13,11 +13,11 @@
 
 #include <QResizeEvent>
 #include <QShortcut>
-#include <QTimer>
 
 namespace {
 
 constexpr int NoteModeOn = 2;
+constexpr int SpareMemoryMsec = 3000;
 constexpr int ToolBarTop = 58;
 constexpr int CornerTop = 20;
 constexpr int FirstCornerRight = 220;
@@ -53,6 +53,9 @@ ImgPreviewWidget::ImgPreviewWidget(QWidget *pParent)
     m_pCutPushBtn->hide();
     m_pCancelPushBtn->hide();
     m_pToolBar->raise();
+    m_trimTimer.setSingleShot(true);
+    m_trimTimer.setInterval(SpareMemoryMsec);
+    connect(&m_trimTimer, &QTimer::timeout, this, &ImgPreviewWidget::trimMemory);
     connectTools();
 
     connect(m_shortcut, &QShortcut::activated, this, &ImgPreviewWidget::slot_removeToRecycle);

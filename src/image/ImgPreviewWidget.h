@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QSharedPointer>
 #include <QSize>
+#include <QTimer>
 #include <QVector>
 
 class CPushButton;
@@ -103,6 +104,7 @@ private:
     void startAnimationTask(qint64 nFileId, const QString &path);
     void cancelAnimationTask();
     void disposeOfPictures();
+    void trimMemory();
     void showPlaceholder();
     void ShowImageUnit(const QImage &image, const QVector<QImage> &levels = {});
     void placeTools();
@@ -115,6 +117,7 @@ private:
     QVector<QImage> m_levels;
     QHash<qint64, QSharedPointer<QVector<QImage>>> m_levelsOfLoads;
     QSharedPointer<QAtomicInt> m_pAnimationCancel;
+    QTimer m_trimTimer; ///< Who looks for longer than this pays for fresh memory at the next step.
     QSize m_viewSize;
     int m_loadFactor = 1;
     int m_noteMode = 0;

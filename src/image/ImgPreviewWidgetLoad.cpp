@@ -157,6 +157,7 @@ void ImgPreviewWidget::ShowImageUnit(const QImage &image, const QVector<QImage> 
         return;
     }
     disposeOfPictures();
+    m_trimTimer.start();
     m_image = image;
     m_levels = levels;
     const QPixmap pixmap = QPixmap::fromImage(m_image, Qt::NoOpaqueDetection);
@@ -190,11 +191,17 @@ void ImgPreviewWidget::disposeOfPictures()
 
 void ImgPreviewWidget::releaseMemory()
 {
+    disposeOfPictures();
+    trimMemory();
+}
+
+void ImgPreviewWidget::trimMemory()
+{
     class Trimmer : public QRunnable {
     public:
         void run() override { PluginInnerData::instance()->pictureMemory()->trim(); }
     };
-    disposeOfPictures();
+    m_trimTimer.stop();
     // Behind the disposal of the last picture, whose memory would have served the next one.
     QThreadPool::globalInstance()->start(new Trimmer, TrimPriority);
 }

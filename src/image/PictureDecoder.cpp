@@ -78,21 +78,23 @@ PictureDecoder::Picture copyPixels(const IDecodedBitmap &bitmap)
     image = PluginInnerData::instance()->pictureMemory()->create(nRowLength / pixel.nBytes, nHeight, pixel.format);
     if (image.isNull()) // out of memory
         return picture;
-    // Row by row: rows of a QImage are padded to whole words, a row length may carry spare bytes, and the alpha of a
-    // row that was just copied is looked at for nothing.
     uchar *pPixels = image.bits();
-    const size_t nBytes = size_t(qMin(nRowLength, image.bytesPerLine()));
     std::atomic_bool bOpaque{true};
     forRowsInParallel(nHeight, image.sizeInBytes(), [&](int nBegin, int nEnd) {
-        bool bRowsOpaque = true;
-        for (int y = nBegin; y < nEnd; ++y) {
-            uchar *pTarget = pPixels + qsizetype(y) * image.bytesPerLine();
-            std::memcpy(pTarget, bitmap.pixels() + qsizetype(nRowLength) * y, nBytes);
-            if (bRowsOpaque && pixel.nBytes == 4)
-                bRowsOpaque = PictureLevels::isOpaqueRow(reinterpret_cast<const quint32 *>(pTarget), image.width());
+        const uchar *pSource = bitmap.pixels() + qsizetype(nRowLength) * nBegin;
+        uchar *pTarget = pPixels + qsizetype(nBegin) * image.bytesPerLine();
+        if (pixel.nBytes == 4 && nRowLength == image.bytesPerLine()) {
+            const qsizetype nPixels = qsizetype(image.width()) * (nEnd - nBegin);
+            if (!PictureLevels::copyPixels(reinterpret_cast<const quint32 *>(pSource),
+                                           reinterpret_cast<quint32 *>(pTarget), nPixels))
+                bOpaque = false;
+            return;
         }
-        if (!bRowsOpaque)
-            bOpaque = false;
+        // Rows of a QImage are padded to whole words, and a row length may carry spare bytes.
+        const size_t nBytes = size_t(qMin(nRowLength, image.bytesPerLine()));
+        for (int y = nBegin; y < nEnd; ++y, pSource += nRowLength, pTarget += image.bytesPerLine())
+            std::memcpy(pTarget, pSource, nBytes);
+        bOpaque = false;
     });
     picture.bOpaque = bOpaque;
     return picture;

@@ -84,7 +84,7 @@ void PreviewResourceThread::readImage()
         bSrcImg = false;
     }
     if (m_pLevels)
-        *m_pLevels = PictureLevels::build(m_image);
+        *m_pLevels = PictureLevels::build(m_image, *PluginInnerData::instance()->pictureMemory());
     Q_EMIT signal_imageReadEnd(m_fileId, m_image, loadPath, bSrcImg);
 }
 

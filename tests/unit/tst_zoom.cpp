@@ -1,6 +1,7 @@
 #include "PluginTest.h"
 #include "common/CResourceItem.h"
 #include "common/PictureLevels.h"
+#include "common/PictureMemory.h"
 #include "common/PlaceholderPainter.h"
 #include "common/ZoomModel.h"
 
@@ -57,6 +58,7 @@ private Q_SLOTS:
     void screenFormats();
     void levels_data();
     void levels();
+    void pixelsAreCopiedPastTheCache();
     void levelsAverageEveryPixel();
     void boundingRects_data();
     void boundingRects();
@@ -185,27 +187,46 @@ void tst_zoom::levels_data()
 
 void tst_zoom::levels()
 {
+    PictureMemory memory;
     QFETCH(QSize, size);
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.fill(QColor(90, 60, 30, 255));
     QList<QSize> sizes;
-    for (const QImage &level : PictureLevels::build(image)) {
+    for (const QImage &level : PictureLevels::build(image, memory)) {
         sizes.append(level.size());
         QCOMPARE(level.pixelColor(level.width() - 1, level.height() - 1), QColor(90, 60, 30));
     }
     QTEST(sizes, "expected");
-    QVERIFY(PictureLevels::build(image.convertToFormat(QImage::Format_RGB888)).isEmpty());
+    QVERIFY(PictureLevels::build(image.convertToFormat(QImage::Format_RGB888), memory).isEmpty());
+}
+
+/** Every pixel arrives and the one transparent pixel is seen, wherever the target begins. */
+void tst_zoom::pixelsAreCopiedPastTheCache()
+{
+    constexpr int Length = 75;
+    for (int nOffset = 0; nOffset < 5; ++nOffset) {
+        for (int nTransparent = -1; nTransparent < Length; ++nTransparent) {
+            QVector<quint32> source(Length);
+            for (int i = 0; i < Length; ++i)
+                source[i] = quint32(i) | (i == nTransparent ? 0xFE000000U : 0xFF000000U);
+            QVector<quint32> target(Length + 8, 0x12345678U);
+            QCOMPARE(PictureLevels::copyPixels(source.constData(), target.data() + nOffset, Length), nTransparent < 0);
+            QCOMPARE(target.mid(nOffset, Length), source);
+            QCOMPARE(target.at(nOffset + Length), 0x12345678U);
+        }
+    }
 }
 
 /** Each pixel is the mean of four, wherever it stands in a row. */
 void tst_zoom::levelsAverageEveryPixel()
 {
+    PictureMemory memory;
     QImage image(1031, 4, QImage::Format_RGB32);
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x)
             image.setPixel(x, y, QRandomGenerator::global()->generate() | 0xFF000000U);
     }
-    const QImage half = PictureLevels::build(image).value(0);
+    const QImage half = PictureLevels::build(image, memory).value(0);
     QCOMPARE(half.size(), QSize(516, 2));
     using Part = int (*)(QRgb);
     const auto mean = [&image](int x, int y, Part pPart) {
@@ -316,6 +337,7 @@ void tst_zoom::levelIsAsSharpAsThePicture_data()
 /** A fine line must stay where it is and keep its weight, whichever level it is painted from. */
 void tst_zoom::levelIsAsSharpAsThePicture()
 {
+    PictureMemory memory;
     QFETCH(QSize, size);
     QFETCH(double, scale);
     QImage image(size, QImage::Format_RGB32);
@@ -325,7 +347,8 @@ void tst_zoom::levelIsAsSharpAsThePicture()
     QGraphicsScene scene;
     auto *pItem = new CResourceItem(nullptr, QSize());
     scene.addItem(pItem);
-    pItem->setPicture(QPixmap::fromImage(image), PictureLevels::build(image), 1.0, QSize(600, 400), QString(), 1);
+    pItem->setPicture(QPixmap::fromImage(image), PictureLevels::build(image, memory), 1.0, QSize(600, 400), QString(),
+                      1);
     pItem->setScale(scale);
     const QImage shown = render(scene, QRectF(0, 0, 600, 10));
     double fWeight = 0.0;
