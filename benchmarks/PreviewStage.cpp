@@ -4,14 +4,14 @@
 #include "interfaces/plugin/IPlugin.h"
 #include "interfaces/surfaces/IPreviewSpaceDialog.h"
 
-#include <QAbstractEventDispatcher>
-#include <QApplication>
 #include <QGraphicsItem>
 #include <QGraphicsView>
 #include <QStackedWidget>
+#include <QThread>
 #include <QtTest>
 
 #include <ctime>
+#include <utility>
 
 namespace {
 
@@ -24,6 +24,24 @@ QString pluginFile(const char *pName)
 }
 
 } // namespace
+
+bool TimedApplication::notify(QObject *pReceiver, QEvent *pEvent)
+{
+    if (thread() != QThread::currentThread())
+        return QApplication::notify(pReceiver, pEvent);
+    QElapsedTimer timer;
+    timer.start();
+    ++m_nDepth;
+    const bool bResult = QApplication::notify(pReceiver, pEvent);
+    if (--m_nDepth == 0)
+        m_fLongest = qMax(m_fLongest, double(timer.nsecsElapsed()) / 1e6);
+    return bResult;
+}
+
+double TimedApplication::takeLongestBusy()
+{
+    return std::exchange(m_fLongest, 0.0);
+}
 
 PreviewStage::PreviewStage(const QStringList &paths)
     : m_previewLoader(pluginFile("bigimgpreview"))
@@ -49,13 +67,6 @@ PreviewStage::PreviewStage(const QStringList &paths)
     m_pPlugin->setDataSource(m_host.source);
     m_pDialog = m_pPlugin->createPreviewSpaceDialog(&m_window, ids, 0, ids.first(), 0);
     view()->viewport()->installEventFilter(this);
-
-    QAbstractEventDispatcher *pDispatcher = QAbstractEventDispatcher::instance();
-    connect(pDispatcher, &QAbstractEventDispatcher::awake, this, [this] { m_awake.restart(); });
-    connect(pDispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
-        if (m_awake.isValid())
-            m_fLongestBusy = qMax(m_fLongestBusy, double(m_awake.nsecsElapsed()) / 1e6);
-    });
 }
 
 PreviewStage::~PreviewStage()
@@ -136,12 +147,4 @@ double PreviewStage::step(Qt::Key key)
     QTest::keyClick(m_pDialog->window()->windowHandle(), key);
     m_bPainted = false;
     return waitForPicture(timer);
-}
-
-double PreviewStage::takeLongestBusy()
-{
-    const double fLongest = m_fLongestBusy;
-    m_fLongestBusy = 0.0;
-    m_awake.restart();
-    return fLongest;
 }

@@ -3,6 +3,7 @@
 #include "FakeHost.h"
 #include "basemodule/IHostAnalysis.h"
 
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QPluginLoader>
 #include <QStringList>
@@ -12,6 +13,20 @@ class IBigImgPreviewPlugin;
 class IPreviewSpaceDialog;
 class QGraphicsItem;
 class QGraphicsView;
+
+/** An application that knows the longest time its GUI thread was busy with one event and all that followed from it. */
+class TimedApplication : public QApplication {
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject *pReceiver, QEvent *pEvent) override;
+    /** Milliseconds since the last call of this. */
+    double takeLongestBusy();
+
+private:
+    int m_nDepth = 0;
+    double m_fLongest = 0.0;
+};
 
 /**
  * The built preview plug-in and the reference host's real decoder on a list of files, in a real quick preview of
@@ -49,9 +64,6 @@ public:
         return threadMsec() - fBegin;
     }
 
-    /** Longest time since the last call that the GUI thread was busy in one go, in milliseconds. */
-    double takeLongestBusy();
-
 protected:
     bool eventFilter(QObject *pWatched, QEvent *pEvent) override;
 
@@ -69,6 +81,4 @@ private:
     IHostAnalysis *m_pAnalysis = nullptr;
     IPreviewSpaceDialog *m_pDialog = nullptr;
     bool m_bPainted = false;
-    QElapsedTimer m_awake;
-    double m_fLongestBusy = 0.0;
 };
