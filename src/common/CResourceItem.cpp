@@ -1,5 +1,6 @@
 #include "common/CResourceItem.h"
 
+#include "common/PictureTurn.h"
 #include "common/ZoomModel.h"
 
 #include <QGraphicsSceneWheelEvent>
@@ -30,30 +31,6 @@ bool prepareBuffer(QImage *pBuffer, const QSize &size, QImage::Format format)
         *pBuffer = QImage(size, format);
     pBuffer->setDevicePixelRatio(1.0);
     return !pBuffer->isNull();
-}
-
-/** Writes a picture turned by a right angle, and then mirrored left to right, in blocks that fit the nearest cache. */
-void turnInto(const QImage &upright, bool bClockwise, bool bMirrored, QImage *pTurned)
-{
-    constexpr int Block = 32;
-    const int nWidth = pTurned->width();
-    const int nHeight = pTurned->height();
-    const auto *pSource = reinterpret_cast<const quint32 *>(upright.constBits());
-    auto *pTarget = reinterpret_cast<quint32 *>(pTurned->bits());
-    const qptrdiff nSourceLine = upright.bytesPerLine() / 4;
-    const qptrdiff nTargetLine = pTurned->bytesPerLine() / 4;
-    const bool bFromBelow = bClockwise != bMirrored;
-    for (int nTop = 0; nTop < nHeight; nTop += Block) {
-        for (int nLeft = 0; nLeft < nWidth; nLeft += Block) {
-            const int nRight = qMin(nLeft + Block, nWidth);
-            for (int y = nTop; y < qMin(nTop + Block, nHeight); ++y) {
-                const qptrdiff nColumn = bClockwise ? y : nHeight - 1 - y;
-                quint32 *pRow = pTarget + y * nTargetLine;
-                for (int x = nLeft; x < nRight; ++x)
-                    pRow[x] = pSource[(bFromBelow ? nWidth - 1 - x : x) * nSourceLine + nColumn];
-            }
-        }
-    }
 }
 
 bool isTurnedByRightAngle(const QTransform &transform)
@@ -300,10 +277,12 @@ void CResourceItem::paintTurned(QPainter *pPainter, const QRectF &exposed) const
     {
         QPainter painter(&m_uprightBuffer);
         painter.setRenderHints(pPainter->renderHints());
-        painter.setTransform(toScreen * upright);
+        // Without the rounding errors of the turns, which would send the rasterizer down its slow path.
+        const QTransform whole = toScreen * upright;
+        painter.setTransform(QTransform(whole.m11(), 0.0, 0.0, whole.m22(), whole.dx(), whole.dy()));
         paintLevel(&painter, exposed, painter.worldTransform());
     }
-    turnInto(m_uprightBuffer, bClockwise, bMirrored, &m_turnedBuffer);
+    PictureTurn::turnInto(m_uprightBuffer, bClockwise, bMirrored, &m_turnedBuffer);
     m_turnedBuffer.setDevicePixelRatio(fRatio);
     pPainter->save();
     pPainter->resetTransform();

@@ -2,6 +2,7 @@
 #include "common/CResourceItem.h"
 #include "common/PictureLevels.h"
 #include "common/PictureMemory.h"
+#include "common/PictureTurn.h"
 #include "common/PlaceholderPainter.h"
 #include "common/ZoomModel.h"
 
@@ -60,6 +61,7 @@ private Q_SLOTS:
     void levels();
     void pixelsAreCopiedPastTheCache();
     void levelsAverageEveryPixel();
+    void picturesAreTurned();
     void boundingRects_data();
     void boundingRects();
     void turnsAndFlips_data();
@@ -213,6 +215,26 @@ void tst_zoom::pixelsAreCopiedPastTheCache()
             QCOMPARE(PictureLevels::copyPixels(source.constData(), target.data() + nOffset, Length), nTransparent < 0);
             QCOMPARE(target.mid(nOffset, Length), source);
             QCOMPARE(target.at(nOffset + Length), 0x12345678U);
+        }
+    }
+}
+
+/** As Qt turns and mirrors, pixel by pixel, also where sides are no multiples of what is turned at once. */
+void tst_zoom::picturesAreTurned()
+{
+    for (const QSize &size : {QSize(1, 1), QSize(4, 4), QSize(3, 50), QSize(37, 33), QSize(70, 101)}) {
+        QImage upright(size, QImage::Format_RGB32);
+        for (int y = 0; y < size.height(); ++y) {
+            for (int x = 0; x < size.width(); ++x)
+                upright.setPixel(x, y, QRandomGenerator::global()->generate() | 0xFF000000U);
+        }
+        for (const bool bClockwise : {false, true}) {
+            for (const bool bMirrored : {false, true}) {
+                QImage turned(size.transposed(), QImage::Format_RGB32);
+                PictureTurn::turnInto(upright, bClockwise, bMirrored, &turned);
+                const QImage expected = upright.transformed(QTransform().rotate(bClockwise ? 90.0 : -90.0));
+                QCOMPARE(turned, expected.mirrored(bMirrored, false));
+            }
         }
     }
 }
