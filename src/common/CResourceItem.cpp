@@ -25,12 +25,15 @@ QPoint centredTopLeft(const QSize &size)
     return {-(size.width() / 2), -(size.height() / 2)};
 }
 
-bool prepareBuffer(QImage *pBuffer, const QSize &size, QImage::Format format)
+/** A picture in memory that is kept: what is visible changes its size with almost every frame of a drag. */
+QImage bufferOf(QImage *pMemory, const QSize &size, QImage::Format format)
 {
-    if (pBuffer->size() != size || pBuffer->format() != format)
-        *pBuffer = QImage(size, format);
-    pBuffer->setDevicePixelRatio(1.0);
-    return !pBuffer->isNull();
+    constexpr int Reserve = 64;
+    if (pMemory->width() < size.width() || pMemory->height() < size.height() || pMemory->format() != format)
+        *pMemory = QImage(size.width() + Reserve, size.height() + Reserve, format);
+    if (pMemory->isNull())
+        return {};
+    return {pMemory->bits(), size.width(), size.height(), pMemory->bytesPerLine(), format};
 }
 
 bool isTurnedByRightAngle(const QTransform &transform)
@@ -269,24 +272,25 @@ void CResourceItem::paintTurned(QPainter *pPainter, const QRectF &exposed) const
     const bool bCovered = toScreen.mapRect(boundingRect()).contains(QRectF(screen));
     const QImage::Format format =
         bCovered && !m_picture.hasAlphaChannel() ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied;
-    if (!prepareBuffer(&m_uprightBuffer, screen.size().transposed(), format) ||
-        !prepareBuffer(&m_turnedBuffer, screen.size(), format))
+    QImage uprightPart = bufferOf(&m_uprightBuffer, screen.size().transposed(), format);
+    QImage turnedPart = bufferOf(&m_turnedBuffer, screen.size(), format);
+    if (uprightPart.isNull() || turnedPart.isNull())
         return;
     if (format != QImage::Format_RGB32)
-        m_uprightBuffer.fill(Qt::transparent);
+        uprightPart.fill(Qt::transparent);
     {
-        QPainter painter(&m_uprightBuffer);
+        QPainter painter(&uprightPart);
         painter.setRenderHints(pPainter->renderHints());
         // Without the rounding errors of the turns, which would send the rasterizer down its slow path.
         const QTransform whole = toScreen * upright;
         painter.setTransform(QTransform(whole.m11(), 0.0, 0.0, whole.m22(), whole.dx(), whole.dy()));
         paintLevel(&painter, exposed, painter.worldTransform());
     }
-    PictureTurn::turnInto(m_uprightBuffer, bClockwise, bMirrored, &m_turnedBuffer);
-    m_turnedBuffer.setDevicePixelRatio(fRatio);
+    PictureTurn::turnInto(uprightPart, bClockwise, bMirrored, &turnedPart);
+    turnedPart.setDevicePixelRatio(fRatio);
     pPainter->save();
     pPainter->resetTransform();
-    pPainter->drawImage(QPointF(screen.topLeft()) / fRatio, m_turnedBuffer);
+    pPainter->drawImage(QPointF(screen.topLeft()) / fRatio, turnedPart);
     pPainter->restore();
 }
 
