@@ -17,7 +17,7 @@
 namespace {
 
 constexpr int NoteModeOn = 2;
-constexpr int SpareMemoryMsec = 3000;
+constexpr int SpareMemoryMsec = 1500;
 constexpr int ToolBarTop = 58;
 constexpr int CornerTop = 20;
 constexpr int FirstCornerRight = 220;

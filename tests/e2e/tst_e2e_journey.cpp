@@ -236,10 +236,11 @@ void JourneyTest::showsEverySample()
 
 void JourneyTest::isIdle()
 {
-    // Half a second after a picture was opened the host decodes its neighbours; then there is nothing left to do.
+    // Half a second after a picture was opened the host decodes its neighbours, a second later spare memory is given
+    // back; then there is nothing left to do.
     Idleness idleness;
     const auto isQuiet = [&idleness] {
-        idleness = watchIdle(600);
+        idleness = watchIdle(2000);
         return idleness.timers.isEmpty() && idleness.fCpuMsec < 30.0;
     };
     QVERIFY(m_pHost->open(QStringLiteral("landscape.jpg")));
