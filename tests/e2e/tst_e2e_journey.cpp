@@ -244,10 +244,10 @@ void JourneyTest::isIdle()
         return idleness.timers.isEmpty() && idleness.fCpuMsec < 30.0;
     };
     QVERIFY(m_pHost->open(QStringLiteral("landscape.jpg")));
-    QTRY_VERIFY_WITH_TIMEOUT(isQuiet(), PatienceMsec);
+    QTRY_VERIFY_WITH_TIMEOUT(isQuiet(), 4 * PatienceMsec);
     QVERIFY2(isQuiet(), qPrintable(idleness.text()));
     QVERIFY(m_pHost->returnToGrid());
-    QTRY_VERIFY_WITH_TIMEOUT(isQuiet(), PatienceMsec);
+    QTRY_VERIFY_WITH_TIMEOUT(isQuiet(), 4 * PatienceMsec);
     QVERIFY2(isQuiet(), qPrintable(idleness.text()));
     qInfo("idle: %s", qPrintable(idleness.text()));
 }
