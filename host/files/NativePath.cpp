@@ -32,6 +32,7 @@ FileState fileState(const QByteArray &native)
     result.bFile = S_ISREG(state.st_mode);
     result.bFolder = S_ISDIR(state.st_mode);
     result.nSize = state.st_size;
+    result.nInode = qint64(state.st_ino);
     result.nModifiedMsec = qint64(state.st_mtim.tv_sec) * 1000 + state.st_mtim.tv_nsec / 1000000;
     return result;
 }

@@ -15,6 +15,7 @@ struct FileState {
     bool bFolder = false;
     qint64 nSize = 0;
     qint64 nModifiedMsec = 0; ///< Milliseconds since 1970, UTC.
+    qint64 nInode = 0;        ///< The same for a file that was moved within its drive.
 };
 
 /** The state of what stands at these native bytes. Any thread; touches the disk. */

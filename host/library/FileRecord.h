@@ -6,6 +6,9 @@
 #include <QCollator>
 #include <QDateTime>
 
+/** Whether the pictures of a file in its present state were made. The numbers are stored. */
+enum class AnalysisState { Waiting = 0, Done = 1, Impossible = 2 };
+
 /** What the library stores of one file. A plain value; crosses threads. */
 struct FileRow {
     qint64 id = 0;
@@ -16,6 +19,9 @@ struct FileRow {
     qint64 nType = 0;
     bool bHasVideo = false; ///< Looked up for the one container that holds either; see the scanner.
     bool bAvailable = true;
+    qint64 nInode = 0; ///< Tells a moved file from a new one.
+    AnalysisState analysis = AnalysisState::Waiting;
+    bool bMoved = false; ///< Known from another place; set by the store.
 };
 
 Q_DECLARE_METATYPE(FileRow)

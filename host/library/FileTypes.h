@@ -7,6 +7,12 @@ namespace FileTypes {
 
 enum Type : qint64 { Unknown = 0, Gif = 30, Svg = 100, Heic = 170, Ogg = 620 };
 
+/** Kinds of files that a user tells apart. */
+enum class Kind { Any, Picture, Camera, Document, Video, Sound, Other };
+
+/** The kind of a type; never Any. */
+Kind kindOf(qint64 nType);
+
 /** The number of a suffix (without dot, any case); Unknown for a suffix that the library does not know. */
 qint64 typeOfSuffix(const QString &suffix);
 

@@ -45,6 +45,7 @@ FileRow makeRow(const QString &folder, const QString &name, const QByteArray &na
     row.bAvailable = state.bFile;
     row.nSize = state.nSize;
     row.nModifiedMsec = state.nModifiedMsec;
+    row.nInode = state.nInode;
     row.nType = FileTypes::typeOfSuffix(FileTypes::suffixOfName(name));
     row.bHasVideo = row.nType == FileTypes::Ogg && state.bFile && hasOggVideo(native);
     return row;
@@ -92,6 +93,8 @@ void FolderScanner::scanFolder(const QString &folder, QStringList *pSubFolders, 
     if (m_visited.contains(canonical))
         return;
     m_visited.insert(canonical);
+    if (m_filter && !m_filter(folder))
+        return;
 
     std::filesystem::directory_iterator entry(native, error);
     QSet<QString> oddNames;

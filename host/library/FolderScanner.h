@@ -15,6 +15,7 @@ struct ScanReport {
     int nUnreadableFolders = 0; ///< Folders that could not be listed.
     int nUnrepresentable = 0;   ///< Entries whose names cannot be told apart as text.
     bool bCancelled = false;
+    bool bPartial = false; ///< Only folders in which something changed were looked at.
 };
 
 Q_DECLARE_METATYPE(ScanReport)
@@ -29,7 +30,13 @@ public:
     using Batch = QVector<FileRow>;
     using BatchHandler = std::function<void(const Batch &)>;
 
+    /** Told of each folder before it is listed; false keeps the scan out of it. */
+    using FolderFilter = std::function<bool(const QString &folder)>;
+
     FolderScanner(std::shared_ptr<std::atomic_bool> pCancelled, BatchHandler handler);
+
+    /** Without a filter every folder is entered. */
+    void setFolderFilter(FolderFilter filter) { m_filter = std::move(filter); }
 
     /** Hands the files of the folders over in batches, each file once. Ids are left 0. */
     ScanReport scan(const QStringList &roots, bool bRecursive);
@@ -41,6 +48,7 @@ private:
 
     std::shared_ptr<std::atomic_bool> m_pCancelled;
     BatchHandler m_handler;
+    FolderFilter m_filter;
     Batch m_batch;
     QSet<QByteArray> m_visited;
 };

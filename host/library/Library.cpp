@@ -9,6 +9,7 @@ void registerTypes()
 {
     qRegisterMetaType<FileRecordList>("FileRecordList");
     qRegisterMetaType<ScanReport>("ScanReport");
+    qRegisterMetaType<QVector<LabelRecord>>("QVector<LabelRecord>");
     qRegisterMetaType<QVector<qint64>>("QVector<qint64>");
     qRegisterMetaType<QVector<NoteRecord>>("QVector<NoteRecord>");
     qRegisterMetaType<QHash<qint64, TagRecordList>>("QHash<qint64,TagRecordList>");
@@ -61,6 +62,18 @@ void Library::connectWorker()
             Q_EMIT signalScanProgress(nFiles);
     });
     connect(m_pWorker, &LibraryWorker::signalScanEnded, this, &Library::takeScanEnd);
+    connect(m_pWorker, &LibraryWorker::signalFoldersChanged, this, &Library::lookAgain);
+    connect(m_pWorker, &LibraryWorker::signalForgotten, this, &Library::takeForgotten);
+    connect(m_pWorker, &LibraryWorker::signalRenamed, this, &Library::signalRenamed);
+    connect(m_pWorker, &LibraryWorker::signalLabelRecords, this, [this](const QVector<LabelRecord> &labels) {
+        m_labels = labels;
+        Q_EMIT signalLabelRecords();
+    });
+    connect(m_pWorker, &LibraryWorker::signalUnusable, this, [this](const QString &path, const QString &reason) {
+        Q_EMIT signalProblem(
+            tr("The library %1 cannot be used: %2. Changes of this session are not kept.").arg(path, reason));
+        Q_EMIT signalUnusable(path, reason);
+    });
     connect(m_pWorker, &LibraryWorker::signalNotesStored, this,
             [this](qint64 nActionId, qint64 nFileId, const QVector<NoteRecord> &notes,
                    const QSharedPointer<const IResponseInfo> &pResponse) {
@@ -89,6 +102,9 @@ void Library::changeFolders(const QStringList &folders, bool bRecursive)
     m_folders.removeDuplicates();
     m_bRecursive = bRecursive;
     m_records.clear();
+    m_pWorker->watcher()->clear();
+    m_changedFolders.clear();
+    m_bLooking = false;
     Q_EMIT signalCleared();
 }
 
@@ -129,17 +145,45 @@ void Library::startScan(bool bAnnounceKnown)
     post([pWorker = m_pWorker, nGeneration, folders = m_folders, bRecursive = m_bRecursive, bAnnounceKnown] {
         pWorker->beginScan(nGeneration, folders, bRecursive, bAnnounceKnown);
     });
+    m_bLooking = false;
+    runScanner(nGeneration, m_folders, false);
+}
+
+void Library::runScanner(int nGeneration, const QStringList &folders, bool bLook)
+{
     // The scanner only posts to the worker, which outlives the pool.
-    m_scanPool.start([pWorker = m_pWorker, nGeneration, folders = m_folders, bRecursive = m_bRecursive,
+    m_scanPool.start([pWorker = m_pWorker, nGeneration, folders, bRecursive = m_bRecursive, bLook,
                       pCancelled = m_pCancelled] {
         FolderScanner scanner(pCancelled, [pWorker, nGeneration](const FolderScanner::Batch &batch) {
             QMetaObject::invokeMethod(
                 pWorker, [pWorker, nGeneration, batch] { pWorker->takeIn(nGeneration, batch); }, Qt::QueuedConnection);
         });
-        const ScanReport report = scanner.scan(folders, bRecursive);
+        // Watched before it is listed, so that nothing slips between. A look enters new folders only.
+        scanner.setFolderFilter([pWatcher = pWorker->watcher(), &folders, bLook](const QString &folder) {
+            if (bLook && pWatcher->contains(folder) && !folders.contains(folder))
+                return false;
+            pWatcher->add(folder);
+            return true;
+        });
+        ScanReport report = scanner.scan(folders, bRecursive);
+        report.bPartial = bLook;
         QMetaObject::invokeMethod(
             pWorker, [pWorker, nGeneration, report] { pWorker->endScan(nGeneration, report); }, Qt::QueuedConnection);
     });
+}
+
+void Library::lookAgain(const QStringList &folders)
+{
+    for (const QString &folder : folders)
+        m_changedFolders.insert(folder);
+    if (m_bScanning || m_bLooking || m_changedFolders.isEmpty())
+        return;
+    const QStringList places(m_changedFolders.cbegin(), m_changedFolders.cend());
+    m_changedFolders.clear();
+    m_bLooking = true;
+    m_pCancelled = std::make_shared<std::atomic_bool>(false);
+    post([pWorker = m_pWorker, nGeneration = m_nGeneration, places] { pWorker->beginLook(nGeneration, places); });
+    runScanner(m_nGeneration, places, true);
 }
 
 void Library::takeRecords(int nGeneration, const FileRecordList &records)
@@ -152,19 +196,38 @@ void Library::takeRecords(int nGeneration, const FileRecordList &records)
     Q_EMIT signalRecords(records);
 }
 
-void Library::takeScanEnd(int nGeneration, const QVector<qint64> &goneIds, const ScanReport &report)
+void Library::takeScanEnd(int nGeneration, const FileRecordList &missing, const ScanReport &report)
 {
     if (nGeneration != m_nGeneration)
         return;
-    m_bScanning = false;
+    (report.bPartial ? m_bLooking : m_bScanning) = false;
+    QVector<qint64> missingIds;
+    FileRecordList changed;
+    for (const FileRecordPtr &pRecord : missing) {
+        if (!m_records.contains(pRecord->fileId()))
+            continue;
+        m_records.insert(pRecord->fileId(), pRecord);
+        missingIds.append(pRecord->fileId());
+        changed.append(pRecord);
+    }
+    if (!changed.isEmpty()) {
+        Q_EMIT signalRecords(changed);
+        Q_EMIT signalMissing(missingIds);
+    }
+    if (!report.bPartial)
+        Q_EMIT signalScanEnded(report);
+    lookAgain({});
+}
+
+void Library::takeForgotten(const QVector<qint64> &fileIds)
+{
     QVector<qint64> removed;
-    for (const qint64 nId : goneIds) {
+    for (const qint64 nId : fileIds) {
         if (m_records.remove(nId) > 0)
             removed.append(nId);
     }
     if (!removed.isEmpty())
         Q_EMIT signalRemoved(removed);
-    Q_EMIT signalScanEnded(report);
 }
 
 void Library::takeNotes(qint64 nFileId, const QVector<NoteRecord> &notes)
@@ -203,4 +266,41 @@ qint64 Library::addLabels(const QVector<qint64> &fileIds, const TagRecordList &l
     const qint64 nActionId = ++m_nLastActionId;
     post([pWorker = m_pWorker, nActionId, fileIds, labels] { pWorker->addLabels(nActionId, fileIds, labels); });
     return nActionId;
+}
+
+void Library::forgetFiles(const QVector<qint64> &fileIds)
+{
+    post([pWorker = m_pWorker, fileIds] { pWorker->forget(fileIds); });
+}
+
+qint64 Library::renameFile(qint64 nFileId, const QString &newName)
+{
+    const FileRecordPtr pRecord = m_records.value(nFileId);
+    if (pRecord == nullptr)
+        return 0;
+    const qint64 nActionId = ++m_nLastActionId;
+    post([pWorker = m_pWorker, nActionId, row = pRecord->row(), newName] {
+        pWorker->renameFile(nActionId, row, newName);
+    });
+    return nActionId;
+}
+
+void Library::removeLabels(const QVector<qint64> &fileIds, const QVector<quint64> &labelIds)
+{
+    post([pWorker = m_pWorker, fileIds, labelIds] { pWorker->removeLabels(fileIds, labelIds); });
+}
+
+void Library::setLabelColor(quint64 nLabelId, quint32 nColor)
+{
+    post([pWorker = m_pWorker, nLabelId, nColor] { pWorker->setLabelColor(nLabelId, nColor); });
+}
+
+void Library::deleteLabel(quint64 nLabelId)
+{
+    post([pWorker = m_pWorker, nLabelId] { pWorker->deleteLabel(nLabelId); });
+}
+
+void Library::storeAnalysis(const QVector<FileRow> &files)
+{
+    post([pWorker = m_pWorker, files] { pWorker->setAnalysis(files); });
 }

@@ -47,6 +47,22 @@ public:
     FileRecordPtr record(qint64 nFileId) const { return m_records.value(nFileId); }
     int count() const { return m_records.size(); }
 
+    /** Every label of the library, by name, in view or not. */
+    const QVector<LabelRecord> &labels() const { return m_labels; }
+
+    /** Drops files from the library with their notes and labels; the disk is not touched. */
+    void forgetFiles(const QVector<qint64> &fileIds);
+
+    /** Renames a file on disk and here; never replaces another. The id comes back with signalRenamed. */
+    qint64 renameFile(qint64 nFileId, const QString &newName);
+
+    void removeLabels(const QVector<qint64> &fileIds, const QVector<quint64> &labelIds);
+    void setLabelColor(quint64 nLabelId, quint32 nColor);
+    void deleteLabel(quint64 nLabelId);
+
+    /** Keeps how far these files are analysed. */
+    void storeAnalysis(const QVector<FileRow> &files);
+
     /** Stores notes or labels; the id of the request, which comes back with its signal. */
     qint64 setNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
     qint64 addLabels(const QVector<qint64> &fileIds, const TagRecordList &labels);
@@ -57,7 +73,17 @@ Q_SIGNALS:
 
     /** Files are new, or have a new record. */
     void signalRecords(const FileRecordList &records);
+
+    /** Files left the library or the folders in view. */
     void signalRemoved(const QVector<qint64> &fileIds);
+
+    /** Files are not where they were; their records came before and say so. */
+    void signalMissing(const QVector<qint64> &fileIds);
+    void signalLabelRecords();
+    /** Without an error the file has its new name. */
+    void signalRenamed(qint64 nActionId, qint64 nFileId, const QString &error);
+    /** The library file cannot be used; changes are not kept. */
+    void signalUnusable(const QString &path, const QString &reason);
     void signalScanProgress(int nFiles);
     void signalScanEnded(const ScanReport &report);
     void signalProblem(const QString &message);
@@ -69,7 +95,10 @@ private:
     void startScan(bool bAnnounceKnown);
     void changeFolders(const QStringList &folders, bool bRecursive);
     void takeRecords(int nGeneration, const FileRecordList &records);
-    void takeScanEnd(int nGeneration, const QVector<qint64> &goneIds, const ScanReport &report);
+    void lookAgain(const QStringList &folders);
+    void runScanner(int nGeneration, const QStringList &folders, bool bLook);
+    void takeScanEnd(int nGeneration, const FileRecordList &missing, const ScanReport &report);
+    void takeForgotten(const QVector<qint64> &fileIds);
     void takeNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
     void takeLabels(const QHash<qint64, TagRecordList> &labels);
 
@@ -89,6 +118,9 @@ private:
     QStringList m_folders;
     bool m_bRecursive = true;
     bool m_bScanning = false;
+    bool m_bLooking = false;
+    QSet<QString> m_changedFolders; ///< To be looked at when the present scan ends.
+    QVector<LabelRecord> m_labels;
     int m_nGeneration = 0;
     qint64 m_nLastActionId = 0;
 };

@@ -10,7 +10,8 @@
 LibraryDataSource::LibraryDataSource(Library *pLibrary)
     : m_pLibrary(pLibrary)
 {
-    QObject::connect(pLibrary, &Library::signalRemoved, &m_fileList, &IFileListProvider::signalRemoveFiles);
+    for (const auto gone : {&Library::signalRemoved, &Library::signalMissing})
+        QObject::connect(pLibrary, gone, &m_fileList, &IFileListProvider::signalRemoveFiles);
 }
 
 FileInfoPtr LibraryDataSource::fileInfo(qint64 nFileId, TagRecordList *pTags)

@@ -68,6 +68,14 @@ const LibrarySchema::Steps &LibrarySchema::steps()
             QStringLiteral("CREATE TABLE covers (file_id INTEGER PRIMARY KEY REFERENCES files(id) ON DELETE CASCADE,"
                            " path TEXT NOT NULL)"),
         },
+        {
+            // Moved files are found again by what does not change on the way.
+            QStringLiteral("ALTER TABLE files ADD COLUMN inode INTEGER NOT NULL DEFAULT 0"),
+            QStringLiteral("CREATE INDEX files_by_state ON files (size, mtime)"),
+            QStringLiteral("ALTER TABLE files ADD COLUMN analysis INTEGER NOT NULL DEFAULT 0"),
+            // 0: no colour of its own.
+            QStringLiteral("ALTER TABLE labels ADD COLUMN color INTEGER NOT NULL DEFAULT 0"),
+        },
     };
     return all;
 }

@@ -16,17 +16,6 @@ QString tr(const char *text)
     return QCoreApplication::translate("LibraryStore", text);
 }
 
-/** Bound values for "path = ? OR (path >= ? AND path < ?)": the folder and all below, served by the index. */
-void bindFolderRange(QSqlQuery *pQuery, const QString &folder, bool bRecursive)
-{
-    const QString below = folder.endsWith(QLatin1Char('/')) ? folder : QString(folder + QLatin1Char('/'));
-    QString end = below;
-    end[end.size() - 1] = QChar('/' + 1);
-    pQuery->addBindValue(folder);
-    pQuery->addBindValue(below);
-    pQuery->addBindValue(bRecursive ? end : below);
-}
-
 } // namespace
 
 LibraryStore::LibraryStore()
@@ -94,6 +83,8 @@ void LibraryStore::close()
 {
     m_pFindFile.reset();
     m_pAddFile.reset();
+    m_pFindMoved.reset();
+    m_pMoveFile.reset();
     m_folderIds.clear();
     if (!m_database.isValid())
         return;
@@ -163,79 +154,6 @@ QVector<FileRow> LibraryStore::takeIn(const QVector<FileRow> &files)
     return finishTransaction(bDone) ? result : QVector<FileRow>();
 }
 
-bool LibraryStore::takeInFile(FileRow *pFile)
-{
-    if (m_pFindFile == nullptr) {
-        m_pFindFile = std::make_unique<QSqlQuery>(prepared(
-            QStringLiteral("SELECT id, size, mtime, type_id, available FROM files WHERE folder_id = ? AND name = ?")));
-        m_pAddFile = std::make_unique<QSqlQuery>(prepared(QStringLiteral(
-            "INSERT INTO files (folder_id, name, size, mtime, type_id, has_video) VALUES (?, ?, ?, ?, ?, ?)"
-            " ON CONFLICT (folder_id, name) DO UPDATE SET size = excluded.size, mtime = excluded.mtime,"
-            " type_id = excluded.type_id, has_video = excluded.has_video, width = NULL, height = NULL, available = "
-            "1")));
-    }
-    FileRow &file = *pFile;
-    const qint64 nFolderId = folderId(file.folder);
-    m_pFindFile->bindValue(0, nFolderId);
-    m_pFindFile->bindValue(1, file.name);
-    if (nFolderId == 0 || !exec(m_pFindFile.get()))
-        return false;
-    bool bUnchanged = false;
-    if (m_pFindFile->next()) {
-        file.id = m_pFindFile->value(0).toLongLong();
-        bUnchanged = m_pFindFile->value(1).toLongLong() == file.nSize &&
-                     m_pFindFile->value(2).toLongLong() == file.nModifiedMsec &&
-                     m_pFindFile->value(3).toLongLong() == file.nType && m_pFindFile->value(4).toBool();
-    }
-    m_pFindFile->finish();
-    if (!bUnchanged) {
-        const QVariant values[] = {nFolderId, file.name, file.nSize, file.nModifiedMsec, file.nType, file.bHasVideo};
-        int nPosition = 0;
-        for (const QVariant &value : values)
-            m_pAddFile->bindValue(nPosition++, value);
-        if (!exec(m_pAddFile.get()))
-            return false;
-        if (file.id == 0)
-            file.id = m_pAddFile->lastInsertId().toLongLong();
-    }
-    return true;
-}
-
-QVector<FileRow> LibraryStore::filesUnder(const QStringList &folders, bool bRecursive)
-{
-    QVector<FileRow> rows;
-    QSet<qint64> taken;
-    for (const QString &folder : folders) {
-        QSqlQuery query = prepared(
-            QStringLiteral("SELECT files.id, folders.path, name, size, mtime, type_id, has_video FROM folders"
-                           " JOIN files ON files.folder_id = folders.id"
-                           " WHERE (path = ? OR (path >= ? AND path < ?)) AND available = 1 ORDER BY folders.id"));
-        bindFolderRange(&query, folder, bRecursive);
-        if (!exec(&query))
-            return rows;
-        QString sharedFolder;
-        while (query.next()) {
-            FileRow row;
-            row.id = query.value(0).toLongLong();
-            if (taken.contains(row.id))
-                continue;
-            taken.insert(row.id);
-            // One string for all files of a folder: with 100,000 records the paths would otherwise be most of them.
-            const QString rowFolder = query.value(1).toString();
-            if (rowFolder != sharedFolder)
-                sharedFolder = rowFolder;
-            row.folder = sharedFolder;
-            row.name = query.value(2).toString();
-            row.nSize = query.value(3).toLongLong();
-            row.nModifiedMsec = query.value(4).toLongLong();
-            row.nType = query.value(5).toLongLong();
-            row.bHasVideo = query.value(6).toBool();
-            rows.append(row);
-        }
-    }
-    return rows;
-}
-
 bool LibraryStore::setUnavailable(const QVector<qint64> &fileIds)
 {
     if (!beginTransaction())
@@ -291,59 +209,6 @@ bool LibraryStore::writeNotes(qint64 nFileId, const QVector<NoteRecord> &notes)
             add.bindValue(nPosition++, value);
         if (!exec(&add))
             return false;
-    }
-    return true;
-}
-
-QHash<qint64, TagRecordList> LibraryStore::allLabels()
-{
-    QHash<qint64, TagRecordList> labels;
-    QHash<quint64, TagRecordPtr> shared;
-    QSqlQuery query = prepared(QStringLiteral("SELECT file_id, label_id, name FROM file_labels"
-                                              " JOIN labels ON labels.id = label_id ORDER BY file_id, name"));
-    if (!exec(&query))
-        return labels;
-    while (query.next()) {
-        TagRecordPtr &pLabel = shared[query.value(1).toULongLong()];
-        if (pLabel == nullptr)
-            pLabel = TagRecordPtr(new TagRecord{query.value(1).toULongLong(), query.value(2).toString()});
-        labels[query.value(0).toLongLong()].append(pLabel);
-    }
-    return labels;
-}
-
-quint64 LibraryStore::labelId(const TagRecord &label)
-{
-    if (label.name.isEmpty())
-        return label.id;
-    QSqlQuery add = prepared(QStringLiteral("INSERT OR IGNORE INTO labels (name) VALUES (?)"));
-    add.addBindValue(label.name);
-    QSqlQuery find = prepared(QStringLiteral("SELECT id FROM labels WHERE name = ?"));
-    find.addBindValue(label.name);
-    return exec(&add) && exec(&find) && find.next() ? find.value(0).toULongLong() : 0;
-}
-
-bool LibraryStore::addLabels(const QVector<qint64> &fileIds, const TagRecordList &labels)
-{
-    return beginTransaction() && finishTransaction(writeLabels(fileIds, labels));
-}
-
-bool LibraryStore::writeLabels(const QVector<qint64> &fileIds, const TagRecordList &labels)
-{
-    QSqlQuery link = prepared(QStringLiteral("INSERT INTO file_labels (file_id, label_id) VALUES (?, ?)"
-                                             " ON CONFLICT DO NOTHING"));
-    for (const TagRecordPtr &pLabel : labels) {
-        const quint64 nLabelId = pLabel != nullptr ? labelId(*pLabel) : 0;
-        if (nLabelId == 0) {
-            m_lastError = tr("a label is neither named nor known");
-            return false;
-        }
-        for (const qint64 nFileId : fileIds) {
-            link.bindValue(0, nFileId);
-            link.bindValue(1, nLabelId);
-            if (!exec(&link))
-                return false;
-        }
     }
     return true;
 }

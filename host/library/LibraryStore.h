@@ -2,12 +2,14 @@
 
 #include "interfaces/data/TagRecord.h"
 #include "library/FileRecord.h"
+#include "library/LabelRecord.h"
 
 #include <QHash>
 #include <QSet>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 
+#include <functional>
 #include <memory>
 
 /**
@@ -30,13 +32,29 @@ public:
     void close();
     QString lastError() const { return m_lastError; }
 
-    /** Stores the state of these files; the same with their ids, nothing when it fails. */
+    /**
+     * Stores the state of these files; the same with their ids, nothing when it fails. A new place of a file that is
+     * gone from its old one is the same file, with everything that was added to it.
+     */
     QVector<FileRow> takeIn(const QVector<FileRow> &files);
 
-    /** The available files in these folders, with or without their sub-folders. */
+    /** The files known in these folders, with or without their sub-folders, the missing ones too. */
     QVector<FileRow> filesUnder(const QStringList &folders, bool bRecursive);
 
+    /** This folder and those below it that ever held files. */
+    QStringList foldersUnder(const QString &folder);
+
     bool setUnavailable(const QVector<qint64> &fileIds);
+
+    /** Drops files with everything that was added to them. */
+    bool forget(const QVector<qint64> &fileIds);
+
+    /** Gives a file another name, on disk by the call, here only where that succeeds. */
+    bool renameFile(const FileRow &file, const QString &newName, qint64 nNewType,
+                    const std::function<bool()> &renameOnDisk);
+
+    /** Keeps how far these files are analysed, where they are still in the state that the rows tell. */
+    bool setAnalysis(const QVector<FileRow> &files);
 
     QHash<qint64, QVector<NoteRecord>> allNotes();
     bool setNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
@@ -46,9 +64,17 @@ public:
     /** Adds the labels to the files: named ones are found or made by name, others must be known by id. */
     bool addLabels(const QVector<qint64> &fileIds, const TagRecordList &labels);
 
+    /** Every label, by name. */
+    QVector<LabelRecord> labelRecords();
+    bool removeLabels(const QVector<qint64> &fileIds, const QVector<quint64> &labelIds);
+    bool setLabelColor(quint64 nLabelId, quint32 nColor);
+    bool deleteLabel(quint64 nLabelId);
+
 private:
     qint64 folderId(const QString &folder);
     bool takeInFile(FileRow *pFile);
+    bool claimMoved(FileRow *pFile, qint64 nFolderId);
+    void prepareTakeIn();
     bool writeNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
     bool writeLabels(const QVector<qint64> &fileIds, const TagRecordList &labels);
     quint64 labelId(const TagRecord &label);
@@ -63,5 +89,7 @@ private:
     QHash<QString, qint64> m_folderIds;
     std::unique_ptr<QSqlQuery> m_pFindFile;
     std::unique_ptr<QSqlQuery> m_pAddFile;
+    std::unique_ptr<QSqlQuery> m_pFindMoved;
+    std::unique_ptr<QSqlQuery> m_pMoveFile;
     QString m_lastError;
 };

@@ -1,5 +1,8 @@
 #include "library/LibraryWorker.h"
 
+#include "files/NativePath.h"
+#include "files/SafeRename.h"
+#include "library/FileTypes.h"
 #include "library/LibraryActions.h"
 
 #include <utility>
@@ -7,20 +10,22 @@
 LibraryWorker::LibraryWorker(QSharedPointer<const RenditionSource> pRenditions)
     : m_pRenditions(std::move(pRenditions))
     , m_collator(fileNameCollator())
+    , m_watcher(this)
 {
+    connect(&m_watcher, &FolderWatcher::signalChanged, this, &LibraryWorker::signalFoldersChanged);
 }
 
 void LibraryWorker::open(const QString &path)
 {
     QString error;
     if (!m_store.open(path, &error)) {
-        Q_EMIT signalProblem(
-            tr("The library %1 cannot be used: %2. Changes of this session are not kept.").arg(path, error));
+        Q_EMIT signalUnusable(path, error);
         if (!m_store.openCopy(path, &error))
             Q_EMIT signalProblem(tr("There is no SQLite driver: %1").arg(error));
     }
     m_notes = m_store.allNotes();
     m_labels = m_store.allLabels();
+    Q_EMIT signalLabelRecords(m_store.labelRecords());
 }
 
 void LibraryWorker::close()
@@ -43,7 +48,7 @@ void LibraryWorker::announce(int nGeneration, const QVector<FileRow> &rows)
     QVector<FileRow> news;
     for (const FileRow &row : rows) {
         // Compared with what was announced, not with the library: another instance may have stored the change.
-        const QPair<qint64, qint64> state(row.nSize, row.nModifiedMsec);
+        const Announced state{row.nSize, row.nModifiedMsec, qHash(row.name, qHash(row.folder))};
         const auto known = m_announced.constFind(row.id);
         if (known != m_announced.constEnd() && known.value() == state)
             continue;
@@ -58,11 +63,14 @@ void LibraryWorker::beginScan(int nGeneration, const QStringList &roots, bool bR
 {
     m_nGeneration = nGeneration;
     m_nScanned = 0;
+    m_bLooking = false;
     m_unseen.clear();
     const QVector<FileRow> known = m_store.filesUnder(roots, bRecursive);
     m_unseen.reserve(known.size());
-    for (const FileRow &row : known)
-        m_unseen.insert(row.id);
+    for (const FileRow &row : known) {
+        if (row.bAvailable)
+            m_unseen.insert(row.id, row);
+    }
     if (!bAnnounceKnown)
         return;
     m_announced.clear();
@@ -75,10 +83,12 @@ void LibraryWorker::takeIn(int nGeneration, const QVector<FileRow> &files)
         return;
     const QVector<FileRow> rows = m_store.takeIn(files);
     if (rows.isEmpty())
-        Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
+        reportWriteError();
     for (const FileRow &row : rows)
         m_unseen.remove(row.id);
     announce(nGeneration, rows);
+    if (m_bLooking)
+        return;
     m_nScanned += files.size();
     Q_EMIT signalScanned(nGeneration, m_nScanned);
 }
@@ -87,18 +97,47 @@ void LibraryWorker::endScan(int nGeneration, const ScanReport &report)
 {
     if (nGeneration != m_nGeneration)
         return;
-    QVector<qint64> gone;
+    QVector<FileRow> gone;
     if (!report.bCancelled) {
-        gone.reserve(m_unseen.size());
-        for (const qint64 nId : qAsConst(m_unseen)) {
-            gone.append(nId);
-            m_announced.remove(nId);
+        QVector<qint64> goneIds;
+        for (FileRow row : qAsConst(m_unseen)) {
+            // A look meets no hidden files and none that moved on meanwhile.
+            const QString path = row.folder + QLatin1Char('/') + row.name;
+            if (report.bPartial && fileState(nativePath(path)).bFile)
+                continue;
+            row.bAvailable = false;
+            gone.append(row);
+            goneIds.append(row.id);
+            m_announced.remove(row.id);
         }
         m_unseen.clear();
-        if (!gone.isEmpty() && !m_store.setUnavailable(gone))
-            Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
+        if (!gone.isEmpty() && !m_store.setUnavailable(goneIds))
+            reportWriteError();
     }
-    Q_EMIT signalScanEnded(nGeneration, gone, report);
+    Q_EMIT signalScanEnded(nGeneration, makeRecords(gone), report);
+}
+
+void LibraryWorker::beginLook(int nGeneration, const QStringList &folders)
+{
+    if (nGeneration != m_nGeneration)
+        return;
+    m_bLooking = true;
+    m_unseen.clear();
+    QStringList places = folders;
+    for (const QString &folder : folders) {
+        // What stood in a folder that went away is told by the folder above it.
+        const QStringList below = m_store.foldersUnder(folder);
+        for (const QString &place : below) {
+            if (!m_watcher.contains(place) && !fileState(nativePath(place)).bFolder)
+                places.append(place);
+        }
+    }
+    places.removeDuplicates();
+    const QVector<FileRow> known = m_store.filesUnder(places, false);
+    for (const FileRow &row : known) {
+        if (row.bAvailable)
+            m_unseen.insert(row.id, row);
+    }
 }
 
 void LibraryWorker::listFolder(int nGeneration, const QString &folder, const QString &wantedName,
@@ -110,8 +149,10 @@ void LibraryWorker::listFolder(int nGeneration, const QString &folder, const QSt
     QVector<FileRow> changed;
     QHash<QString, FileRow> known;
     const QVector<FileRow> rows = m_store.filesUnder({folder}, false);
-    for (const FileRow &row : rows)
-        known.insert(row.name, row);
+    for (const FileRow &row : rows) {
+        if (row.bAvailable)
+            known.insert(row.name, row);
+    }
     bool bWantedListed = wantedName.isEmpty();
     // What is known and unchanged costs no query of its own: the user waits for this list.
     const auto takeBatch = [&](const FolderScanner::Batch &batch) {
@@ -123,6 +164,8 @@ void LibraryWorker::listFolder(int nGeneration, const QString &folder, const QSt
             bWantedListed = bWantedListed || file.name == wantedName;
         }
     };
+    m_watcher.clear();
+    m_watcher.add(folder);
     ScanReport report = FolderScanner(pCancelled, takeBatch).scan({folder}, false);
     if (!bWantedListed) {
         // Hidden, or in a folder that may not be listed: named by the user it is shown all the same.
@@ -133,7 +176,7 @@ void LibraryWorker::listFolder(int nGeneration, const QString &folder, const QSt
     if (!changed.isEmpty()) {
         const QVector<FileRow> stored = m_store.takeIn(changed);
         if (stored.isEmpty())
-            Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
+            reportWriteError();
         present += stored;
     }
     report.nFiles = present.size();
@@ -155,12 +198,7 @@ void LibraryWorker::setNotes(qint64 nActionId, qint64 nFileId, const QVector<Not
 void LibraryWorker::addLabels(qint64 nActionId, const QVector<qint64> &fileIds, const TagRecordList &labels)
 {
     const bool bDone = m_store.addLabels(fileIds, labels);
-    if (bDone) {
-        m_labels = m_store.allLabels();
-        QHash<qint64, TagRecordList> changed;
-        for (const qint64 nFileId : fileIds)
-            changed.insert(nFileId, m_labels.value(nFileId));
-        Q_EMIT signalLabels(changed);
-    }
+    if (bDone)
+        announceLabels(fileIds);
     Q_EMIT signalLabelsStored(nActionId, LibraryResponse::make(bDone, m_store.lastError(), fileIds));
 }

@@ -2,6 +2,7 @@
 
 #include "interfaces/data/IResponseInfo.h"
 #include "library/FolderScanner.h"
+#include "library/FolderWatcher.h"
 #include "library/LibraryStore.h"
 
 #include <QObject>
@@ -27,7 +28,10 @@ public:
     void beginScan(int nGeneration, const QStringList &roots, bool bRecursive, bool bAnnounceKnown);
     void takeIn(int nGeneration, const QVector<FileRow> &files);
 
-    /** Announces the known files that the scan did not meet as gone. */
+    /** Gets ready for looking again at folders in which something changed, within the scan done last. */
+    void beginLook(int nGeneration, const QStringList &folders);
+
+    /** Announces the known files that the scan did not meet as missing. */
     void endScan(int nGeneration, const ScanReport &report);
 
     /** Lists one folder here and now, announced as one list; the wanted file is in it even where it is hidden. */
@@ -36,6 +40,16 @@ public:
 
     void setNotes(qint64 nActionId, qint64 nFileId, const QVector<NoteRecord> &notes);
     void addLabels(qint64 nActionId, const QVector<qint64> &fileIds, const TagRecordList &labels);
+    void removeLabels(const QVector<qint64> &fileIds, const QVector<quint64> &labelIds);
+    void setLabelColor(quint64 nLabelId, quint32 nColor);
+    void deleteLabel(quint64 nLabelId);
+
+    void forget(const QVector<qint64> &fileIds);
+    void renameFile(qint64 nActionId, const FileRow &file, const QString &newName);
+    void setAnalysis(const QVector<FileRow> &files);
+
+    /** Any thread. */
+    FolderWatcher *watcher() { return &m_watcher; }
 
 Q_SIGNALS:
     void signalProblem(const QString &message);
@@ -44,7 +58,15 @@ Q_SIGNALS:
     void signalLabels(const QHash<qint64, TagRecordList> &labels);
     void signalRecords(int nGeneration, const FileRecordList &records);
     void signalScanned(int nGeneration, int nFiles);
-    void signalScanEnded(int nGeneration, const QVector<qint64> &goneIds, const ScanReport &report);
+    void signalScanEnded(int nGeneration, const FileRecordList &missing, const ScanReport &report);
+    void signalFoldersChanged(const QStringList &folders);
+    void signalLabelRecords(const QVector<LabelRecord> &labels);
+    void signalForgotten(const QVector<qint64> &fileIds);
+    /** Without an error the file has its new name. */
+    void signalRenamed(qint64 nActionId, qint64 nFileId, const QString &error);
+
+    /** The library file cannot be used; what it says is read where it can be. */
+    void signalUnusable(const QString &path, const QString &reason);
     void signalNotesStored(qint64 nActionId, qint64 nFileId, const QVector<NoteRecord> &notes,
                            const QSharedPointer<const IResponseInfo> &pResponse);
     void signalLabelsStored(qint64 nActionId, const QSharedPointer<const IResponseInfo> &pResponse);
@@ -53,14 +75,29 @@ private:
     /** Announces those whose state the receiver does not have yet. */
     void announce(int nGeneration, const QVector<FileRow> &rows);
     FileRecordList makeRecords(const QVector<FileRow> &rows);
+    void announceLabels(const QVector<qint64> &fileIds);
+    void reportWriteError();
 
     LibraryStore m_store;
     const QSharedPointer<const RenditionSource> m_pRenditions;
     QCollator m_collator;
     QHash<qint64, QVector<NoteRecord>> m_notes;
     QHash<qint64, TagRecordList> m_labels;
-    QSet<qint64> m_unseen;
-    QHash<qint64, QPair<qint64, qint64>> m_announced; ///< Size and time of change by file.
+    FolderWatcher m_watcher;
+    QHash<qint64, FileRow> m_unseen;
+    /** What the receiver knows of a file. */
+    struct Announced {
+        qint64 nSize = 0;
+        qint64 nModifiedMsec = 0;
+        uint nPlace = 0; ///< Hash of the path.
+
+        bool operator==(const Announced &other) const
+        {
+            return nSize == other.nSize && nModifiedMsec == other.nModifiedMsec && nPlace == other.nPlace;
+        }
+    };
+    QHash<qint64, Announced> m_announced;
     int m_nGeneration = 0;
     int m_nScanned = 0;
+    bool m_bLooking = false;
 };

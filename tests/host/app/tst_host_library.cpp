@@ -139,19 +139,20 @@ void HostLibraryTest::noticesChanges()
     const qint64 nId = idOf(gatherer.records, QStringLiteral("b.png"));
     const qint64 nOtherId = idOf(gatherer.records, QStringLiteral("a.jpg"));
 
-    QSignalSpy removed(pLibrary.get(), &Library::signalRemoved);
+    QSignalSpy missing(pLibrary.get(), &Library::signalMissing);
     QVERIFY(QFile::rename(path("files/sub/b.png"), path("away.png")));
     write(QStringLiteral("a.jpg"), 5);
     scan(pLibrary.get(), [&] { pLibrary->rescan(); });
-    QCOMPARE(removed.size(), 1);
-    QCOMPARE(removed.first().first().value<QVector<qint64>>(), QVector<qint64>{nId});
-    QVERIFY(pLibrary->record(nId) == nullptr);
+    QTRY_COMPARE(missing.size(), 1);
+    QCOMPARE(missing.first().first().value<QVector<qint64>>(), QVector<qint64>{nId});
+    // Not forgotten: it is shown dimmed.
+    QVERIFY(pLibrary->record(nId)->isUnavailable());
     QCOMPARE(pLibrary->record(nOtherId)->row().nSize, 5);
 
     // What comes back is the same file as before.
     QVERIFY(QFile::rename(path("away.png"), path("files/sub/b.png")));
     scan(pLibrary.get(), [&] { pLibrary->rescan(); });
-    QVERIFY(pLibrary->record(nId) != nullptr);
+    QVERIFY(!pLibrary->record(nId)->isUnavailable());
     QCOMPARE(pLibrary->count(), 2);
 }
 
