@@ -42,6 +42,17 @@ qint64 FileGridView::currentFileId() const
     return pRecord != nullptr ? pRecord->fileId() : 0;
 }
 
+QVector<qint64> FileGridView::selectedFileIds() const
+{
+    QVector<qint64> ids;
+    const QItemSelection selection = selectionModel() != nullptr ? selectionModel()->selection() : QItemSelection();
+    for (const QItemSelectionRange &range : selection) {
+        for (int i = range.top(); i <= range.bottom(); ++i)
+            ids.append(m_pModel->recordAt(i)->fileId());
+    }
+    return ids;
+}
+
 void FileGridView::selectFile(qint64 nFileId)
 {
     const QModelIndex index = m_pModel->index(m_pModel->rowOf(nFileId));
@@ -140,12 +151,7 @@ void FileGridView::keepSelection()
     m_nKeptCurrentId = currentFileId();
     m_nKeptRow = currentIndex().row();
     keepPlace();
-    m_keptIds.clear();
-    const QItemSelection selection = selectionModel() != nullptr ? selectionModel()->selection() : QItemSelection();
-    for (const QItemSelectionRange &range : selection) {
-        for (int i = range.top(); i <= range.bottom(); ++i)
-            m_keptIds.append(m_pModel->recordAt(i)->fileId());
-    }
+    m_keptIds = selectedFileIds();
 }
 
 void FileGridView::keepPlace()

@@ -18,6 +18,7 @@ public:
     FileGridView(FileGridModel *pModel, ThumbnailSource *pThumbnails, QWidget *pParent);
 
     qint64 currentFileId() const;
+    QVector<qint64> selectedFileIds() const;
 
     /** Makes the file the current and only selected one and scrolls to it; unknown ids do nothing. */
     void selectFile(qint64 nFileId);

@@ -1,9 +1,13 @@
 #include "app/HostSession.h"
 
+#include "app/AnalysisQueue.h"
 #include "app/FileGridView.h"
+#include "app/FullPreviewPlace.h"
 #include "app/MainWindow.h"
+#include "app/MainWindowHandle.h"
 #include "app/PreviewController.h"
 #include "app/StatusLine.h"
+#include "app/panel/InfoPanel.h"
 #include "basemodule/IHostAnalysis.h"
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
 #include "interfaces/services/IBaseModulePlugin.h"
@@ -22,9 +26,9 @@ QString themeKey()
     return QStringLiteral("window/theme");
 }
 
-QString geometryKey()
+QString panelHiddenKey()
 {
-    return QStringLiteral("window/geometry");
+    return QStringLiteral("preview/rightPanelHidden");
 }
 
 } // namespace
@@ -45,15 +49,18 @@ HostSession::~HostSession()
 void HostSession::start()
 {
     restoreTheme();
-    m_library.open(m_commandLine.libraryPath.isEmpty() ? Library::defaultPath() : m_commandLine.libraryPath);
+    m_pQueue = std::make_unique<AnalysisQueue>(&m_library);
     m_pWindow = std::make_unique<MainWindow>(&m_library, &m_model);
+    m_library.open(m_commandLine.libraryPath.isEmpty() ? Library::defaultPath() : m_commandLine.libraryPath);
     m_pHandle = std::make_unique<MainWindowHandle>(m_pWindow.get());
     m_pPreviews = std::make_unique<PreviewController>(m_pWindow.get(), &m_model, nullptr);
     // The library lists files on its own thread while the plug-ins are loaded here.
     showPlaces();
     loadPlugins();
     connectPreviews();
-    m_pWindow->restoreGeometryState(m_ini.value(geometryKey()).toByteArray());
+    connectFullPreview();
+    connectAnalysis();
+    m_pWindow->restoreState(&m_ini);
     m_pWindow->show();
     m_pWindow->activateWindow();
 }
@@ -114,25 +121,53 @@ void HostSession::loadPlugins()
 
 void HostSession::connectPreviews()
 {
-    connect(m_pWindow.get(), &MainWindow::signalQuickPreview, this, &HostSession::openPreview);
-    connect(m_pWindow.get(), &MainWindow::signalOpenFile, this, &HostSession::openPreview);
+    connect(m_pWindow.get(), &MainWindow::signalQuickPreview, this,
+            [this](qint64 nFileId) { openPreview(nFileId, false); });
+    connect(m_pWindow.get(), &MainWindow::signalOpenFile, this, [this](qint64 nFileId) { openPreview(nFileId, true); });
     connect(m_pWindow.get(), &MainWindow::signalThemeToggled, this, &HostSession::toggleTheme);
     connect(m_pWindow.get(), &MainWindow::signalAboutToClose, this, &HostSession::saveWindow);
     connect(m_pWindow.get(), &MainWindow::signalFolderChosen, this,
             [this](const QString &folder) { m_library.showFolders({folder}); });
     connect(m_pPreviews.get(), &PreviewController::signalFileShown, m_pWindow->grid(), &FileGridView::selectFile);
-    connect(m_pPreviews.get(), &PreviewController::signalClosed, m_pWindow.get(), [this](qint64 nFileId) {
-        m_pWindow->grid()->selectFile(nFileId);
-        m_pWindow->activateWindow();
-        m_pWindow->grid()->setFocus();
-    });
+    connect(m_pPreviews.get(), &PreviewController::signalClosed, this, &HostSession::leavePreview);
     connect(&m_library, &Library::signalScanEnded, this, &HostSession::openWantedFile);
 }
 
-void HostSession::openPreview(qint64 nFileId)
+void HostSession::connectFullPreview()
+{
+    FullPreviewPlace *pPlace = m_pWindow->fullPreviewPlace();
+    connect(m_pPreviews.get(), &PreviewController::signalFullPreviewOpened, pPlace,
+            [this, pPlace](IPreviewDbClickWidget *pPreview) {
+                pPlace->enter(pPreview, m_ini.value(panelHiddenKey(), false).toBool());
+            });
+    connect(m_pPreviews.get(), &PreviewController::signalFullPreviewLeft, pPlace, &FullPreviewPlace::leave);
+    connect(m_pPreviews.get(), &PreviewController::signalFileShown, m_pWindow->infoPanel(), &InfoPanel::showFile);
+    // The preview reads it when it opens the next time.
+    connect(pPlace, &FullPreviewPlace::signalPanelHidden, this,
+            [this](bool bHidden) { m_ini.setValue(panelHiddenKey(), bHidden); });
+}
+
+void HostSession::connectAnalysis()
+{
+    connect(m_pPreviews.get(), &PreviewController::signalAnalysisWanted, m_pQueue.get(), &AnalysisQueue::raise);
+    connect(m_pQueue.get(), &AnalysisQueue::signalProgress, m_pWindow->statusLine(), &StatusLine::setAnalysis);
+    m_pQueue->setAnalysis(m_pAnalysis);
+}
+
+void HostSession::leavePreview(qint64 nFileId)
+{
+    m_pWindow->grid()->selectFile(nFileId);
+    m_pWindow->infoPanel()->showFile(m_pWindow->grid()->currentFileId());
+    m_pWindow->activateWindow();
+    m_pWindow->grid()->setFocus();
+}
+
+void HostSession::openPreview(qint64 nFileId, bool bFull)
 {
     if (!m_pPreviews->isAvailable())
         m_pWindow->statusLine()->addProblem(tr("Files cannot be previewed: there is no preview plug-in."));
+    else if (nFileId != 0 && bFull)
+        m_pPreviews->openFullPreview(nFileId);
     else if (nFileId != 0)
         m_pPreviews->openQuickPreview(nFileId);
 }
@@ -148,7 +183,7 @@ void HostSession::openWantedFile()
         if (pRecord->filePath() != path)
             continue;
         m_pWindow->grid()->selectFile(pRecord->fileId());
-        openPreview(pRecord->fileId());
+        openPreview(pRecord->fileId(), false);
         return;
     }
     m_pWindow->statusLine()->addScanProblem(tr("The file %1 cannot be shown.").arg(path));
@@ -156,7 +191,7 @@ void HostSession::openWantedFile()
 
 void HostSession::saveWindow()
 {
-    m_ini.setValue(geometryKey(), m_pWindow->geometryState());
+    m_pWindow->saveState(&m_ini);
 }
 
 void HostSession::shutdown()
@@ -165,6 +200,7 @@ void HostSession::shutdown()
         return;
     // The plug-in still needs its host while it lets go; the base module must outlive everything that decodes.
     m_pPreviews->shutdown();
+    m_pQueue->setAnalysis(nullptr);
     m_plugins.shutdown();
     m_pWindow->setThumbnailCache({});
     m_library.setAnalysis(nullptr);

@@ -10,6 +10,7 @@
 
 #include <memory>
 
+class AnalysisQueue;
 class IHostAnalysis;
 class LibraryDataSource;
 class MainWindow;
@@ -43,7 +44,10 @@ private:
     void showPlaces();
     void loadPlugins();
     void connectPreviews();
-    void openPreview(qint64 nFileId);
+    void connectFullPreview();
+    void connectAnalysis();
+    void openPreview(qint64 nFileId, bool bFull);
+    void leavePreview(qint64 nFileId);
     void openWantedFile();
     void saveWindow();
     void shutdown();
@@ -57,6 +61,7 @@ private:
     std::unique_ptr<MainWindow> m_pWindow;
     std::unique_ptr<MainWindowHandle> m_pHandle;
     std::unique_ptr<PreviewController> m_pPreviews;
+    std::unique_ptr<AnalysisQueue> m_pQueue;
     QSharedPointer<LibraryDataSource> m_pDataSource;
     IHostAnalysis *m_pAnalysis = nullptr;
     QString m_wantedFile; ///< To be shown as soon as it is listed; empty afterwards.

@@ -1,154 +1,133 @@
 #include "app/MainWindow.h"
 
-#include "app/ElidedLabel.h"
 #include "app/EmptyState.h"
 #include "app/FileGridModel.h"
 #include "app/FileGridView.h"
 #include "app/FolderTree.h"
-#include "app/HostIcons.h"
+#include "app/FullPreviewPlace.h"
+#include "app/LeftColumn.h"
+#include "app/LibraryBanner.h"
+#include "app/PaneSplitter.h"
 #include "app/ResizeHandles.h"
 #include "app/StatusLine.h"
 #include "app/ThumbnailSource.h"
 #include "app/TitleBar.h"
+#include "app/ToolRow.h"
+#include "app/panel/InfoPanel.h"
 #include "library/Library.h"
 #include "theme/TSSkinSetting.h"
 
 #include <QApplication>
-#include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
-#include <QHBoxLayout>
 #include <QPainter>
+#include <QSettings>
 #include <QShortcut>
-#include <QSplitter>
 #include <QStackedWidget>
-#include <QToolButton>
 #include <QToolTip>
 #include <QVBoxLayout>
-#include <QVariant>
 
 namespace {
 
-constexpr int k_nToolRowHeight = 48;
-constexpr int k_nFolderColumnWidth = 208;
+constexpr int k_nLeftWidth = 208;
+constexpr int k_nPanelWidth = 280;
 /** Narrower windows belong to the files alone. */
 constexpr int k_nLeastWidthForFolders = 760;
+
+QString geometryKey()
+{
+    return QStringLiteral("window/geometry");
+}
+
+QString columnsKey()
+{
+    return QStringLiteral("window/columns");
+}
+
+QString panelKey()
+{
+    return QStringLiteral("window/informationShown");
+}
+
+QString orderKey()
+{
+    return QStringLiteral("window/order");
+}
 
 } // namespace
 
 MainWindow::MainWindow(Library *pLibrary, FileGridModel *pModel)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowMinMaxButtonsHint)
     , m_pLibrary(pLibrary)
-    , m_pContent(new QWidget(this))
     , m_pModel(pModel)
     , m_pThumbnails(new ThumbnailSource(this))
-    , m_pTitleBar(new TitleBar(this, m_pContent))
-    , m_pPlace(new ElidedLabel(Qt::ElideMiddle, m_pContent))
-    , m_pOrder(new QComboBox(m_pContent))
-    , m_pFolderButton(
-          HostIcons::makeToolButton(QStringLiteral("hostFolderButton"), tr("Open folder (Ctrl+O)"), m_pContent))
-    , m_pRefreshButton(
-          HostIcons::makeToolButton(QStringLiteral("hostRefreshButton"), tr("Look for changes (F5)"), m_pContent))
-    , m_pFolders(new FolderTree(m_pContent))
-    , m_pFolderColumn(new QWidget(m_pContent))
-    , m_pPages(new QStackedWidget(m_pContent))
+    , m_pTitleBar(new TitleBar(this, this))
+    , m_pBanner(new LibraryBanner(pLibrary, this))
+    , m_pSplitter(new PaneSplitter(this))
+    , m_pLeft(new LeftColumn(pLibrary, pModel, this))
+    , m_pCenter(new QStackedWidget(this))
+    , m_pTools(new ToolRow(pModel, this))
+    , m_pPages(new QStackedWidget(this))
     , m_pGrid(new FileGridView(pModel, m_pThumbnails, m_pPages))
     , m_pEmpty(new EmptyState(m_pPages))
-    , m_pStatus(new StatusLine(m_pContent))
+    , m_pPanel(new InfoPanel(pLibrary, m_pThumbnails, this))
+    , m_pStatus(new StatusLine(this))
+    , m_pFullPlace(nullptr)
 {
     setObjectName(QStringLiteral("hostMainWindow"));
     setWindowTitle(QApplication::applicationDisplayName());
     setMinimumSize(640, 420);
-    resize(1180, 760);
+    resize(1280, 800);
     buildLayout();
+    m_pFullPlace = new FullPreviewPlace(m_pCenter, m_pPanel, {m_pTitleBar, m_pLeft}, this);
     connectLibrary();
-    connectFolders();
+    connectParts();
     addShortcuts();
     new ResizeHandles(this);
-    connect(m_pTitleBar, &TitleBar::signalThemeToggled, this, &MainWindow::signalThemeToggled);
-    connect(m_pTitleBar, &TitleBar::signalMaximizeToggled, this, &MainWindow::toggleMaximized);
-    connect(m_pEmpty, &EmptyState::signalChooseFolder, this, &MainWindow::chooseFolder);
-    connect(m_pGrid, &FileGridView::signalQuickPreview, this,
-            [this] { Q_EMIT signalQuickPreview(m_pGrid->currentFileId()); });
-    connect(m_pGrid, &FileGridView::signalOpen, this, [this] { Q_EMIT signalOpenFile(m_pGrid->currentFileId()); });
-    connect(m_pGrid, &FileGridView::signalSelectionChanged, this, &MainWindow::showCounts);
     connect(TSSkinSetting::GetInstance(), &TSSkinSetting::signalThemeChanged, this, &MainWindow::applyTheme);
     applyTheme();
-    m_pFolderColumn->hide();
+    m_pLeft->hide();
+    m_pTools->setPanelShown(m_pFullPlace->isPanelWanted());
     showPage();
     m_pGrid->setFocus();
 }
 
 MainWindow::~MainWindow() = default;
 
-QWidget *MainWindow::buildToolRow()
+QWidget *MainWindow::buildFilesPage()
 {
-    auto *pRow = new QWidget(m_pContent);
-    pRow->setObjectName(QStringLiteral("hostToolRow"));
-    pRow->setFixedHeight(k_nToolRowHeight);
-    m_pPlace->setObjectName(QStringLiteral("hostPlace"));
-    m_pPlace->setProperty("role", QStringLiteral("secondary"));
-    m_pOrder->setObjectName(QStringLiteral("hostOrder"));
-    m_pOrder->setAccessibleName(tr("Order of the files"));
-    m_pOrder->addItem(tr("By name"), int(FileGridModel::Order::Name));
-    m_pOrder->addItem(tr("Newest first"), int(FileGridModel::Order::NewestFirst));
-    m_pOrder->setFocusPolicy(Qt::TabFocus);
-    connect(m_pOrder, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this] {
-        m_pModel->setOrder(FileGridModel::Order(m_pOrder->currentData().toInt()));
-        m_pGrid->setFocus();
-    });
-    connect(m_pFolderButton, &QToolButton::clicked, this, &MainWindow::chooseFolder);
-    connect(m_pRefreshButton, &QToolButton::clicked, this, &MainWindow::rescan);
-    auto *pLayout = new QHBoxLayout(pRow);
-    pLayout->setContentsMargins(16, 0, 16, 0);
-    pLayout->setSpacing(8);
-    pLayout->addWidget(m_pPlace, 1);
-    pLayout->addWidget(m_pOrder);
-    pLayout->addWidget(m_pFolderButton);
-    pLayout->addWidget(m_pRefreshButton);
-    return pRow;
-}
-
-QWidget *MainWindow::buildMiddle()
-{
-    m_pFolderColumn->setProperty("area", QStringLiteral("left"));
-    m_pFolderColumn->setAttribute(Qt::WA_StyledBackground);
-    auto *pFoldersLayout = new QVBoxLayout(m_pFolderColumn);
-    pFoldersLayout->setContentsMargins(8, 8, 8, 8);
-    pFoldersLayout->addWidget(m_pFolders);
-    auto *pFiles = new QWidget(m_pContent);
+    auto *pFiles = new QWidget(this);
     auto *pFilesLayout = new QVBoxLayout(pFiles);
     pFilesLayout->setContentsMargins(0, 0, 0, 0);
     pFilesLayout->setSpacing(0);
-    pFilesLayout->addWidget(buildToolRow());
+    pFilesLayout->addWidget(m_pTools);
     // The row of cards begins where the text of the other rows does.
     auto *pPagesLayout = new QHBoxLayout;
     pPagesLayout->setContentsMargins(12, 0, 4, 0);
     pPagesLayout->addWidget(m_pPages);
     pFilesLayout->addLayout(pPagesLayout, 1);
-    auto *pSplitter = new QSplitter(m_pContent);
-    pSplitter->setHandleWidth(1);
-    pSplitter->setChildrenCollapsible(false);
-    pSplitter->addWidget(m_pFolderColumn);
-    pSplitter->addWidget(pFiles);
-    pSplitter->setStretchFactor(1, 1);
-    pSplitter->setSizes({k_nFolderColumnWidth, width() - k_nFolderColumnWidth});
-    m_pFolderColumn->setMinimumWidth(k_nFolderColumnWidth / 2);
-    return pSplitter;
+    m_pPages->addWidget(m_pGrid);
+    m_pPages->addWidget(m_pEmpty);
+    return pFiles;
 }
 
 void MainWindow::buildLayout()
 {
-    m_pPages->addWidget(m_pGrid);
-    m_pPages->addWidget(m_pEmpty);
-    auto *pFrame = new QVBoxLayout(this);
-    pFrame->setContentsMargins(1, 1, 1, 1);
-    pFrame->addWidget(m_pContent);
-    auto *pLayout = new QVBoxLayout(m_pContent);
-    pLayout->setContentsMargins(0, 0, 0, 0);
+    m_pCenter->addWidget(buildFilesPage());
+    for (QWidget *pPane : {static_cast<QWidget *>(m_pLeft), static_cast<QWidget *>(m_pCenter),
+                           static_cast<QWidget *>(m_pPanel)})
+        m_pSplitter->addWidget(pPane);
+    m_pSplitter->setStretchFactor(1, 1);
+    m_pSplitter->setSizes({k_nLeftWidth, width() - k_nLeftWidth - k_nPanelWidth, k_nPanelWidth});
+    m_pLeft->setMinimumWidth(k_nLeftWidth / 2);
+    m_pPanel->setMinimumWidth(k_nPanelWidth * 3 / 4);
+    m_pPanel->setMaximumWidth(2 * k_nPanelWidth);
+    auto *pLayout = new QVBoxLayout(this);
+    pLayout->setContentsMargins(1, 1, 1, 1);
     pLayout->setSpacing(0);
     pLayout->addWidget(m_pTitleBar);
-    pLayout->addWidget(buildMiddle(), 1);
+    pLayout->addWidget(m_pBanner);
+    pLayout->addWidget(m_pSplitter, 1);
     pLayout->addWidget(m_pStatus);
 }
 
@@ -165,14 +144,33 @@ void MainWindow::connectLibrary()
     connect(m_pModel, &QAbstractItemModel::modelReset, this, &MainWindow::showPage);
 }
 
+void MainWindow::connectParts()
+{
+    connect(m_pTitleBar, &TitleBar::signalThemeToggled, this, &MainWindow::signalThemeToggled);
+    connect(m_pTitleBar, &TitleBar::signalMaximizeToggled, this, &MainWindow::toggleMaximized);
+    connect(m_pEmpty, &EmptyState::signalChooseFolder, this, &MainWindow::chooseFolder);
+    connect(m_pGrid, &FileGridView::signalQuickPreview, this,
+            [this] { Q_EMIT signalQuickPreview(m_pGrid->currentFileId()); });
+    connect(m_pGrid, &FileGridView::signalOpen, this, [this] { Q_EMIT signalOpenFile(m_pGrid->currentFileId()); });
+    connect(m_pGrid, &FileGridView::signalSelectionChanged, this, &MainWindow::showSelection);
+    connect(m_pLeft, &LeftColumn::signalChosen, m_pGrid, &FileGridView::startOver);
+    connect(m_pLeft, &LeftColumn::signalLeft, this, &MainWindow::focusFiles);
+    connect(m_pTools, &ToolRow::signalFilterChanged, m_pGrid, &FileGridView::startOver);
+    connect(m_pTools, &ToolRow::signalLeft, this, &MainWindow::focusFiles);
+    connect(m_pTools, &ToolRow::signalOpenFolder, this, &MainWindow::chooseFolder);
+    connect(m_pTools, &ToolRow::signalRefresh, this, &MainWindow::rescan);
+    connect(m_pTools, &ToolRow::signalPanelToggled, this, &MainWindow::togglePanel);
+    connect(m_pPanel, &InfoPanel::signalLeft, this, &MainWindow::focusFiles);
+}
+
 void MainWindow::startOver()
 {
     QStringList places;
     for (const QString &folder : m_pLibrary->folders())
         places.append(QDir::toNativeSeparators(folder));
-    m_pPlace->setFullText(places.join(QStringLiteral("  ·  ")), places.join(QLatin1Char('\n')));
-    m_pFolders->setRoots(m_pLibrary->folders());
-    m_pFolderColumn->setVisible(width() >= k_nLeastWidthForFolders && !m_pLibrary->folders().isEmpty());
+    m_pTools->setPlace(places.join(QStringLiteral("  ·  ")), places.join(QLatin1Char('\n')));
+    m_pLeft->folders()->setRoots(m_pLibrary->folders());
+    showColumns();
     m_pStatus->clearScanProblems();
     m_pStatus->setScanning(true, 0);
     showPage();
@@ -187,25 +185,40 @@ void MainWindow::rescan()
         showPage();
 }
 
-void MainWindow::connectFolders()
-{
-    connect(m_pLibrary, &Library::signalRecords, m_pFolders, &FolderTree::addFoldersOf);
-    connect(m_pFolders, &FolderTree::signalFolderWanted, this, [this](const QString &folder) {
-        m_pGrid->startOver();
-        m_pModel->setFolder(folder);
-    });
-    connect(m_pFolders, &FolderTree::signalLeft, m_pGrid, QOverload<>::of(&QWidget::setFocus));
-}
-
 void MainWindow::addShortcuts()
 {
-    const auto add = [this](const QKeySequence &key, auto handler) {
+    // Keys of the preview are its own while it is open.
+    const auto add = [this](const QKeySequence &key, bool bWithPreview, auto handler) {
         auto *pShortcut = new QShortcut(key, this);
-        connect(pShortcut, &QShortcut::activated, this, handler);
+        connect(pShortcut, &QShortcut::activated, this, [this, bWithPreview, handler] {
+            if (bWithPreview || !m_pFullPlace->isOpen())
+                handler();
+        });
     };
-    add(QKeySequence(Qt::Key_F5), [this] { rescan(); });
-    add(QKeySequence(QKeySequence::Open), [this] { chooseFolder(); });
-    add(QKeySequence(QKeySequence::Quit), [this] { close(); });
+    add(QKeySequence(Qt::Key_F5), true, [this] { rescan(); });
+    add(QKeySequence(QKeySequence::Open), false, [this] { chooseFolder(); });
+    add(QKeySequence(QKeySequence::Find), false, [this] { m_pTools->search(); });
+    add(QKeySequence(Qt::CTRL + Qt::Key_I), false, [this] { togglePanel(); });
+    add(QKeySequence(Qt::Key_F2), false, [this] {
+        m_pFullPlace->setPanelWanted(true);
+        m_pTools->setPanelShown(true);
+        m_pPanel->editName();
+    });
+    add(QKeySequence(QKeySequence::Quit), true, [this] { close(); });
+}
+
+void MainWindow::focusFiles()
+{
+    if (m_pFullPlace->isOpen())
+        m_pCenter->currentWidget()->setFocus();
+    else
+        m_pPages->currentWidget()->setFocus();
+}
+
+void MainWindow::togglePanel()
+{
+    m_pFullPlace->setPanelWanted(!m_pFullPlace->isPanelWanted());
+    m_pTools->setPanelShown(m_pFullPlace->isPanelWanted());
 }
 
 void MainWindow::setThumbnailCache(const QSharedPointer<ITSCacheManager> &pCache)
@@ -235,9 +248,9 @@ void MainWindow::applyTheme()
     // For the whole program: dialogs of the desktop's kind have no style sheet of ours.
     QApplication::setPalette(colors);
     QToolTip::setPalette(colors);
-    pTheme->SetWidgetStyleSheetWithQssName(m_pContent, QStringLiteral("host"));
-    HostIcons::setButtonIcon(m_pFolderButton, QStringLiteral("host_folder.svg"), QStringLiteral("…"));
-    HostIcons::setButtonIcon(m_pRefreshButton, QStringLiteral("host_refresh.svg"), QStringLiteral("\u27F3"));
+    // Each part has the style sheet for itself; one for the window would reach the previews opened over and in it.
+    for (QWidget *pPart : {static_cast<QWidget *>(m_pTitleBar), m_pCenter->widget(0), static_cast<QWidget *>(m_pStatus)})
+        pTheme->SetWidgetStyleSheetWithQssName(pPart, QStringLiteral("host"));
     update();
 }
 
@@ -253,6 +266,21 @@ void MainWindow::chooseFolder()
     pDialog->open();
 }
 
+void MainWindow::showSelection()
+{
+    showCounts();
+    m_pPanel->setSelection(m_pGrid->selectedFileIds());
+    // While a preview is open it tells what is looked at.
+    if (!m_pFullPlace->isOpen())
+        m_pPanel->showFile(m_pGrid->currentFileId());
+}
+
+void MainWindow::showColumns()
+{
+    if (!m_pFullPlace->isOpen())
+        m_pLeft->setVisible(width() >= k_nLeastWidthForFolders && !m_pLibrary->folders().isEmpty());
+}
+
 void MainWindow::showCounts()
 {
     int nSelected = 0;
@@ -265,26 +293,38 @@ void MainWindow::showCounts()
 void MainWindow::showPage()
 {
     showCounts();
+    // Whoever types into the search line keeps the keys.
+    QWidget *pFocus = QApplication::focusWidget();
+    const bool bTyping = pFocus != nullptr && m_pTools->isAncestorOf(pFocus);
     if (m_pModel->rowCount() > 0) {
         // A hidden grid cannot hold the focus; without it Space would press a button.
         if (m_pPages->currentWidget() != m_pGrid) {
             m_pPages->setCurrentWidget(m_pGrid);
-            m_pGrid->setFocus();
+            if (!bTyping)
+                m_pGrid->setFocus();
         }
         return;
     }
+    showEmptyText();
+    m_pPages->setCurrentWidget(m_pEmpty);
+    if (!bTyping)
+        m_pEmpty->setFocus();
+}
+
+void MainWindow::showEmptyText()
+{
     if (m_pLibrary->folders().isEmpty())
         m_pEmpty->showText(tr("No folder yet"), tr("Open a folder to see the files in it and in its sub-folders."),
                            true);
+    else if (m_pModel->totalCount() > 0 && m_pModel->filter().isNarrowed())
+        m_pEmpty->showText(tr("Nothing matches"),
+                           tr("None of %1 files fits search, kind and label.").arg(m_pModel->totalCount()), false);
     else if (m_pLibrary->isScanning())
         m_pEmpty->showText(tr("Looking for files…"), QString(), false);
     else
         m_pEmpty->showText(tr("No files here"),
-                           tr("This folder and its sub-folders are empty. Open another one, or put "
-                              "files into it and press F5."),
+                           tr("This folder and its sub-folders are empty. Open another one, or put files into it."),
                            true);
-    m_pPages->setCurrentWidget(m_pEmpty);
-    m_pEmpty->setFocus();
 }
 
 void MainWindow::reportScan(const ScanReport &report)
@@ -299,15 +339,23 @@ void MainWindow::reportScan(const ScanReport &report)
     showPage();
 }
 
-QByteArray MainWindow::geometryState() const
+void MainWindow::saveState(QSettings *pIni) const
 {
-    return saveGeometry();
+    pIni->setValue(geometryKey(), saveGeometry());
+    pIni->setValue(columnsKey(), m_pSplitter->saveState());
+    pIni->setValue(panelKey(), m_pFullPlace->isPanelWanted());
+    pIni->setValue(orderKey(), m_pTools->order());
 }
 
-void MainWindow::restoreGeometryState(const QByteArray &state)
+void MainWindow::restoreState(QSettings *pIni)
 {
-    if (!state.isEmpty())
-        restoreGeometry(state);
+    const QByteArray geometry = pIni->value(geometryKey()).toByteArray();
+    if (!geometry.isEmpty())
+        restoreGeometry(geometry);
+    m_pSplitter->restoreState(pIni->value(columnsKey()).toByteArray());
+    m_pFullPlace->setPanelWanted(pIni->value(panelKey(), true).toBool());
+    m_pTools->setPanelShown(m_pFullPlace->isPanelWanted());
+    m_pTools->setOrder(pIni->value(orderKey()).toString());
 }
 
 void MainWindow::toggleMaximized()
@@ -321,7 +369,8 @@ void MainWindow::toggleMaximized()
 void MainWindow::resizeEvent(QResizeEvent *pEvent)
 {
     QWidget::resizeEvent(pEvent);
-    m_pFolderColumn->setVisible(width() >= k_nLeastWidthForFolders && !m_pLibrary->folders().isEmpty());
+    if (m_pFullPlace != nullptr)
+        showColumns();
 }
 
 void MainWindow::closeEvent(QCloseEvent *pEvent)
@@ -337,38 +386,4 @@ void MainWindow::paintEvent(QPaintEvent * /*pEvent*/)
     painter.fillRect(rect(), pTheme->GetWindowBackgroundColor());
     painter.setPen(pTheme->GetPopupWinBorderColor());
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
-}
-
-MainWindowHandle::MainWindowHandle(MainWindow *pWindow)
-    : m_pWindow(pWindow)
-{
-}
-
-void MainWindowHandle::moveBy(const QPoint &offset)
-{
-    if (m_pWindow != nullptr && !m_pWindow->isMaximized())
-        m_pWindow->move(m_pWindow->pos() + offset);
-}
-
-bool MainWindowHandle::isMaximized() const
-{
-    return m_pWindow != nullptr && m_pWindow->isMaximized();
-}
-
-void MainWindowHandle::minimize()
-{
-    if (m_pWindow != nullptr)
-        m_pWindow->showMinimized();
-}
-
-void MainWindowHandle::toggleMaximized()
-{
-    if (m_pWindow != nullptr)
-        m_pWindow->toggleMaximized();
-}
-
-void MainWindowHandle::close()
-{
-    if (m_pWindow != nullptr)
-        m_pWindow->close();
 }

@@ -1,28 +1,29 @@
 #pragma once
 
-#include "interfaces/surfaces/IMainWindowHandle.h"
 #include "library/FolderScanner.h"
 
-#include <QPointer>
 #include <QWidget>
 
-class ElidedLabel;
 class EmptyState;
 class FileGridModel;
 class FileGridView;
-class FolderTree;
+class FullPreviewPlace;
+class InfoPanel;
 class ITSCacheManager;
+class LeftColumn;
 class Library;
-class QComboBox;
+class LibraryBanner;
+class PaneSplitter;
+class QSettings;
 class QStackedWidget;
-class QToolButton;
 class StatusLine;
 class ThumbnailSource;
 class TitleBar;
+class ToolRow;
 
 /**
- * The host's window: title bar, tool row, grid and status line, frameless. Shows the library and says what the user
- * asks for; opens nothing itself.
+ * The host's window: title bar, columns, grid and status line, frameless. Shows the library and says what the user asks
+ * for; opens nothing itself. Lends its middle to the full preview.
  *
  * Owner: HostSession. Thread: GUI thread only.
  */
@@ -37,10 +38,12 @@ public:
     bool areThumbnailsComing() const;
     FileGridView *grid() const { return m_pGrid; }
     StatusLine *statusLine() const { return m_pStatus; }
+    InfoPanel *infoPanel() const { return m_pPanel; }
+    FullPreviewPlace *fullPreviewPlace() const { return m_pFullPlace; }
 
-    /** Geometry as text for the settings file, and back. */
-    QByteArray geometryState() const;
-    void restoreGeometryState(const QByteArray &state);
+    /** Geometry, columns, order and panel as the user left them. */
+    void saveState(QSettings *pIni) const;
+    void restoreState(QSettings *pIni);
 
     void toggleMaximized();
 
@@ -57,50 +60,37 @@ protected:
     void paintEvent(QPaintEvent *pEvent) override;
 
 private:
-    QWidget *buildToolRow();
-    QWidget *buildMiddle();
+    QWidget *buildFilesPage();
     void buildLayout();
     void connectLibrary();
-    void connectFolders();
+    void connectParts();
     void addShortcuts();
     void rescan();
     void startOver();
     void applyTheme();
     void chooseFolder();
+    void focusFiles();
+    void togglePanel();
+    void showSelection();
+    void showColumns();
     void showCounts();
     void showPage();
+    void showEmptyText();
     void reportScan(const ScanReport &report);
 
     Library *m_pLibrary;
-    QWidget *m_pContent; ///< Carries the style sheet, which must not reach the previews opened over the window.
     FileGridModel *m_pModel;
     ThumbnailSource *m_pThumbnails;
     TitleBar *m_pTitleBar;
-    ElidedLabel *m_pPlace;
-    QComboBox *m_pOrder;
-    QToolButton *m_pFolderButton;
-    QToolButton *m_pRefreshButton;
-    FolderTree *m_pFolders;
-    QWidget *m_pFolderColumn;
+    LibraryBanner *m_pBanner;
+    PaneSplitter *m_pSplitter;
+    LeftColumn *m_pLeft;
+    QStackedWidget *m_pCenter;
+    ToolRow *m_pTools;
     QStackedWidget *m_pPages;
     FileGridView *m_pGrid;
     EmptyState *m_pEmpty;
+    InfoPanel *m_pPanel;
     StatusLine *m_pStatus;
-};
-
-/** The window as previews steer it. Owner: HostSession; outlives the previews. Thread: GUI thread only. */
-class MainWindowHandle final : public IMainWindowHandle {
-public:
-    explicit MainWindowHandle(MainWindow *pWindow);
-    virtual ~MainWindowHandle() = default;
-    Q_DISABLE_COPY(MainWindowHandle)
-
-    void moveBy(const QPoint &offset) override;
-    bool isMaximized() const override;
-    void minimize() override;
-    void toggleMaximized() override;
-    void close() override;
-
-private:
-    QPointer<MainWindow> m_pWindow;
+    FullPreviewPlace *m_pFullPlace;
 };

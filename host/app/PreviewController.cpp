@@ -53,14 +53,48 @@ bool PreviewController::openQuickPreview(qint64 nFileId)
     m_pDialog = m_pPlugin->createPreviewSpaceDialog(m_pWindow, m_pModel->fileIds(), nRow, nFileId, 0);
     if (m_pDialog == nullptr)
         return false;
-    connect(m_pDialog.data(), &IPreviewSpaceDialog::signalPreviewFileIdChanged, this, &PreviewController::follow);
+    connectSurface(m_pDialog.data());
     connect(m_pDialog.data(), &IPreviewSpaceDialog::signalSpacePreviewClosed, this, &PreviewController::close);
-    m_nShownId = nFileId;
-    m_nDirection = 1;
+    begin(nFileId);
     m_pDialog->showPreview();
     m_pDialog->activateWindow();
-    m_aheadTimer.start(k_nAheadAfterOpenMsec);
     return true;
+}
+
+bool PreviewController::openFullPreview(qint64 nFileId)
+{
+    const int nRow = m_pModel->rowOf(nFileId);
+    if (m_pPlugin == nullptr || isOpen() || nRow < 0)
+        return false;
+    m_pFull = m_pPlugin->createPreviewDbClickWidget(m_pWindow, m_pModel->fileIds(), nRow, nFileId, 0);
+    if (m_pFull == nullptr)
+        return false;
+    connectSurface(m_pFull.data());
+    connect(m_pFull.data(), &IPreviewDbClickWidget::signalBackBtnClicked, this, &PreviewController::close);
+    begin(nFileId);
+    Q_EMIT signalFullPreviewOpened(m_pFull);
+    return true;
+}
+
+template <typename Surface>
+void PreviewController::connectSurface(Surface *pSurface)
+{
+    connect(pSurface, &Surface::signalPreviewFileIdChanged, this, &PreviewController::follow);
+    connect(pSurface, &Surface::sigRaiseAnalysisPriority, this,
+            [this](const QVector<qint64> &fileIds) { Q_EMIT signalAnalysisWanted(fileIds); });
+}
+
+void PreviewController::begin(qint64 nFileId)
+{
+    m_nShownId = nFileId;
+    m_nDirection = 1;
+    m_aheadTimer.start(k_nAheadAfterOpenMsec);
+    Q_EMIT signalAnalysisWanted({nFileId});
+}
+
+bool PreviewController::canClose() const
+{
+    return m_pFull != nullptr ? m_pFull->canClosePreview() : m_pDialog == nullptr || m_pDialog->canClosePreview();
 }
 
 void PreviewController::follow(qint64 nFileId)
@@ -93,18 +127,25 @@ void PreviewController::close(qint64 nFileId)
     m_aheadTimer.stop();
     if (m_pAnalysis != nullptr)
         m_pAnalysis->setFilesAhead({});
-    if (m_pDialog != nullptr) {
-        m_pDialog->disconnect(this);
-        m_pDialog->deleteLater();
-        m_pDialog.clear();
+    if (m_pFull != nullptr)
+        Q_EMIT signalFullPreviewLeft();
+    if (QWidget *pSurface = dialog()) {
+        pSurface->disconnect(this);
+        pSurface->deleteLater();
     }
+    m_pFull.clear();
+    m_pDialog.clear();
     Q_EMIT signalClosed(nFileId);
 }
 
 void PreviewController::shutdown()
 {
     m_aheadTimer.stop();
-    delete m_pDialog.data();
+    if (m_pFull != nullptr) {
+        m_pFull->stopPreview();
+        Q_EMIT signalFullPreviewLeft();
+    }
+    delete dialog();
     if (m_pPlugin != nullptr) {
         m_pPlugin->clearPreviewData();
         m_pPlugin->setMainWindowHandle(nullptr);

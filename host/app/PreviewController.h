@@ -1,5 +1,6 @@
 #pragma once
 
+#include "interfaces/surfaces/IPreviewDbClickWidget.h"
 #include "interfaces/surfaces/IPreviewSpaceDialog.h"
 #include "library/FileRecord.h"
 
@@ -33,11 +34,20 @@ public:
 
     bool isAvailable() const { return m_pPlugin != nullptr; }
     /** The open surface; null when there is none. */
-    QWidget *dialog() const { return m_pDialog.data(); }
-    bool isOpen() const { return m_pDialog != nullptr; }
+    QWidget *dialog() const
+    {
+        return m_pFull != nullptr ? static_cast<QWidget *>(m_pFull.data()) : static_cast<QWidget *>(m_pDialog.data());
+    }
+    bool isOpen() const { return dialog() != nullptr; }
 
     /** Opens the quick preview on a file of the model; false when it cannot be opened or one is open already. */
     bool openQuickPreview(qint64 nFileId);
+
+    /** The same for the full preview, which whoever receives signalFullPreviewOpened must give a place. */
+    bool openFullPreview(qint64 nFileId);
+
+    /** False while the open preview asks the user to wait. */
+    bool canClose() const;
 
     /** Deletes an open surface and takes everything back from the plug-in. Nothing can be opened afterwards. */
     void shutdown();
@@ -45,9 +55,17 @@ public:
 Q_SIGNALS:
     /** The user looks at this file now. */
     void signalFileShown(qint64 nFileId);
+    void signalFullPreviewOpened(IPreviewDbClickWidget *pPreview);
+    /** The full preview is left and about to be deleted. */
+    void signalFullPreviewLeft();
     void signalClosed(qint64 nFileId);
+    /** These files are to be analysed before the others. */
+    void signalAnalysisWanted(const QVector<qint64> &fileIds);
 
 private:
+    template <typename Surface>
+    void connectSurface(Surface *pSurface);
+    void begin(qint64 nFileId);
     void follow(qint64 nFileId);
     void announceFilesAhead();
     void close(qint64 nFileId);
@@ -57,6 +75,7 @@ private:
     IBigImgPreviewPlugin *m_pPlugin = nullptr;
     IHostAnalysis *m_pAnalysis = nullptr;
     QPointer<IPreviewSpaceDialog> m_pDialog;
+    QPointer<IPreviewDbClickWidget> m_pFull;
     QTimer m_aheadTimer;
     qint64 m_nShownId = 0;
     int m_nDirection = 1;

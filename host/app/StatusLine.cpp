@@ -50,8 +50,29 @@ void StatusLine::setCounts(int nFiles, int nSelected)
 
 void StatusLine::setScanning(bool bScanning, int nFiles)
 {
-    m_pProgress->setVisible(bScanning);
-    setMessage(bScanning ? tr("Looking for files… %1").arg(QLocale().toString(nFiles)) : QString());
+    m_bScanning = bScanning;
+    m_message = bScanning ? tr("Looking for files… %1").arg(QLocale().toString(nFiles)) : QString();
+    showProgress();
+}
+
+void StatusLine::setAnalysis(int nDone, int nTotal)
+{
+    m_nAnalysed = nDone;
+    m_nToAnalyse = nTotal;
+    if (!m_bScanning)
+        m_message = nTotal > 0 ? tr("Making pictures… %1 of %2")
+                                     .arg(QLocale().toString(nDone), QLocale().toString(nTotal))
+                               : QString();
+    showProgress();
+}
+
+void StatusLine::showProgress()
+{
+    // While files are looked for nobody knows how many there will be: the bar moves without an end.
+    m_pProgress->setRange(0, m_bScanning ? 0 : qMax(1, m_nToAnalyse));
+    m_pProgress->setValue(m_nAnalysed);
+    m_pProgress->setVisible(m_bScanning || m_nToAnalyse > 0);
+    showText();
 }
 
 void StatusLine::addProblem(const QString &message)

@@ -22,6 +22,9 @@ public:
     /** While files are looked for; how many there will be is not known before. */
     void setScanning(bool bScanning, int nFiles);
 
+    /** Pictures being made: how many of how many; 0 of 0 when none are. */
+    void setAnalysis(int nDone, int nTotal);
+
     /** What went wrong: stays, with earlier ones in the tool tip. */
     void addProblem(const QString &message);
 
@@ -32,11 +35,15 @@ public:
 
 private:
     void showText();
+    void showProgress();
 
     ElidedLabel *m_pText;
     QProgressBar *m_pProgress;
     QLabel *m_pCounts;
     QString m_message;
+    int m_nAnalysed = 0;
+    int m_nToAnalyse = 0;
+    bool m_bScanning = false;
     QStringList m_problems;
     QStringList m_scanProblems;
 };

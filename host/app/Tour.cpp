@@ -94,6 +94,8 @@ void Tour::addFilmSteps()
     const FileRecordPtr pAnimation =
         findRecord([](const FileRecord &record) { return record.fileType() == FileTypes::Gif && !isDamaged(record); });
     addFileStep(QStringLiteral("animated picture"), pAnimation, [this] { return isChanged(); });
+    addPanelSteps(pPicture);
+    addFullPreviewSteps(pPicture);
     addClosingSteps(pPicture);
 }
 
@@ -184,6 +186,63 @@ void Tour::addFileStep(const QString &name, const FileRecordPtr &pRecord, const 
                        }});
 }
 
+void Tour::addPanelSteps(const FileRecordPtr &pPicture)
+{
+    const qint64 nId = pPicture->fileId();
+    const auto hasLabels = [this, nId](int nLabels) {
+        return m_pSession->library()->record(nId)->tags().size() >= nLabels && isStill();
+    };
+    m_steps.push_back({QString(), [this, pPicture] { selectByMouse(pPicture); },
+                       [this, nId] {
+                           return m_pSession->window()->grid()->currentFileId() == nId && isStill();
+                       }});
+    m_steps.push_back({QStringLiteral("labels in the information panel"),
+                       [this] {
+                           type("hostLabelInput", QStringLiteral("Holiday\n"));
+                           type("hostLabelInput", QStringLiteral("Landscape\n"));
+                       },
+                       [hasLabels] { return hasLabels(2); }});
+    m_steps.push_back({QStringLiteral("search"), [this] { type("hostSearch", QStringLiteral("holiday")); },
+                       [this] { return m_pSession->model().rowCount() == 1 && isStill(); }});
+    m_steps.push_back({QString(), [this] { pressKey(Qt::Key_Escape); },
+                       [this] {
+                           return m_pSession->model().rowCount() > 1 && m_pSession->window()->grid()->hasFocus();
+                       }});
+}
+
+void Tour::addFullPreviewSteps(const FileRecordPtr &pPicture)
+{
+    m_steps.push_back({QString(), [this, pPicture] { selectByMouse(pPicture); },
+                       [this, pPicture] {
+                           return m_pSession->window()->grid()->currentFileId() == pPicture->fileId() && isStill();
+                       }});
+    m_steps.push_back({QStringLiteral("full preview (Enter)"), [this] { pressKey(Qt::Key_Return); },
+                       [this, pPicture] {
+                           return isShown(pPicture) && isStill();
+                       }});
+    m_steps.push_back({QStringLiteral("columns folded (Tab)"), [this] { pressKey(Qt::Key_Tab); },
+                       [this] {
+                           return isStill();
+                       }});
+    m_steps.push_back({QString(), [this] { pressKey(Qt::Key_Tab); },
+                       [this] {
+                           return isStill();
+                       }});
+    m_steps.push_back({QStringLiteral("full preview in the other theme"), [this] { m_pSession->toggleTheme(); },
+                       [this] {
+                           return isChanged() && isStill();
+                       }});
+    m_steps.push_back({QString(), [this] { m_pSession->toggleTheme(); },
+                       [this] {
+                           return isChanged() && isStill();
+                       }});
+    m_steps.push_back({QStringLiteral("back to the grid from the full preview (Escape)"),
+                       [this] { pressKey(Qt::Key_Escape); },
+                       [this] {
+                           return preview() == nullptr && m_pSession->window()->grid()->hasFocus() && isStill();
+                       }});
+}
+
 void Tour::addClosingSteps(const FileRecordPtr &pPicture)
 {
     m_steps.push_back({QStringLiteral("the other theme"),
@@ -216,7 +275,7 @@ void Tour::next()
 void Tour::check()
 {
     // A display without a window manager gives the focus to nobody by itself.
-    QWidget *pFront = preview() != nullptr ? preview() : m_pSession->window();
+    QWidget *pFront = preview() != nullptr ? preview()->window() : m_pSession->window();
     if (!pFront->isActiveWindow())
         pFront->activateWindow();
 
@@ -311,7 +370,7 @@ bool Tour::isChanged() const
 QImage Tour::screen() const
 {
     QPixmap picture = m_pSession->window()->grab();
-    if (preview() != nullptr) {
+    if (preview() != nullptr && preview()->isWindow()) {
         // The veil is translucent; without a compositor the screen itself would show it black.
         QPainter painter(&picture);
         const QPoint offset = preview()->mapToGlobal(QPoint()) - m_pSession->window()->mapToGlobal(QPoint());
@@ -322,7 +381,7 @@ QImage Tour::screen() const
 
 void Tour::pressKey(int nKey) const
 {
-    QWidget *pWindow = preview() != nullptr ? preview() : m_pSession->window();
+    QWidget *pWindow = preview() != nullptr ? preview()->window() : m_pSession->window();
     QWidget *pFocus = QApplication::focusWidget();
     const bool bInside = pFocus != nullptr && pFocus->window() == pWindow;
     QTest::keyClick(bInside ? pFocus : pWindow, Qt::Key(nKey));
@@ -347,6 +406,18 @@ void Tour::turnWheel() const
     QWheelEvent event(position, pViewport->mapToGlobal(position.toPoint()), QPoint(), QPoint(0, k_nNotch), Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(pViewport, &event);
+}
+
+void Tour::type(const char *widgetName, const QString &text) const
+{
+    auto *pWidget = m_pSession->window()->findChild<QWidget *>(QLatin1String(widgetName));
+    pWidget->setFocus();
+    for (const QChar letter : text) {
+        if (letter == QLatin1Char('\n'))
+            QTest::keyClick(pWidget, Qt::Key_Return);
+        else
+            QTest::keyClicks(pWidget, QString(letter));
+    }
 }
 
 FileRecordPtr Tour::findRecord(const std::function<bool(const FileRecord &)> &wanted) const

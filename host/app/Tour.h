@@ -43,6 +43,8 @@ private:
     void addGridSteps();
     void addPreviewSteps(const FileRecordPtr &pPicture);
     void addFileStep(const QString &name, const FileRecordPtr &pRecord, const std::function<bool()> &done);
+    void addFullPreviewSteps(const FileRecordPtr &pPicture);
+    void addPanelSteps(const FileRecordPtr &pPicture);
     void addClosingSteps(const FileRecordPtr &pPicture);
     void addFilmSteps();
 
@@ -62,6 +64,7 @@ private:
     void pressKey(int nKey) const;
     void selectByMouse(const FileRecordPtr &pRecord) const;
     void turnWheel() const;
+    void type(const char *widgetName, const QString &text) const;
     FileRecordPtr findRecord(const std::function<bool(const FileRecord &)> &wanted) const;
     FileRecordPtr largestPicture() const;
 

@@ -83,8 +83,24 @@ void Library::connectWorker()
     connect(m_pWorker, &LibraryWorker::signalLabelsStored, this, &Library::signalLabelsStored);
 }
 
+void Library::reopen(bool bStartNew)
+{
+    if (bStartNew)
+        post([pWorker = m_pWorker, path = m_path] { pWorker->putAside(path); });
+    open(m_path);
+    if (!m_folders.isEmpty())
+        showFolders(m_folders);
+}
+
+bool Library::isBusyReason(const QString &reason)
+{
+    // SQLite's own words, which are never translated.
+    return reason.contains(QLatin1String("locked")) || reason.contains(QLatin1String("busy"));
+}
+
 void Library::open(const QString &path)
 {
+    m_path = path;
     post([pWorker = m_pWorker, path] { pWorker->open(path); });
 }
 

@@ -26,6 +26,12 @@ public:
     /** Starts opening; requests may follow at once. */
     void open(const QString &path);
 
+    /** Opens the same file again, or puts it aside under another name and begins a new one; looks at the files anew. */
+    void reopen(bool bStartNew);
+
+    /** Whether a reason why a library is unusable means that another program has it at present. */
+    static bool isBusyReason(const QString &reason);
+
     /** Makes records name their renditions; null: they have none. */
     void setAnalysis(IHostAnalysis *pAnalysis);
 
@@ -46,6 +52,8 @@ public:
     /** The record of a file in view; null for any other id. */
     FileRecordPtr record(qint64 nFileId) const { return m_records.value(nFileId); }
     int count() const { return m_records.size(); }
+    /** Every record in view, in no order; takes time with their number. */
+    FileRecordList records() const { return FileRecordList(m_records.cbegin(), m_records.cend()); }
 
     /** Every label of the library, by name, in view or not. */
     const QVector<LabelRecord> &labels() const { return m_labels; }
@@ -115,6 +123,7 @@ private:
     LibraryWorker *m_pWorker;
     std::shared_ptr<std::atomic_bool> m_pCancelled;
     QHash<qint64, FileRecordPtr> m_records;
+    QString m_path;
     QStringList m_folders;
     bool m_bRecursive = true;
     bool m_bScanning = false;

@@ -24,6 +24,9 @@ public:
     void open(const QString &path);
     void close();
 
+    /** Gives an unusable library file another name, so that a new one can take its place. */
+    void putAside(const QString &path);
+
     /** Announces what is known of these folders and remembers them for endScan. */
     void beginScan(int nGeneration, const QStringList &roots, bool bRecursive, bool bAnnounceKnown);
     void takeIn(int nGeneration, const QVector<FileRow> &files);

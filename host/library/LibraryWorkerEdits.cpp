@@ -4,6 +4,9 @@
 #include "library/FileTypes.h"
 #include "library/LibraryWorker.h"
 
+#include <QDateTime>
+#include <QFileInfo>
+
 void LibraryWorker::reportWriteError()
 {
     Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
@@ -86,4 +89,17 @@ void LibraryWorker::setAnalysis(const QVector<FileRow> &files)
 {
     // Not worth a message: what is not kept is only done again.
     m_store.setAnalysis(files);
+}
+
+void LibraryWorker::putAside(const QString &path)
+{
+    m_store.close();
+    const QString mark =
+        QStringLiteral(".unusable-") + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    for (const char *pPart : {"", "-wal", "-shm"}) {
+        QString error;
+        const QString from = path + QLatin1String(pPart);
+        if (QFileInfo::exists(from) && !renameWithoutReplacing(from, path + mark + QLatin1String(pPart), &error))
+            Q_EMIT signalProblem(tr("%1 cannot be put aside: %2").arg(from, error));
+    }
 }

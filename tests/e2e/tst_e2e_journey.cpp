@@ -4,11 +4,15 @@
 #include "Watches.h"
 #include "app/FileGridView.h"
 #include "app/HostSession.h"
+#include "app/FullPreviewPlace.h"
 #include "app/MainWindow.h"
+#include "app/PreviewController.h"
+#include "app/panel/InfoPanel.h"
 
 #include <QAbstractButton>
 #include <QGraphicsItem>
 #include <QGraphicsView>
+#include <QScrollBar>
 
 using namespace OpenPreview;
 
@@ -33,6 +37,7 @@ private Q_SLOTS:
     void initTestCase(); // opens the file of the command line
     void opensFromTheGridAndReturns_data();
     void opensFromTheGridAndReturns();
+    void opensTheFullPreviewAndReturns();
     void followsTheWindow();
     void stepsWithTheSelection();
     void zoomsByKeyAndButton_data();
@@ -64,12 +69,11 @@ void JourneyTest::initTestCase()
 
 void JourneyTest::opensFromTheGridAndReturns_data()
 {
-    QTest::addColumn<int>("openingKey"); // 0: a double click
-    QTest::addColumn<int>("leavingKey");
+    QTest::addColumn<int>("openingKey");
+    QTest::addColumn<int>("leavingKey"); // 0: a double click
     QTest::newRow("space, escape") << int(Qt::Key_Space) << int(Qt::Key_Escape);
     QTest::newRow("space, space") << int(Qt::Key_Space) << int(Qt::Key_Space);
-    QTest::newRow("return, escape") << int(Qt::Key_Return) << int(Qt::Key_Escape);
-    QTest::newRow("double clicks") << 0 << 0;
+    QTest::newRow("space, double click") << int(Qt::Key_Space) << 0;
 }
 
 void JourneyTest::opensFromTheGridAndReturns()
@@ -77,11 +81,7 @@ void JourneyTest::opensFromTheGridAndReturns()
     QFETCH(int, openingKey);
     QFETCH(int, leavingKey);
     QVERIFY(m_pHost->select(QStringLiteral("landscape.png")));
-    FileGridView *pGrid = m_pHost->grid();
-    if (openingKey == 0)
-        doubleClick(pGrid->viewport(), pGrid->visualRect(pGrid->currentIndex()).center());
-    else
-        key(Qt::Key(openingKey));
+    key(Qt::Key(openingKey));
     QVERIFY(waitForPicture());
     QVERIFY(!isPlaceholder());
     QCOMPARE(dialog()->geometry(), m_pHost->session().window()->geometry());
@@ -92,6 +92,37 @@ void JourneyTest::opensFromTheGridAndReturns()
     QVERIFY(waitUntilClosed());
     QVERIFY(m_pHost->returnToGrid());
     QCOMPARE(m_pHost->currentName(), QStringLiteral("landscape.png"));
+}
+
+void JourneyTest::opensTheFullPreviewAndReturns()
+{
+    MainWindow *pWindow = m_pHost->session().window();
+    FileGridView *pGrid = m_pHost->grid();
+    QVERIFY(m_pHost->select(QStringLiteral("landscape.png")));
+    const int nScrolled = pGrid->verticalScrollBar()->value();
+    for (const bool bByMouse : {false, true}) {
+        QVERIFY(makeActive(pWindow));
+        if (bByMouse)
+            doubleClick(pGrid->viewport(), pGrid->visualRect(pGrid->currentIndex()).center());
+        else
+            key(Qt::Key_Return);
+        QTRY_VERIFY(pWindow->fullPreviewPlace()->isOpen());
+        QWidget *pPreview = m_pHost->session().previews()->dialog();
+        // It takes the files' place; the panel beside it tells of the file that it shows.
+        QVERIFY(pPreview->window() == pWindow && pPreview->isVisible() && !pGrid->isVisible());
+        QTRY_VERIFY(pWindow->infoPanel()->isVisible());
+        QCOMPARE(pWindow->infoPanel()->fileId(), pGrid->currentFileId());
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [&] {
+                if (m_pHost->session().previews()->isOpen())
+                    key(Qt::Key_Escape);
+                return !m_pHost->session().previews()->isOpen();
+            }(),
+            PatienceMsec);
+        QTRY_VERIFY(pGrid->isVisible() && pGrid->hasFocus());
+        QCOMPARE(m_pHost->currentName(), QStringLiteral("landscape.png"));
+        QCOMPARE(pGrid->verticalScrollBar()->value(), nScrolled);
+    }
 }
 
 void JourneyTest::followsTheWindow()

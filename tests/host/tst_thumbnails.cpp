@@ -3,9 +3,14 @@
 #include "services/basemodule/cache/ThumbnailCache.h"
 #include "services/basemodule/cache/ThumbnailFiles.h"
 
+#include <QDateTime>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QSignalSpy>
 #include <QtTest>
+
+#include <csignal>
+#include <sys/resource.h>
 
 using basemodule::ThumbnailFiles;
 
@@ -41,7 +46,78 @@ private Q_SLOTS:
     void memoryBudgetHolds();
     void largePictureFromMemory();
     void endInTheMiddle();
+    void analysisKeepsPictures();
+    void diskBudgetSparesOthers();
+    void fullDiskLosesNothing();
 };
+
+void TestThumbnails::analysisKeepsPictures()
+{
+    TestModule host;
+    const std::atomic_bool running{false};
+    const std::atomic_bool cancelled{true};
+    const QString path = host.copyOf("landscape.jpg");
+    const ThumbnailFiles files(host.folder.filePath(QStringLiteral("thumbnails")));
+    const QString kept = files.pathFor(path, ThumbnailFiles::kXLarge);
+    QCOMPARE(host.module->analyse(path, cancelled), AnalysisOutcome::Cancelled);
+    QVERIFY(!QFile::exists(kept));
+    QCOMPARE(host.module->analyse(path, running), AnalysisOutcome::Done);
+    QVERIFY(QFile::exists(kept));
+    // Once more costs no decode: what is there is not written again.
+    const QDateTime written = QFileInfo(kept).lastModified();
+    QCOMPARE(host.module->analyse(path, running), AnalysisOutcome::Done);
+    QCOMPARE(QFileInfo(kept).lastModified(), written);
+    // The grid's smaller size comes of it without the file itself.
+    QImage mark(QSize(300, 200), QImage::Format_RGB32);
+    mark.fill(Qt::magenta);
+    for (const QString &key : QImage(kept).textKeys())
+        mark.setText(key, QImage(kept).text(key));
+    QVERIFY(mark.save(kept));
+    QCOMPARE(QColor(files.thumbnail(path, ThumbnailFiles::kLarge, nullptr).pixel(5, 5)), QColor(Qt::magenta));
+
+    QCOMPARE(host.module->analyse(sample("nasty/zero_landscape.jpg"), running), AnalysisOutcome::Impossible);
+    QCOMPARE(host.module->analyse(QStringLiteral("/no/such/file.jpg"), running), AnalysisOutcome::Impossible);
+    host.module->shutdown();
+    QCOMPARE(host.module->analyse(path, running), AnalysisOutcome::Cancelled);
+}
+
+void TestThumbnails::diskBudgetSparesOthers()
+{
+    TestModule host;
+    const std::atomic_bool running{false};
+    const ThumbnailFiles files(host.folder.filePath(QStringLiteral("thumbnails")));
+    const QString ours = files.pathFor(host.copyOf("landscape.jpg"), ThumbnailFiles::kXLarge);
+    QCOMPARE(host.module->analyse(host.copyOf("landscape.jpg"), running), AnalysisOutcome::Done);
+    const QString foreign = QFileInfo(ours).path() + QStringLiteral("/foreign.png");
+    QVERIFY(QImage(400, 400, QImage::Format_RGB32).save(foreign));
+    files.prune(qint64(1) << 30, running);
+    QVERIFY(QFile::exists(ours));
+    files.prune(10, running);
+    QVERIFY(!QFile::exists(ours));
+    QVERIFY(QFile::exists(foreign));
+}
+
+void TestThumbnails::fullDiskLosesNothing()
+{
+    TestModule host;
+    const QString path = host.copyOf("landscape.jpg");
+    const ThumbnailFiles files(host.folder.filePath(QStringLiteral("thumbnails")));
+    // No file may grow beyond this: as on a disk that is full, in the middle of writing.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit tiny{4096, before.rlim_max};
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &tiny), 0);
+    const QImage shown = files.thumbnail(path, ThumbnailFiles::kXLarge, nullptr);
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &before), 0);
+    // The picture is there for the screen, and no half of it on the disk.
+    QVERIFY(!shown.isNull());
+    QDirIterator left(host.folder.filePath(QStringLiteral("thumbnails")), QDir::Files | QDir::Hidden,
+                      QDirIterator::Subdirectories);
+    QVERIFY2(!left.hasNext(), qPrintable(left.next()));
+    files.thumbnail(path, ThumbnailFiles::kXLarge, nullptr);
+    QVERIFY(QFile::exists(files.pathFor(path, ThumbnailFiles::kXLarge)));
+}
 
 void TestThumbnails::uprightAndFitted()
 {

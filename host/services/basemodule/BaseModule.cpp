@@ -8,6 +8,30 @@
 
 namespace basemodule {
 
+namespace {
+
+// A look through the thumbnail folders costs as much as a few thumbnails.
+constexpr int kAnalysesBetweenPrunings = 1000;
+
+/** An analysis waits while a picture is being decoded for the screen. */
+class AnalysisControl : public DecodeControl {
+public:
+    AnalysisControl(DecodeGate &gate, const std::atomic_bool &cancelled)
+        : m_gate(gate)
+        , m_cancelled(cancelled)
+    {
+    }
+
+    bool accept(qint64) override { return proceed(); }
+    bool proceed() override { return m_gate.waitForTurn(m_cancelled); }
+
+private:
+    DecodeGate &m_gate;
+    const std::atomic_bool &m_cancelled;
+};
+
+} // namespace
+
 BaseModule::BaseModule(QObject *pParent)
     : BaseModule(CacheFolders::standard(), pParent)
 {
@@ -17,6 +41,7 @@ BaseModule::BaseModule(const CacheFolders &folders, QObject *pParent)
     : QObject(pParent)
     , m_gate(std::make_shared<DecodeGate>())
     , m_renditions(folders)
+    , m_thumbnailFiles(folders.thumbnails)
 {
     // Previews read raw files through their rendition: that is what has to be ready.
     const auto resolve = [this](const QString &path) {
@@ -102,8 +127,30 @@ void BaseModule::setAheadBudget(qint64 nBytes)
     m_ahead->setBudget(nBytes);
 }
 
+AnalysisOutcome BaseModule::analyse(const QString &path, const std::atomic_bool &cancelled)
+{
+    AnalysisControl control(*m_gate, cancelled);
+    if (m_bEnding || !control.proceed())
+        return AnalysisOutcome::Cancelled;
+    if (m_nAnalysed++ % kAnalysesBetweenPrunings == 0)
+        m_thumbnailFiles.prune(m_nThumbnailBudget, cancelled);
+    if (isRawSuffix(path.section(QLatin1Char('.'), -1)))
+        m_renditions.renditionOf(path);
+    const bool bMade = m_thumbnailFiles.keep(path, ThumbnailFiles::kXLarge, &control);
+    if (cancelled || m_bEnding)
+        return AnalysisOutcome::Cancelled;
+    return bMade ? AnalysisOutcome::Done : AnalysisOutcome::Impossible;
+}
+
+void BaseModule::setThumbnailDiskBudget(qint64 nBytes)
+{
+    m_nThumbnailBudget = nBytes;
+}
+
 void BaseModule::shutdown()
 {
+    m_bEnding = true;
+    m_gate->wakeAll();
     m_thumbnails->shutdown();
     m_ahead->shutdown();
     m_decoder->shutdown();

@@ -5,6 +5,7 @@
 #include "services/basemodule/IHostAnalysis.h"
 #include "services/basemodule/cache/DecodeGate.h"
 #include "services/basemodule/cache/RenditionStore.h"
+#include "services/basemodule/cache/ThumbnailFiles.h"
 
 #include <QObject>
 
@@ -19,7 +20,7 @@ class ThumbnailCache;
 /**
  * Root object of the base module: builds decoder, decode-ahead, renditions and thumbnails and hands them out.
  *
- * Owner: the Qt plug-in loader, or a test. Thread: GUI thread; the decoder and renditionPaths: any.
+ * Owner: the Qt plug-in loader, or a test. Thread: GUI thread; the decoder, renditionPaths and analyse: any.
  */
 class BaseModule : public QObject, public IPlugin, public IBaseModulePlugin, public IHostAnalysis {
     Q_OBJECT
@@ -45,6 +46,8 @@ public:
     RenditionPaths renditionPaths(const QString &path, qint64 nSize, qint64 nModifiedMsec) override;
     void setFilesAhead(const QStringList &paths) override;
     void setAheadBudget(qint64 nBytes) override;
+    AnalysisOutcome analyse(const QString &path, const std::atomic_bool &cancelled) override;
+    void setThumbnailDiskBudget(qint64 nBytes) override;
     void shutdown() override;
 
     /** For tests: what is held ready. */
@@ -56,6 +59,10 @@ private:
     std::unique_ptr<DecodeAhead> m_ahead;
     std::unique_ptr<ImageDecoder> m_decoder;
     QSharedPointer<ThumbnailCache> m_thumbnails;
+    const ThumbnailFiles m_thumbnailFiles;
+    std::atomic<qint64> m_nThumbnailBudget{qint64(1) << 30};
+    std::atomic_int m_nAnalysed{0};
+    std::atomic_bool m_bEnding{false};
 };
 
 } // namespace basemodule

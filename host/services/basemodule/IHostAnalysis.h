@@ -4,17 +4,22 @@
 #include <QStringList>
 #include <QtPlugin>
 
+#include <atomic>
+
 /** Where the base module keeps what it made of one file. The files need not exist yet. */
 struct RenditionPaths {
     QString largePreview; ///< The large rendition; reading it through the decoder makes it where it is missing.
     QString thumbnail;    ///< The thumbnail, in the desktop's shared thumbnail folder.
 };
 
+/** What came of analysing a file. */
+enum class AnalysisOutcome { Done, Impossible, Cancelled };
+
 /**
  * What the host application asks of its own base module beyond the interface that previews know: where renditions
  * stand, and which files will be looked at next. Reached with qobject_cast from the base module's root object.
  *
- * Owner: the base module. Thread: GUI thread only, except renditionPaths.
+ * Owner: the base module. Thread: GUI thread only, except renditionPaths and analyse.
  */
 class IHostAnalysis {
 public:
@@ -33,6 +38,15 @@ public:
 
     /** Byte budget for pictures decoded ahead; 0 switches decoding ahead off. */
     virtual void setAheadBudget(qint64 nBytes) = 0;
+
+    /**
+     * Makes the thumbnail of a file and, where previews read one, its large rendition, and keeps them on disk. Any
+     * thread, several at once; lets pictures that somebody waits for go first, and ends soon when it is cancelled.
+     */
+    virtual AnalysisOutcome analyse(const QString &path, const std::atomic_bool &cancelled) = 0;
+
+    /** Byte budget for our thumbnails on disk; those of other programs are left alone. */
+    virtual void setThumbnailDiskBudget(qint64 nBytes) = 0;
 
     /** Ends all background work and waits for it; called once before the host ends. */
     virtual void shutdown() = 0;

@@ -3,6 +3,7 @@
 #include "app/CommandLine.h"
 #include "app/FileGridModel.h"
 #include "app/MainWindow.h"
+#include "app/MainWindowHandle.h"
 #include "app/PreviewController.h"
 #include "interfaces/data/IPreviewDataSource.h"
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
@@ -59,6 +60,8 @@ public:
     RenditionPaths renditionPaths(const QString &, qint64, qint64) override { return {}; }
     void setFilesAhead(const QStringList &paths) override { ahead = paths; }
     void setAheadBudget(qint64) override {}
+    AnalysisOutcome analyse(const QString &, const std::atomic_bool &) override { return AnalysisOutcome::Done; }
+    void setThumbnailDiskBudget(qint64) override {}
     void shutdown() override {}
 
     QStringList ahead;

@@ -10,6 +10,7 @@
 #include <QTemporaryFile>
 #include <QUrl>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace basemodule {
@@ -29,6 +30,9 @@ const char *folderOf(int nBucket)
         return "xx-large";
     }
 }
+
+/** Within these bytes of a thumbnail stand the texts that tell where it comes from. */
+constexpr int kHeadLength = 2048;
 
 // The address exactly as other programs of the desktop write it: its digest names the file.
 QByteArray uriOf(const QString &path)
@@ -65,6 +69,8 @@ QImage ThumbnailFiles::thumbnail(const QString &sourcePath, int nBucket, DecodeC
     const QString path = pathFor(sourcePath, nBucket);
     const qint64 nModifiedSec = key.modified / 1000000000;
     QImage image = load(path, uri, nModifiedSec);
+    if (image.isNull())
+        image = larger(sourcePath, nBucket, uri, nModifiedSec);
     if (!image.isNull())
         return image;
     DecodeRequest request;
@@ -77,6 +83,68 @@ QImage ThumbnailFiles::thumbnail(const QString &sourcePath, int nBucket, DecodeC
     if (!image.isNull() && bReduced && !sourcePath.startsWith(m_folder))
         store(image, path, uri, nModifiedSec);
     return image;
+}
+
+QImage ThumbnailFiles::larger(const QString &sourcePath, int nBucket, const QByteArray &uri,
+                              qint64 nModifiedSec) const
+{
+    // The one that the analysis makes serves all smaller sizes, without the file itself being read again.
+    if (nBucket >= kXLarge)
+        return {};
+    const QImage image = load(pathFor(sourcePath, kXLarge), uri, nModifiedSec);
+    return image.width() > nBucket || image.height() > nBucket
+               ? image.scaled(nBucket, nBucket, Qt::KeepAspectRatio, Qt::SmoothTransformation)
+               : image;
+}
+
+bool ThumbnailFiles::keep(const QString &sourcePath, int nBucket, DecodeControl *pControl) const
+{
+    const FileKey key = fileKey(sourcePath);
+    if (key.isNull())
+        return false;
+    // The texts stand before the pixels: no need to read these.
+    QFile file(pathFor(sourcePath, nBucket));
+    if (file.open(QIODevice::ReadOnly)) {
+        const QByteArray head = file.read(kHeadLength);
+        const QByteArray time = QByteArrayLiteral("Thumb::MTime") + '\0' + QByteArray::number(key.modified / 1000000000);
+        if (head.contains(time) && head.contains(uriOf(sourcePath)))
+            return true;
+    }
+    return !thumbnail(sourcePath, nBucket, pControl).isNull();
+}
+
+void ThumbnailFiles::prune(qint64 nBudget, const std::atomic_bool &cancelled) const
+{
+    QFileInfoList files;
+    qint64 nBytes = 0;
+    for (const int nBucket : {kNormal, kLarge, kXLarge, kXxLarge}) {
+        const QFileInfoList found =
+            QDir(m_folder + QLatin1Char('/') + QLatin1String(folderOf(nBucket))).entryInfoList(QDir::Files);
+        for (const QFileInfo &file : found)
+            nBytes += file.size();
+        files += found;
+    }
+    if (nBytes <= nBudget)
+        return;
+    std::sort(files.begin(), files.end(),
+              [](const QFileInfo &a, const QFileInfo &b) { return a.lastRead() < b.lastRead(); });
+    nBytes = 0;
+    QFileInfoList ours;
+    for (const QFileInfo &info : qAsConst(files)) {
+        if (cancelled)
+            return;
+        QFile file(info.filePath());
+        if (!file.open(QIODevice::ReadOnly) || !file.read(kHeadLength).contains("bigimgpreview"))
+            continue;
+        nBytes += info.size();
+        ours.append(info);
+    }
+    for (const QFileInfo &info : qAsConst(ours)) {
+        if (nBytes <= nBudget || cancelled)
+            return;
+        if (QFile::remove(info.filePath()))
+            nBytes -= info.size();
+    }
 }
 
 bool ThumbnailFiles::isOutdated(const QString &thumbnailPath, const QString &sourcePath) const

@@ -3,6 +3,8 @@
 #include <QImage>
 #include <QString>
 
+#include <atomic>
+
 namespace basemodule {
 
 class DecodeControl;
@@ -32,10 +34,17 @@ public:
     /** The upright thumbnail of a file as it is now, read or made and then kept; null when none can be made. */
     QImage thumbnail(const QString &sourcePath, int nBucket, DecodeControl *pControl) const;
 
+    /** Makes sure that the thumbnail is kept; quicker than `thumbnail` where it is. False when none can be made. */
+    bool keep(const QString &sourcePath, int nBucket, DecodeControl *pControl) const;
+
+    /** Removes those of our own that were not used for longest until the rest keeps to the budget. */
+    void prune(qint64 nBudget, const std::atomic_bool &cancelled) const;
+
     /** Whether the thumbnail there is was made of an earlier state of the file. */
     bool isOutdated(const QString &thumbnailPath, const QString &sourcePath) const;
 
 private:
+    QImage larger(const QString &sourcePath, int nBucket, const QByteArray &uri, qint64 nModifiedSec) const;
     QImage load(const QString &thumbnailPath, const QByteArray &uri, qint64 nModifiedSec) const;
     void store(const QImage &image, const QString &thumbnailPath, const QByteArray &uri, qint64 nModifiedSec) const;
 

@@ -1,0 +1,93 @@
+#include "app/FullPreviewPlace.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QStackedWidget>
+
+namespace {
+
+/** As near to the right edge the preview offers its handle. */
+constexpr int k_nEdgeWidth = 12;
+
+} // namespace
+
+FullPreviewPlace::FullPreviewPlace(QStackedWidget *pCenter, QWidget *pPanel, const QVector<QWidget *> &makingRoom,
+                                   QObject *pParent)
+    : QObject(pParent)
+    , m_pCenter(pCenter)
+    , m_pPanel(pPanel)
+    , m_makingRoom(makingRoom)
+{
+    showPanel();
+}
+
+void FullPreviewPlace::enter(IPreviewDbClickWidget *pPreview, bool bPanelHidden)
+{
+    m_pPreview = pPreview;
+    m_bPanelHidden = bPanelHidden;
+    m_bPanelForbidden = false;
+    m_hidden.clear();
+    for (QWidget *pPart : m_makingRoom) {
+        if (pPart->isHidden())
+            continue;
+        m_hidden.append(pPart);
+        pPart->hide();
+    }
+    connect(pPreview, &IPreviewDbClickWidget::signalHideRightView, this, [this] {
+        m_bPanelHidden = !m_bPanelHidden;
+        showPanel();
+        Q_EMIT signalPanelHidden(m_bPanelHidden);
+    });
+    connect(pPreview, &IPreviewDbClickWidget::signalRightViewIsForbidden, this, [this](bool bForbidden) {
+        m_bPanelForbidden = bForbidden;
+        showPanel();
+    });
+    showPanel();
+    QWidget *pWidget = pPreview->previewWidget();
+    m_pCenter->addWidget(pWidget);
+    m_pCenter->setCurrentWidget(pWidget);
+    qApp->installEventFilter(this);
+}
+
+void FullPreviewPlace::leave()
+{
+    qApp->removeEventFilter(this);
+    if (m_pPreview != nullptr) {
+        m_pPreview->disconnect(this);
+        m_pCenter->removeWidget(m_pPreview->previewWidget());
+        m_pPreview->previewWidget()->hide();
+    }
+    m_pPreview.clear();
+    m_pCenter->setCurrentIndex(0);
+    for (const QPointer<QWidget> &pPart : qAsConst(m_hidden)) {
+        if (pPart != nullptr)
+            pPart->show();
+    }
+    m_hidden.clear();
+    showPanel();
+}
+
+void FullPreviewPlace::setPanelWanted(bool bWanted)
+{
+    m_bPanelWanted = bWanted;
+    showPanel();
+}
+
+void FullPreviewPlace::showPanel()
+{
+    m_pPanel->setVisible(isOpen() ? !m_bPanelHidden && !m_bPanelForbidden : m_bPanelWanted);
+}
+
+bool FullPreviewPlace::eventFilter(QObject *pWatched, QEvent *pEvent)
+{
+    if (pEvent->type() == QEvent::MouseMove && m_pPreview != nullptr && pWatched->isWidgetType()) {
+        const QWidget *pWidget = m_pPreview->previewWidget();
+        const QPoint place = pWidget->mapFromGlobal(static_cast<QMouseEvent *>(pEvent)->globalPos());
+        const bool bNear = pWidget->rect().contains(place) && place.x() >= pWidget->width() - k_nEdgeWidth;
+        // Once for each approach: the preview's timer does the rest.
+        if (bNear && !m_bNearEdge)
+            Q_EMIT m_pPreview->signalStartSideTimer();
+        m_bNearEdge = bNear;
+    }
+    return QObject::eventFilter(pWatched, pEvent);
+}

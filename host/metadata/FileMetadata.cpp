@@ -1,0 +1,24 @@
+#include "metadata/FileMetadata.h"
+
+#include "files/NativePath.h"
+#include "metadata/MetadataReaders.h"
+
+#include <QImageReader>
+
+FileMetadata readFileMetadata(const QString &path)
+{
+    FileMetadata metadata;
+    const QByteArray native = nativePath(path);
+    readPictureMetadata(native, &metadata);
+    if (metadata.dimensions.isEmpty()) {
+        // Reads the header alone.
+        QImageReader reader(path);
+        reader.setDecideFormatFromContent(true);
+        metadata.dimensions = reader.size();
+        if (reader.transformation().testFlag(QImageIOHandler::TransformationRotate90))
+            metadata.dimensions.transpose();
+    }
+    if (metadata.dimensions.isEmpty())
+        readMediaMetadata(native, &metadata);
+    return metadata;
+}

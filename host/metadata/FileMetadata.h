@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QDateTime>
+#include <QMetaType>
+#include <QSize>
+#include <QString>
+
+#include <atomic>
+
+/** What a file says of itself. What it does not say is empty. A plain value; crosses threads. */
+struct FileMetadata {
+    QSize dimensions; ///< Upright, in pixels.
+    QDateTime taken;
+    QString camera;
+    QString lens;
+    QString exposure; ///< Time, aperture, sensitivity and focal length in one line.
+    QString colorProfile;
+    qint64 nDurationMsec = 0;
+    QString codec;
+};
+
+Q_DECLARE_METATYPE(FileMetadata)
+
+/** Reads it from the file; any thread; takes time. Damaged files give what could be read. No handle stays open. */
+FileMetadata readFileMetadata(const QString &path);

@@ -1,0 +1,265 @@
+#include "LibraryFixture.h"
+#include "app/FullPreviewPlace.h"
+#include "app/LabelList.h"
+#include "app/ThumbnailSource.h"
+#include "app/panel/InfoPanel.h"
+#include "app/panel/LabelChip.h"
+#include "app/panel/LabelEditor.h"
+#include "app/panel/MetadataTable.h"
+
+#include <QCompleter>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStackedWidget>
+
+namespace {
+
+class FakePreview : public IPreviewDbClickWidget {
+public:
+    bool canClosePreview() override { return true; }
+    void stopPreview() override {}
+    void setRightPanelHidden(bool) override {}
+    QWidget *previewWidget() override { return this; }
+};
+
+QStringList texts(const QWidget &parent)
+{
+    QStringList all;
+    const QList<QLabel *> labels = parent.findChildren<QLabel *>();
+    for (const QLabel *pLabel : labels) {
+        if (pLabel->isVisibleTo(&parent))
+            all.append(pLabel->text());
+    }
+    return all;
+}
+
+} // namespace
+
+/** The information panel on real files, and how it makes room for and follows the full preview. */
+class HostPanelTest : public LoggedTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() override;
+    void cleanup() override;
+    void tellsWhatIsKnown();
+    void renamesInPlace();
+    void addsAndTakesAwayLabels();
+    void completesLabels();
+    void forgetsMissingFiles();
+    void writesDurations();
+    void listsLabels();
+    void followsTheFullPreview();
+
+private:
+    template <typename Widget>
+    Widget *part(const char *pName) const
+    {
+        return m_pPanel->findChild<Widget *>(QLatin1String(pName));
+    }
+
+    QVector<LabelChip *> chips() const
+    {
+        QVector<LabelChip *> shown;
+        const QList<LabelChip *> all = m_pPanel->findChildren<LabelChip *>();
+        for (LabelChip *pChip : all) {
+            if (!pChip->isHidden())
+                shown.append(pChip);
+        }
+        return shown;
+    }
+
+    std::unique_ptr<LibraryFixture> m_place;
+    std::unique_ptr<ThumbnailSource> m_pThumbnails;
+    std::unique_ptr<InfoPanel> m_pPanel;
+};
+
+void HostPanelTest::init()
+{
+    LoggedTest::init();
+    m_place = std::make_unique<LibraryFixture>();
+    m_place->write(QStringLiteral("b.png"));
+    QVERIFY(QImage(120, 80, QImage::Format_RGB32).save(m_place->files(QStringLiteral("a.jpg"))));
+    m_place->open();
+    m_pThumbnails = std::make_unique<ThumbnailSource>();
+    m_pPanel = std::make_unique<InfoPanel>(m_place->library.get(), m_pThumbnails.get(), nullptr);
+    m_pPanel->resize(280, 900);
+    m_pPanel->show();
+}
+
+void HostPanelTest::cleanup()
+{
+    m_pPanel.reset();
+    m_pThumbnails.reset();
+    m_place.reset();
+    LoggedTest::cleanup();
+}
+
+void HostPanelTest::tellsWhatIsKnown()
+{
+    QVERIFY(!part<QLineEdit>("hostFileName")->isVisible());
+    m_pPanel->showFile(m_place->id(QStringLiteral("a.jpg")));
+    QCOMPARE(part<QLineEdit>("hostFileName")->text(), QStringLiteral("a.jpg"));
+    QTRY_VERIFY(texts(*m_pPanel).contains(QString::fromUtf8("120 × 80")));
+    // The next file's lines never mix with the last one's.
+    m_pPanel->showFile(m_place->id(QStringLiteral("b.png")));
+    QVERIFY(!texts(*m_pPanel).contains(QString::fromUtf8("120 × 80")));
+    QVERIFY(texts(*m_pPanel).contains(QStringLiteral("No notes")));
+    m_place->library->setNotes(m_pPanel->fileId(), {{QRect(0, 0, 1, 1), 1, QStringLiteral("n")}});
+    QTRY_VERIFY(texts(*m_pPanel).contains(QStringLiteral("1 note")));
+}
+
+void HostPanelTest::renamesInPlace()
+{
+    const qint64 nId = m_place->id(QStringLiteral("a.jpg"));
+    m_pPanel->showFile(nId);
+    m_pPanel->activateWindow();
+    auto *pName = part<QLineEdit>("hostFileName");
+    m_pPanel->editName();
+    QTRY_COMPARE(pName->selectedText(), QStringLiteral("a"));
+    QTest::keyClicks(pName, QStringLiteral("other"));
+    QTest::keyClick(pName, Qt::Key_Escape);
+    QCOMPARE(pName->text(), QStringLiteral("a.jpg"));
+
+    pName->setText(QStringLiteral("b.png"));
+    QTest::keyClick(pName, Qt::Key_Return);
+    // Refused: the old name is back, and the reason stands below it.
+    QTRY_VERIFY(texts(*m_pPanel).join(QLatin1Char('|')).contains(QStringLiteral("another file")));
+    QCOMPARE(m_place->library->record(nId)->fileName(), QStringLiteral("a.jpg"));
+    pName->clearFocus();
+    pName->setText(QStringLiteral("c.jpg"));
+    QTest::keyClick(pName, Qt::Key_Return);
+    QTRY_COMPARE(m_place->library->record(nId)->fileName(), QStringLiteral("c.jpg"));
+    QVERIFY(QFile::exists(m_place->files(QStringLiteral("c.jpg"))));
+}
+
+void HostPanelTest::addsAndTakesAwayLabels()
+{
+    const qint64 nId = m_place->id(QStringLiteral("a.jpg"));
+    const qint64 nOther = m_place->id(QStringLiteral("b.png"));
+    m_pPanel->setSelection({nId, nOther});
+    m_pPanel->showFile(nId);
+    auto *pInput = part<QLineEdit>("hostLabelInput");
+    QTest::keyClicks(pInput, QStringLiteral("  sea   side "));
+    QTest::keyClick(pInput, Qt::Key_Return);
+    QTRY_COMPARE(chips().size(), 1);
+    QVERIFY(pInput->text().isEmpty());
+    // All selected files have it, and it is the same label however it is spelt.
+    QTRY_COMPARE(m_place->library->record(nOther)->tags().size(), 1);
+    QTest::keyClicks(pInput, QStringLiteral("SEA SIDE"));
+    QTest::keyClick(pInput, Qt::Key_Return);
+    QTest::keyClicks(pInput, QStringLiteral("Alps"));
+    QTest::keyClick(pInput, Qt::Key_Return);
+    QTRY_COMPARE(chips().size(), 2);
+    QCOMPARE(m_place->library->labels().size(), 2);
+    QTest::keyClick(chips().first(), Qt::Key_Delete);
+    QTRY_COMPARE(chips().size(), 1);
+    QCOMPARE(chips().first()->label().name, QStringLiteral("sea side"));
+    // The cross at its end.
+    QTest::mouseClick(chips().first(), Qt::LeftButton, Qt::NoModifier,
+                      QPoint(chips().first()->width() - 12, chips().first()->height() / 2));
+    QTRY_COMPARE(chips().size(), 0);
+    QTRY_VERIFY(m_place->library->record(nOther)->tags().isEmpty());
+}
+
+void HostPanelTest::completesLabels()
+{
+    m_place->label(QStringLiteral("b.png"), QStringLiteral("Mountains"));
+    m_place->label(QStringLiteral("a.jpg"), QStringLiteral("Mont"));
+    m_pPanel->showFile(m_place->id(QStringLiteral("a.jpg")));
+    QTRY_COMPARE(chips().size(), 1);
+    const QCompleter *pCompleter = part<QLineEdit>("hostLabelInput")->completer();
+    // The file's own labels are not offered again.
+    QCOMPARE(pCompleter->model()->rowCount(), 1);
+    QCOMPARE(pCompleter->model()->index(0, 0).data().toString(), QStringLiteral("Mountains"));
+}
+
+void HostPanelTest::forgetsMissingFiles()
+{
+    const qint64 nId = m_place->id(QStringLiteral("b.png"));
+    m_pPanel->showFile(nId);
+    auto *pForget = part<QPushButton>("hostForgetButton");
+    QVERIFY(!pForget->isVisible());
+    QVERIFY(QFile::remove(m_place->files(QStringLiteral("b.png"))));
+    QTRY_VERIFY(pForget->isVisible());
+    QVERIFY(part<QLineEdit>("hostFileName")->isReadOnly());
+    pForget->click();
+    QTRY_VERIFY(m_place->library->record(nId) == nullptr);
+    QTRY_COMPARE(m_pPanel->fileId(), 0);
+}
+
+void HostPanelTest::writesDurations()
+{
+    QCOMPARE(durationText(0), QStringLiteral("0:00"));
+    QCOMPARE(durationText(59600), QStringLiteral("1:00"));
+    QCOMPARE(durationText(754321), QStringLiteral("12:34"));
+    QCOMPARE(durationText(3723000), QStringLiteral("1:02:03"));
+}
+
+void HostPanelTest::listsLabels()
+{
+    LabelList list(nullptr);
+    QSignalSpy chosen(&list, &LabelList::signalChosen);
+    list.setLabels({{1, QStringLiteral("a"), 0}, {2, QStringLiteral("b"), 0x112233}});
+    list.setUses({{2, 7}});
+    list.resize(200, 200);
+    list.show();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 42));
+    QCOMPARE(list.chosen(), 2u);
+    list.setLabels({{2, QStringLiteral("b"), 0}, {3, QStringLiteral("c"), 0}});
+    QCOMPARE(list.currentIndex().row(), 0);
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 14));
+    QCOMPARE(list.chosen(), 0u);
+    list.choose(3);
+    // A label that is deleted narrows nothing any more.
+    list.setLabels({{2, QStringLiteral("b"), 0}});
+    QCOMPARE(list.chosen(), 0u);
+    QCOMPARE(chosen.last().first().toULongLong(), 0u);
+}
+
+void HostPanelTest::followsTheFullPreview()
+{
+    QWidget window;
+    auto *pCenter = new QStackedWidget(&window);
+    pCenter->addWidget(new QWidget);
+    auto *pPanel = new QWidget(&window);
+    auto *pTitle = new QWidget(&window);
+    auto *pFolded = new QWidget(&window);
+    pFolded->hide();
+    window.resize(400, 300);
+    pCenter->resize(400, 300);
+    window.show();
+    FullPreviewPlace place(pCenter, pPanel, {pTitle, pFolded}, nullptr);
+    place.setPanelWanted(false);
+    QVERIFY(pPanel->isHidden());
+    FakePreview preview;
+    QSignalSpy hidden(&place, &FullPreviewPlace::signalPanelHidden);
+    QSignalSpy nearEdge(&preview, &IPreviewDbClickWidget::signalStartSideTimer);
+    place.enter(&preview, false);
+    QVERIFY(pCenter->currentWidget() == &preview && pTitle->isHidden() && !pPanel->isHidden());
+    Q_EMIT preview.signalRightViewIsForbidden(true);
+    QVERIFY(pPanel->isHidden());
+    // A toggle while it is forbidden counts when it is allowed again.
+    Q_EMIT preview.signalHideRightView();
+    Q_EMIT preview.signalRightViewIsForbidden(false);
+    QVERIFY(pPanel->isHidden());
+    Q_EMIT preview.signalHideRightView();
+    QVERIFY(!pPanel->isHidden());
+    QCOMPARE(hidden.size(), 2);
+    QCOMPARE(hidden.first().first().toBool(), true);
+    // Once for each approach of the mouse to the right edge.
+    for (const int nX : {100, 395, 397, 200, 396})
+        QTest::mouseMove(&preview, QPoint(nX, 100));
+    QTRY_COMPARE(nearEdge.size(), 2);
+
+    place.leave();
+    QVERIFY(pCenter->currentIndex() == 0 && !pTitle->isHidden() && pFolded->isHidden() && pPanel->isHidden());
+    preview.setParent(nullptr);
+    Q_EMIT preview.signalHideRightView();
+    QCOMPARE(hidden.size(), 2);
+}
+
+BIGIMGPREVIEW_TEST_MAIN(HostPanelTest)
+#include "tst_host_panel.moc"
