@@ -43,9 +43,14 @@ void FullPreviewPlace::enter(IPreviewDbClickWidget *pPreview, bool bPanelHidden)
         showPanel();
     });
     showPanel();
+    // Hidden with its owner the focus would wander on, to the name of the file of all places.
+    if (QWidget *pFocus = QApplication::focusWidget())
+        pFocus->clearFocus();
     QWidget *pWidget = pPreview->previewWidget();
     m_pCenter->addWidget(pWidget);
     m_pCenter->setCurrentWidget(pWidget);
+    if (QApplication::focusWidget() == nullptr)
+        pWidget->setFocus();
     qApp->installEventFilter(this);
 }
 

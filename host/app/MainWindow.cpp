@@ -242,6 +242,7 @@ void MainWindow::applyTheme()
     colors.setColor(QPalette::ToolTipBase, pTheme->GetPopupWinBackgroundColor());
     colors.setColor(QPalette::ToolTipText, pTheme->GetTextColor(0));
     colors.setColor(QPalette::Highlight, pTheme->GetMainColor());
+    colors.setColor(QPalette::PlaceholderText, pTheme->GetTextColor(1));
     colors.setColor(QPalette::HighlightedText, pTheme->GetTextColor(3));
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         colors.setColor(role, pTheme->GetTextColor(0));

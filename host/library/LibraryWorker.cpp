@@ -48,7 +48,7 @@ void LibraryWorker::announce(int nGeneration, const QVector<FileRow> &rows)
     QVector<FileRow> news;
     for (const FileRow &row : rows) {
         // Compared with what was announced, not with the library: another instance may have stored the change.
-        const Announced state{row.nSize, row.nModifiedMsec, qHash(row.name, qHash(row.folder))};
+        const Announced state{row.nSize, row.nModifiedMsec, qHash(row.name, qHash(row.folder)), row.bAvailable};
         const auto known = m_announced.constFind(row.id);
         if (known != m_announced.constEnd() && known.value() == state)
             continue;

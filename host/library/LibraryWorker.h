@@ -93,10 +93,12 @@ private:
         qint64 nSize = 0;
         qint64 nModifiedMsec = 0;
         uint nPlace = 0; ///< Hash of the path.
+        bool bAvailable = true;
 
         bool operator==(const Announced &other) const
         {
-            return nSize == other.nSize && nModifiedMsec == other.nModifiedMsec && nPlace == other.nPlace;
+            return nSize == other.nSize && nModifiedMsec == other.nModifiedMsec && nPlace == other.nPlace &&
+                   bAvailable == other.bAvailable;
         }
     };
     QHash<qint64, Announced> m_announced;

@@ -248,7 +248,7 @@ void InfoPanel::takeMetadata(int nGeneration, const FileMetadata &metadata)
 
 void InfoPanel::editName()
 {
-    m_pName->setFocus(Qt::OtherFocusReason);
+    m_pName->beginEdit();
 }
 
 bool InfoPanel::event(QEvent *pEvent)

@@ -11,6 +11,7 @@ NameEdit::NameEdit(QWidget *pParent)
     setProperty("role", QStringLiteral("title"));
     setAccessibleName(tr("Name of the file"));
     setToolTip(tr("Click to rename (F2)"));
+    setFocusPolicy(Qt::ClickFocus);
     connect(this, &QLineEdit::editingFinished, this, &NameEdit::finish);
 }
 
@@ -39,10 +40,21 @@ void NameEdit::focusInEvent(QFocusEvent *pEvent)
         return;
     // After the press that gave the focus has set the cursor.
     QTimer::singleShot(0, this, [this] {
-        const int nDot = text().lastIndexOf(QLatin1Char('.'));
         if (!hasSelectedText())
-            setSelection(0, nDot > 0 ? nDot : text().size());
+            selectName();
     });
+}
+
+void NameEdit::beginEdit()
+{
+    setFocus(Qt::OtherFocusReason);
+    selectName();
+}
+
+void NameEdit::selectName()
+{
+    const int nDot = text().lastIndexOf(QLatin1Char('.'));
+    setSelection(0, nDot > 0 ? nDot : text().size());
 }
 
 void NameEdit::keyPressEvent(QKeyEvent *pEvent)

@@ -14,6 +14,9 @@ class NameEdit : public QLineEdit {
 public:
     explicit NameEdit(QWidget *pParent);
 
+    /** Takes the focus and selects the name without its suffix. */
+    void beginEdit();
+
     void setName(const QString &name, bool bEditable);
 
 Q_SIGNALS:
@@ -26,6 +29,7 @@ protected:
     void keyPressEvent(QKeyEvent *pEvent) override;
 
 private:
+    void selectName();
     void finish();
 
     QString m_name;

@@ -184,7 +184,9 @@ void HostEditsTest::offersWaysOn()
         pStartNew->click();
     }
     QVERIFY(banner.isHidden());
+    QSignalSpy problems(&library, &Library::signalProblem);
     QTRY_VERIFY(!library.isScanning());
+    QVERIFY2(problems.isEmpty(), qPrintable(problems.value(0).value(0).toString()));
     QCOMPARE(library.count(), 2);
     QCOMPARE(unusable.size(), 1);
     // Put aside, not overwritten.
