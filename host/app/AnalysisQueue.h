@@ -62,7 +62,8 @@ private:
     int m_nWorkers = 0;
 
     QVector<FileRow> m_finished; ///< Not stored yet.
-    QHash<qint64, qint64> m_analysed; ///< Time of change by file: records do not tell what was done since they were made.
+    QHash<qint64, qint64>
+        m_analysed; ///< Time of change by file: records do not tell what was done since they were made.
     QTimer m_reportTimer;
     int m_nOpen = 0; ///< Waiting or under way.
     int m_nDone = 0;

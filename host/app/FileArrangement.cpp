@@ -119,11 +119,10 @@ private:
 void compareRows(const FileRecordList &before, FileArrangement *pNext)
 {
     const FileRecordList &files = pNext->files;
-    pNext->bSameRows = before.size() == files.size() &&
-                       std::equal(before.cbegin(), before.cend(), files.cbegin(),
-                                  [](const FileRecordPtr &a, const FileRecordPtr &b) {
-                                      return a == b || a->fileId() == b->fileId();
-                                  });
+    pNext->bSameRows = before.size() == files.size() && std::equal(before.cbegin(), before.cend(), files.cbegin(),
+                                                                   [](const FileRecordPtr &a, const FileRecordPtr &b) {
+                                                                       return a == b || a->fileId() == b->fileId();
+                                                                   });
     for (int i = 0; pNext->bSameRows && i < files.size(); ++i) {
         const int nFirst = i;
         while (i < files.size() && before.at(i) != files.at(i))

@@ -28,10 +28,10 @@ enum class FileOrder { Name, NewestFirst, OldestFirst, LargestFirst, Type };
 struct FileArrangement {
     FileRecordList all; ///< In `order`.
     FileOrder order = FileOrder::Name;
-    FileRecordList files;          ///< The wanted ones of them.
-    QHash<qint64, int> rows;       ///< Places in `files` by id.
-    QHash<quint64, int> labelUses; ///< Files in `all` by label.
-    bool bSameRows = false;        ///< The wanted files are those of the last arrangement, in the same order…
+    FileRecordList files;                 ///< The wanted ones of them.
+    QHash<qint64, int> rows;              ///< Places in `files` by id.
+    QHash<quint64, int> labelUses;        ///< Files in `all` by label.
+    bool bSameRows = false;               ///< The wanted files are those of the last arrangement, in the same order…
     QVector<QPair<int, int>> changedRows; ///< …and these runs of them, first and last, have new records.
 };
 

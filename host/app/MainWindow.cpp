@@ -114,8 +114,8 @@ QWidget *MainWindow::buildFilesPage()
 void MainWindow::buildLayout()
 {
     m_pCenter->addWidget(buildFilesPage());
-    for (QWidget *pPane : {static_cast<QWidget *>(m_pLeft), static_cast<QWidget *>(m_pCenter),
-                           static_cast<QWidget *>(m_pPanel)})
+    for (QWidget *pPane :
+         {static_cast<QWidget *>(m_pLeft), static_cast<QWidget *>(m_pCenter), static_cast<QWidget *>(m_pPanel)})
         m_pSplitter->addWidget(pPane);
     m_pSplitter->setStretchFactor(1, 1);
     m_pSplitter->setSizes({k_nLeftWidth, width() - k_nLeftWidth - k_nPanelWidth, k_nPanelWidth});
@@ -250,7 +250,8 @@ void MainWindow::applyTheme()
     QApplication::setPalette(colors);
     QToolTip::setPalette(colors);
     // Each part has the style sheet for itself; one for the window would reach the previews opened over and in it.
-    for (QWidget *pPart : {static_cast<QWidget *>(m_pTitleBar), m_pCenter->widget(0), static_cast<QWidget *>(m_pStatus)})
+    for (QWidget *pPart :
+         {static_cast<QWidget *>(m_pTitleBar), m_pCenter->widget(0), static_cast<QWidget *>(m_pStatus)})
         pTheme->SetWidgetStyleSheetWithQssName(pPart, QStringLiteral("host"));
     update();
 }

@@ -60,9 +60,9 @@ void StatusLine::setAnalysis(int nDone, int nTotal)
     m_nAnalysed = nDone;
     m_nToAnalyse = nTotal;
     if (!m_bScanning)
-        m_message = nTotal > 0 ? tr("Making pictures… %1 of %2")
-                                     .arg(QLocale().toString(nDone), QLocale().toString(nTotal))
-                               : QString();
+        m_message = nTotal > 0
+                        ? tr("Making pictures… %1 of %2").arg(QLocale().toString(nDone), QLocale().toString(nTotal))
+                        : QString();
     showProgress();
 }
 

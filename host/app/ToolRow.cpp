@@ -31,7 +31,8 @@ ToolRow::ToolRow(FileGridModel *pModel, QWidget *pParent)
     , m_pKind(new QComboBox(this))
     , m_pOrder(new QComboBox(this))
     , m_pFolderButton(HostIcons::makeToolButton(QStringLiteral("hostFolderButton"), tr("Open folder (Ctrl+O)"), this))
-    , m_pRefreshButton(HostIcons::makeToolButton(QStringLiteral("hostRefreshButton"), tr("Look for changes (F5)"), this))
+    , m_pRefreshButton(
+          HostIcons::makeToolButton(QStringLiteral("hostRefreshButton"), tr("Look for changes (F5)"), this))
     , m_pPanelButton(HostIcons::makeToolButton(QStringLiteral("hostPanelButton"), tr("Information (Ctrl+I)"), this))
 {
     setObjectName(QStringLiteral("hostToolRow"));
@@ -71,7 +72,7 @@ void ToolRow::fillKinds()
     m_pKind->setAccessibleName(tr("Kind of files"));
     m_pKind->setFocusPolicy(Qt::TabFocus);
     const QPair<Kind, QString> kinds[] = {
-        {Kind::Any, tr("All kinds")},       {Kind::Picture, tr("Pictures")}, {Kind::Camera, tr("Camera files")},
+        {Kind::Any, tr("All kinds")},      {Kind::Picture, tr("Pictures")}, {Kind::Camera, tr("Camera files")},
         {Kind::Document, tr("Documents")}, {Kind::Video, tr("Videos")},     {Kind::Sound, tr("Sounds")},
         {Kind::Other, tr("Other files")},
     };

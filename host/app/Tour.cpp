@@ -201,9 +201,13 @@ void Tour::addPanelSteps(const FileRecordPtr &pPicture)
                            type("hostLabelInput", QStringLiteral("Holiday\n"));
                            type("hostLabelInput", QStringLiteral("Landscape\n"));
                        },
-                       [hasLabels] { return hasLabels(2); }});
+                       [hasLabels] {
+                           return hasLabels(2);
+                       }});
     m_steps.push_back({QStringLiteral("search"), [this] { type("hostSearch", QStringLiteral("holiday")); },
-                       [this] { return m_pSession->model().rowCount() == 1 && isStill(); }});
+                       [this] {
+                           return m_pSession->model().rowCount() == 1 && isStill();
+                       }});
     m_steps.push_back({QString(), [this] { pressKey(Qt::Key_Escape); },
                        [this] {
                            return m_pSession->model().rowCount() > 1 && m_pSession->window()->grid()->hasFocus();

@@ -95,11 +95,13 @@ FileTypes::Kind FileTypes::kindOf(qint64 nType)
     };
     // In order; the first that holds the number counts.
     static const Range ranges[] = {
-        {120, 121, Kind::Document},  {130, 132, Kind::Document}, {110, 110, Kind::Document}, {1, 189, Kind::Picture},
-        {190, 195, Kind::Document},  {210, 211, Kind::Sound},    {220, 239, Kind::Video},    {300, 319, Kind::Picture},
-        {330, 499, Kind::Camera},    {620, 620, Kind::Video},    {640, 650, Kind::Video},    {660, 670, Kind::Sound},
-        {690, 740, Kind::Document},  {750, 754, Kind::Sound},    {800, 980, Kind::Document}, {1100, 1100, Kind::Document},
-        {1200, 1200, Kind::Document}, {1201, 1219, Kind::Picture}, {1220, 1220, Kind::Document},
+        {120, 121, Kind::Document},   {130, 132, Kind::Document},   {110, 110, Kind::Document},
+        {1, 189, Kind::Picture},      {190, 195, Kind::Document},   {210, 211, Kind::Sound},
+        {220, 239, Kind::Video},      {300, 319, Kind::Picture},    {330, 499, Kind::Camera},
+        {620, 620, Kind::Video},      {640, 650, Kind::Video},      {660, 670, Kind::Sound},
+        {690, 740, Kind::Document},   {750, 754, Kind::Sound},      {800, 980, Kind::Document},
+        {1100, 1100, Kind::Document}, {1200, 1200, Kind::Document}, {1201, 1219, Kind::Picture},
+        {1220, 1220, Kind::Document},
     };
     for (const Range &range : ranges) {
         if (nType >= range.nFirst && nType <= range.nLast)

@@ -88,8 +88,9 @@ void Library::reopen(bool bStartNew)
     if (bStartNew)
         post([pWorker = m_pWorker, path = m_path] { pWorker->putAside(path); });
     open(m_path);
-    if (!m_folders.isEmpty())
-        showFolders(m_folders);
+    const QStringList folders = m_folders;
+    if (!folders.isEmpty())
+        showFolders(folders);
 }
 
 bool Library::isBusyReason(const QString &reason)

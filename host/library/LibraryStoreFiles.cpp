@@ -1,6 +1,5 @@
-#include "library/LibraryStore.h"
-
 #include "files/NativePath.h"
+#include "library/LibraryStore.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -81,8 +80,7 @@ void LibraryStore::prepareTakeIn()
              " has_video = excluded.has_video, inode = excluded.inode, width = NULL, height = NULL, available = 1");
     m_pFindMoved = make("SELECT files.id, path, name, inode, analysis FROM files JOIN folders ON folders.id = folder_id"
                         " WHERE size = ? AND mtime = ? LIMIT 64");
-    m_pMoveFile =
-        make("UPDATE files SET folder_id = ?, name = ?, type_id = ?, inode = ?, available = 1 WHERE id = ?");
+    m_pMoveFile = make("UPDATE files SET folder_id = ?, name = ?, type_id = ?, inode = ?, available = 1 WHERE id = ?");
 }
 
 bool LibraryStore::claimMoved(FileRow *pFile, qint64 nFolderId)
@@ -96,8 +94,8 @@ bool LibraryStore::claimMoved(FileRow *pFile, qint64 nFolderId)
     while (nId == 0 && m_pFindMoved->next()) {
         const QString oldName = m_pFindMoved->value(2).toString();
         // From drive to drive a file keeps its name at best; an empty one resembles every other.
-        const bool bSame = m_pFindMoved->value(3).toLongLong() == file.nInode ||
-                           (oldName == file.name && file.nSize > 0);
+        const bool bSame =
+            m_pFindMoved->value(3).toLongLong() == file.nInode || (oldName == file.name && file.nSize > 0);
         const QString oldPath = QDir(m_pFindMoved->value(1).toString()).filePath(oldName);
         if (!bSame || fileState(nativePath(oldPath)).bFile)
             continue;
@@ -123,11 +121,11 @@ QVector<FileRow> LibraryStore::filesUnder(const QStringList &folders, bool bRecu
     QVector<FileRow> rows;
     QSet<qint64> taken;
     for (const QString &folder : folders) {
-        QSqlQuery query = prepared(
-            QStringLiteral("SELECT files.id, folders.path, name, size, mtime, type_id, has_video,"
-                           " available, inode, analysis FROM folders"
-                           " JOIN files ON files.folder_id = folders.id"
-                           " WHERE (path = ? OR (path >= ? AND path < ?)) ORDER BY folders.id"));
+        QSqlQuery query =
+            prepared(QStringLiteral("SELECT files.id, folders.path, name, size, mtime, type_id, has_video,"
+                                    " available, inode, analysis FROM folders"
+                                    " JOIN files ON files.folder_id = folders.id"
+                                    " WHERE (path = ? OR (path >= ? AND path < ?)) ORDER BY folders.id"));
         bindFolderRange(&query, folder, bRecursive);
         if (!exec(&query))
             return rows;
@@ -209,8 +207,7 @@ bool LibraryStore::setAnalysis(const QVector<FileRow> &files)
 {
     if (!beginTransaction())
         return false;
-    QSqlQuery query =
-        prepared(QStringLiteral("UPDATE files SET analysis = ? WHERE id = ? AND size = ? AND mtime = ?"));
+    QSqlQuery query = prepared(QStringLiteral("UPDATE files SET analysis = ? WHERE id = ? AND size = ? AND mtime = ?"));
     bool bDone = true;
     for (const FileRow &file : files) {
         query.bindValue(0, int(file.analysis));

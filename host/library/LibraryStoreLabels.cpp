@@ -72,8 +72,7 @@ QVector<LabelRecord> LibraryStore::labelRecords()
     if (!exec(&query))
         return records;
     while (query.next())
-        records.append(
-            LabelRecord{query.value(0).toULongLong(), query.value(1).toString(), query.value(2).toUInt()});
+        records.append(LabelRecord{query.value(0).toULongLong(), query.value(1).toString(), query.value(2).toUInt()});
     return records;
 }
 

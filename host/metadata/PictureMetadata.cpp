@@ -82,8 +82,8 @@ QDateTime takenAt(const Exiv2::ExifData &exif)
         const auto entry = exif.findKey(Exiv2::ExifKey(pKey));
         if (entry == exif.end())
             continue;
-        const QDateTime time =
-            QDateTime::fromString(QString::fromLatin1(entry->toString().c_str()), QStringLiteral("yyyy:MM:dd HH:mm:ss"));
+        const QDateTime time = QDateTime::fromString(QString::fromLatin1(entry->toString().c_str()),
+                                                     QStringLiteral("yyyy:MM:dd HH:mm:ss"));
         if (time.isValid())
             return time;
     }

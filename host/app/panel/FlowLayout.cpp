@@ -35,7 +35,8 @@ void FlowLayout::setGeometry(const QRect &rect)
 
 int FlowLayout::arrange(const QRect &rect, bool bApply) const
 {
-    const Qt::LayoutDirection direction = parentWidget() != nullptr ? parentWidget()->layoutDirection() : Qt::LeftToRight;
+    const Qt::LayoutDirection direction =
+        parentWidget() != nullptr ? parentWidget()->layoutDirection() : Qt::LeftToRight;
     int nX = rect.x();
     int nY = rect.y();
     int nLineHeight = 0;

@@ -67,8 +67,7 @@ InfoPanel::~InfoPanel()
 QWidget *InfoPanel::buildMissing()
 {
     auto *pBox = new QWidget(m_pContent);
-    auto *pText = new QLabel(
-        tr("This file is missing. Its labels and notes are kept for when it comes back."), pBox);
+    auto *pText = new QLabel(tr("This file is missing. Its labels and notes are kept for when it comes back."), pBox);
     pText->setProperty("role", QStringLiteral("fault"));
     pText->setWordWrap(true);
     auto *pForget = new QPushButton(tr("Forget it"), pBox);
@@ -156,7 +155,7 @@ void InfoPanel::connectLibrary()
     connect(m_pLibrary, &Library::signalRenamed, this, [this](qint64 nActionId, qint64 nFileId, const QString &error) {
         if (nActionId != m_nRenameId || nFileId != m_nFileId || error.isEmpty())
             return;
-        showRecord();
+        m_pName->reset();
         m_pNameFault->setText(error);
         m_pNameFault->show();
     });
@@ -213,9 +212,7 @@ void InfoPanel::showRecord()
     m_pName->setName(pRecord->fileName(), !pRecord->isUnavailable());
     m_pLabels->setLabels(pRecord->tags());
     const int nNotes = pRecord->notes().size();
-    m_pNotes->setText(nNotes == 0   ? tr("No notes")
-                      : nNotes == 1 ? tr("1 note")
-                                    : tr("%1 notes").arg(nNotes));
+    m_pNotes->setText(nNotes == 0 ? tr("No notes") : nNotes == 1 ? tr("1 note") : tr("%1 notes").arg(nNotes));
     const bool bRead = m_nReadId == m_nFileId && m_nReadModified == pRecord->row().nModifiedMsec;
     m_pMetadata->showFile(*pRecord, bRead ? m_read : FileMetadata());
     if (!bRead && !pRecord->isUnavailable())

@@ -73,7 +73,8 @@ void LabelChip::paintEvent(QPaintEvent * /*pEvent*/)
     painter.setPen(hasFocus() ? QPen(pTheme->GetMainColor(), 1.5) : QPen(Qt::NoPen));
     painter.setBrush(fill);
     const double fInset = hasFocus() ? 0.75 : 0.0;
-    painter.drawRoundedRect(QRectF(rect()).adjusted(fInset, fInset, -fInset, -fInset), k_nHeight / 2.0, k_nHeight / 2.0);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(fInset, fInset, -fInset, -fInset), k_nHeight / 2.0,
+                            k_nHeight / 2.0);
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
     painter.drawEllipse(spotRect());
@@ -86,7 +87,8 @@ void LabelChip::paintEvent(QPaintEvent * /*pEvent*/)
     const QString name = QFontMetrics(chipFont()).elidedText(m_label.name, Qt::ElideRight, nameArea.width());
     painter.drawText(nameArea, int(Qt::AlignVCenter | Qt::AlignLeading) | int(Qt::TextSingleLine), name);
 
-    painter.setPen(QPen(m_bOverCross ? pTheme->GetTextColor(0) : pTheme->GetTextColor(1), 1.5, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(
+        QPen(m_bOverCross ? pTheme->GetTextColor(0) : pTheme->GetTextColor(1), 1.5, Qt::SolidLine, Qt::RoundCap));
     const QRectF cross = QRectF(crossRect()).adjusted(5, 5, -5, -5);
     painter.drawLine(cross.topLeft(), cross.bottomRight());
     painter.drawLine(cross.topRight(), cross.bottomLeft());

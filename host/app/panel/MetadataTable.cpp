@@ -46,7 +46,8 @@ void MetadataTable::addLine(const QString &name, const QString &value)
 QString durationText(qint64 nMsec)
 {
     const qint64 nSeconds = (nMsec + 500) / 1000;
-    const QString minutes = QStringLiteral("%1:%2").arg(nSeconds / 60 % 60, nSeconds >= 3600 ? 2 : 1, 10, QLatin1Char('0'));
+    const QString minutes =
+        QStringLiteral("%1:%2").arg(nSeconds / 60 % 60, nSeconds >= 3600 ? 2 : 1, 10, QLatin1Char('0'));
     const QString tail = minutes.arg(nSeconds % 60, 2, 10, QLatin1Char('0'));
     return nSeconds >= 3600 ? QStringLiteral("%1:%2").arg(nSeconds / 3600).arg(tail) : tail;
 }
@@ -63,8 +64,7 @@ void MetadataTable::showFile(const FileRecord &record, const FileMetadata &metad
     addLine(tr("Size"), locale.formattedDataSize(row.nSize));
     if (!metadata.dimensions.isEmpty()) {
         const double fMegapixels = double(metadata.dimensions.width()) * metadata.dimensions.height() / 1e6;
-        const QString size =
-            tr("%1 × %2").arg(metadata.dimensions.width()).arg(metadata.dimensions.height());
+        const QString size = tr("%1 × %2").arg(metadata.dimensions.width()).arg(metadata.dimensions.height());
         addLine(tr("Dimensions"), fMegapixels >= 1.0 && metadata.nDurationMsec == 0
                                       ? tr("%1  (%2 MP)").arg(size, locale.toString(fMegapixels, 'f', 1))
                                       : size);

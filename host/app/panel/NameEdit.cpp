@@ -22,15 +22,23 @@ void NameEdit::setName(const QString &name, bool bEditable)
         return;
     m_name = name;
     setReadOnly(!bEditable);
-    setText(name);
+    reset();
+}
+
+void NameEdit::reset()
+{
+    m_wanted.clear();
+    setText(m_name);
     setCursorPosition(0);
 }
 
 void NameEdit::finish()
 {
     const QString wanted = text();
-    if (wanted != m_name && !isReadOnly())
-        Q_EMIT signalRename(wanted);
+    if (wanted == m_name || wanted == m_wanted || isReadOnly())
+        return;
+    m_wanted = wanted;
+    Q_EMIT signalRename(wanted);
 }
 
 void NameEdit::focusInEvent(QFocusEvent *pEvent)
@@ -61,15 +69,13 @@ void NameEdit::keyPressEvent(QKeyEvent *pEvent)
 {
     switch (pEvent->key()) {
     case Qt::Key_Escape:
-        setText(m_name);
+        reset();
         Q_EMIT signalLeft();
         return;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        // Leaving the line finishes it, once.
+        finish();
         Q_EMIT signalLeft();
-        if (hasFocus())
-            finish();
         return;
     default:
         QLineEdit::keyPressEvent(pEvent);

@@ -17,6 +17,9 @@ public:
     /** Takes the focus and selects the name without its suffix. */
     void beginEdit();
 
+    /** Gives the present name back, instead of what was typed. */
+    void reset();
+
     void setName(const QString &name, bool bEditable);
 
 Q_SIGNALS:
@@ -33,4 +36,5 @@ private:
     void finish();
 
     QString m_name;
+    QString m_wanted; ///< Asked for and not answered yet.
 };

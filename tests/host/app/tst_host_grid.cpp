@@ -110,8 +110,9 @@ void HostGridTest::filtersFiles()
     QFETCH(int, nLabelId);
     QFETCH(QVector<qint64>, wanted);
     FileGridModel model;
-    const FileRecordPtr pLabelled = makeRecord(2, QStringLiteral("hill.jpg"))
-                                        ->withAnnotations({{}, {TagRecordPtr(new TagRecord{7, QStringLiteral("sunny")})}});
+    const FileRecordPtr pLabelled =
+        makeRecord(2, QStringLiteral("hill.jpg"))
+            ->withAnnotations({{}, {TagRecordPtr(new TagRecord{7, QStringLiteral("sunny")})}});
     FileRow video;
     video.id = 3;
     video.name = QStringLiteral("wave.mp4");

@@ -71,9 +71,18 @@ void HostWatchTest::movedFilesKeepTheirLabels_data()
     QTest::addColumn<QString>("to");
     QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("fileAfterwards");
-    QTest::newRow("renamed") << "a.jpg" << "z.jpg" << "a.jpg" << "z.jpg";
-    QTest::newRow("into another folder") << "a.jpg" << "sub/a.jpg" << "a.jpg" << "sub/a.jpg";
-    QTest::newRow("with its folder") << "sub" << "other" << "sub/b.png" << "other/b.png";
+    QTest::newRow("renamed") << "a.jpg"
+                             << "z.jpg"
+                             << "a.jpg"
+                             << "z.jpg";
+    QTest::newRow("into another folder") << "a.jpg"
+                                         << "sub/a.jpg"
+                                         << "a.jpg"
+                                         << "sub/a.jpg";
+    QTest::newRow("with its folder") << "sub"
+                                     << "other"
+                                     << "sub/b.png"
+                                     << "other/b.png";
 }
 
 void HostWatchTest::movedFilesKeepTheirLabels()

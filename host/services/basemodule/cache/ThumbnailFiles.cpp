@@ -85,8 +85,7 @@ QImage ThumbnailFiles::thumbnail(const QString &sourcePath, int nBucket, DecodeC
     return image;
 }
 
-QImage ThumbnailFiles::larger(const QString &sourcePath, int nBucket, const QByteArray &uri,
-                              qint64 nModifiedSec) const
+QImage ThumbnailFiles::larger(const QString &sourcePath, int nBucket, const QByteArray &uri, qint64 nModifiedSec) const
 {
     // The one that the analysis makes serves all smaller sizes, without the file itself being read again.
     if (nBucket >= kXLarge)
@@ -106,7 +105,8 @@ bool ThumbnailFiles::keep(const QString &sourcePath, int nBucket, DecodeControl 
     QFile file(pathFor(sourcePath, nBucket));
     if (file.open(QIODevice::ReadOnly)) {
         const QByteArray head = file.read(kHeadLength);
-        const QByteArray time = QByteArrayLiteral("Thumb::MTime") + '\0' + QByteArray::number(key.modified / 1000000000);
+        const QByteArray time =
+            QByteArrayLiteral("Thumb::MTime") + '\0' + QByteArray::number(key.modified / 1000000000);
         if (head.contains(time) && head.contains(uriOf(sourcePath)))
             return true;
     }
