@@ -63,6 +63,30 @@ void FileGridView::selectFile(qint64 nFileId)
     scrollTo(index);
 }
 
+void FileGridView::hideEvent(QHideEvent *pEvent)
+{
+    m_nLeftId = currentFileId();
+    m_nLeftScroll = verticalScrollBar()->value();
+    QListView::hideEvent(pEvent);
+}
+
+void FileGridView::returnTo(qint64 nFileId)
+{
+    const bool bSame = nFileId == m_nLeftId;
+    selectFile(nFileId);
+    executeDelayedItemsLayout();
+    if (bSame)
+        verticalScrollBar()->setValue(m_nLeftScroll);
+    else
+        scrollTo(currentIndex());
+}
+
+QRegion FileGridView::visualRegionForSelection(const QItemSelection &selection) const
+{
+    // The exact region would be gathered from every selected file, in view or not.
+    return selection.isEmpty() ? QRegion() : QRegion(viewport()->rect());
+}
+
 void FileGridView::keyPressEvent(QKeyEvent *pEvent)
 {
     m_bTouched = true;

@@ -23,6 +23,9 @@ public:
     /** Makes the file the current and only selected one and scrolls to it; unknown ids do nothing. */
     void selectFile(qint64 nFileId);
 
+    /** After the view was hidden: the same file stands at the same place, another one is scrolled to. */
+    void returnTo(qint64 nFileId);
+
     /** Goes to the first file, also as earlier ones arrive, until the user chooses or scrolls. */
     void startOver() { m_bTouched = false; }
 
@@ -35,6 +38,8 @@ protected:
     void keyPressEvent(QKeyEvent *pEvent) override;
     void mousePressEvent(QMouseEvent *pEvent) override;
     void resizeEvent(QResizeEvent *pEvent) override;
+    void hideEvent(QHideEvent *pEvent) override;
+    QRegion visualRegionForSelection(const QItemSelection &selection) const override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
 
@@ -52,5 +57,7 @@ private:
     int m_nKeptRow = -1;
     qint64 m_nAnchorId = 0; ///< The file that stays where it is on screen; 0: none.
     int m_nAnchorTop = 0;
+    qint64 m_nLeftId = 0; ///< The current file when the view was hidden, and how far it was scrolled.
+    int m_nLeftScroll = 0;
     bool m_bTouched = false;
 };

@@ -16,6 +16,7 @@
 
 #include <QFileInfo>
 #include <QLoggingCategory>
+#include <QTimer>
 
 namespace {
 
@@ -156,10 +157,14 @@ void HostSession::connectAnalysis()
 
 void HostSession::leavePreview(qint64 nFileId)
 {
-    m_pWindow->grid()->selectFile(nFileId);
-    m_pWindow->infoPanel()->showFile(m_pWindow->grid()->currentFileId());
     m_pWindow->activateWindow();
+    m_pWindow->grid()->selectFile(nFileId);
     m_pWindow->grid()->setFocus();
+    // After the columns that came back have taken their room.
+    QTimer::singleShot(0, m_pWindow.get(), [this, nFileId] {
+        m_pWindow->grid()->returnTo(nFileId);
+        m_pWindow->infoPanel()->showFile(m_pWindow->grid()->currentFileId());
+    });
 }
 
 void HostSession::openPreview(qint64 nFileId, bool bFull)

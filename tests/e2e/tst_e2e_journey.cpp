@@ -121,7 +121,7 @@ void JourneyTest::opensTheFullPreviewAndReturns()
             PatienceMsec);
         QTRY_VERIFY(pGrid->isVisible() && pGrid->hasFocus());
         QCOMPARE(m_pHost->currentName(), QStringLiteral("landscape.png"));
-        QCOMPARE(pGrid->verticalScrollBar()->value(), nScrolled);
+        QTRY_COMPARE(pGrid->verticalScrollBar()->value(), nScrolled);
     }
 }
 
