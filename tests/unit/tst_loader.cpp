@@ -268,20 +268,20 @@ void tst_loader::levelsComeWithThePicture()
     FakePicture large;
     large.size = QSize(2100, 1100);
     host().decoder.setPicture(Source, large);
-    const auto pLevels = QSharedPointer<QVector<QImage>>::create();
+    const auto pLoad = QSharedPointer<PictureLoad>::create();
     PreviewResourceThread task(1);
     int nLevels = -1;
     connect(
-        &task, &PreviewResourceThread::signal_imageReadEnd, this, [&nLevels, pLevels] { nLevels = pLevels->size(); },
+        &task, &PreviewResourceThread::signal_imageReadEnd, this, [&nLevels, pLoad] { nLevels = pLoad->levels.size(); },
         Qt::DirectConnection);
     task.setAutoDelete(false);
     task.setMode(LoadImageMode);
     task.setPaths(Source, Large, Thumb);
-    task.setLevelsTarget(pLevels);
+    task.setLoad(pLoad);
     task.run();
     QCOMPARE(nLevels, 2); // there before the picture is announced
-    QCOMPARE(pLevels->at(1).size(), QSize(525, 275));
-    task.setLevelsTarget({});
+    QCOMPARE(pLoad->levels.at(1).size(), QSize(525, 275));
+    task.setLoad({});
     task.run();
     QCOMPARE(nLevels, 2);
 }
