@@ -12,7 +12,6 @@
 #include "ui_PreviewDbClickWidget.h"
 
 #include <QPainter>
-#include <QPointer>
 
 namespace {
 
@@ -156,14 +155,10 @@ void PreviewDbClickWidget::SlotRecvShowSource(int cur, int total, qint64 fileId)
     m_pCounter->setNumbers(cur, total);
     if (m_bOnlyListing)
         return;
-    // Whatever the host does with these, it may not go on with a window that is gone.
-    const QPointer<PreviewDbClickWidget> pThis(this);
     QVector<qint64> raised{fileId};
     Q_EMIT sigRaiseAnalysisPriority(raised);
-    if (pThis)
-        Q_EMIT signalPreviewFileIdChanged(fileId);
-    if (pThis)
-        Q_EMIT signal_showResource();
+    Q_EMIT signalPreviewFileIdChanged(fileId);
+    Q_EMIT signal_showResource();
 }
 
 void PreviewDbClickWidget::slot_close_hide()
@@ -259,10 +254,7 @@ void PreviewDbClickWidget::onProviderRemoveFiles(QVector<qint64> fileIds)
     }
     // What is looked at, listened to or noted on goes on when another file leaves the list.
     m_bOnlyListing = !bCurrentRemoved;
-    const QPointer<PreviewDbClickWidget> pThis(this);
     m_pStrip->reload();
-    if (!pThis)
-        return;
     m_bOnlyListing = false;
     m_pStrip->slotThumbnailLoad();
 }
