@@ -49,7 +49,9 @@ void PreviewLeftWin::reload()
         return;
     const QModelIndex index = m_pModel->index(nRow, 0);
     setCurrentIndex(index);
-    scrollTo(index);
+    // Before it is shown, a long list would be laid out for a size that it will not have.
+    if (isVisible())
+        scrollTo(index);
 }
 
 void PreviewLeftWin::selectPrevious()
