@@ -74,7 +74,7 @@ void TSScrollBar::applyTheme()
                        "QScrollBar::sub-line:vertical{subcontrol-origin:margin;border:0px;width:0px;height:0px;}"));
 }
 
-void TSScrollBar::attach(QAbstractScrollArea *pArea, int nXOffset, int nYOffset)
+void TSScrollBar::attach(QAbstractScrollArea *pArea, int xOffset, int yOffset)
 {
     if (pArea == nullptr)
         return;
@@ -84,8 +84,8 @@ void TSScrollBar::attach(QAbstractScrollArea *pArea, int nXOffset, int nYOffset)
         disconnect(this, &QScrollBar::valueChanged, this, &TSScrollBar::setAreaValue);
     }
     m_pArea = pArea;
-    m_nXOffset = nXOffset;
-    m_nYOffset = nYOffset;
+    m_nXOffset = xOffset;
+    m_nYOffset = yOffset;
     m_pArea->installEventFilter(this);
     m_pArea->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -21,7 +21,7 @@ public:
     TSScrollBar(Qt::Orientation orientation, QWidget *pParent);
 
     /** Takes the place of the area's bar, moved by the offsets. Null does nothing. */
-    void attach(QAbstractScrollArea *pArea, int nXOffset, int nYOffset);
+    void attach(QAbstractScrollArea *pArea, int xOffset, int yOffset);
 
 public Q_SLOTS:
     void slot_valueChange_scrollBar(int value);
