@@ -113,6 +113,7 @@ void ImgPreviewWidget::clearPreview()
 {
     m_pZoom->setItem(nullptr);
     cancelAnimationTask();
+    abandonLoads();
     // What was said of this picture is not to be read as said of the next.
     const auto notices = findChildren<CNotificationFloatingWidget *>(QString(), Qt::FindDirectChildrenOnly);
     for (CNotificationFloatingWidget *pNotice : notices)

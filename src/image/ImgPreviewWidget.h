@@ -14,6 +14,7 @@
 class CPushButton;
 class CResourceItem;
 class ImgPreviewToolBar;
+class PictureLoad;
 class PictureZoom;
 class QShortcut;
 class TSDBGraphicsScene;
@@ -99,6 +100,7 @@ protected:
 private:
     void connectTools();
     void startLoader(qint64 nFileId);
+    void abandonLoads();
     void loadFromHost(qint64 nFileId);
     QImage pictureOfHost() const;
     void startAnimationTask(qint64 nFileId, const QString &path);
@@ -115,7 +117,7 @@ private:
     int m_openMode = OpenOwnFile;
     QImage m_image;
     QVector<QImage> m_levels;
-    QHash<qint64, QSharedPointer<QVector<QImage>>> m_levelsOfLoads;
+    QHash<qint64, QSharedPointer<PictureLoad>> m_loads; ///< Under way, by file.
     QSharedPointer<QAtomicInt> m_pAnimationCancel;
     QTimer m_trimTimer; ///< Who looks for longer than this pays for fresh memory at the next step.
     QSize m_viewSize;
