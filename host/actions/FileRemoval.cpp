@@ -1,10 +1,10 @@
 #include "actions/FileRemoval.h"
 
+#include "actions/DesktopTrash.h"
 #include "actions/FileCopy.h"
 #include "files/NativePath.h"
 
 #include <QCoreApplication>
-#include <QFile>
 
 #include <cerrno>
 #include <functional>
@@ -40,17 +40,12 @@ IoStatus removeFile(const FileRecordPtr &pRecord)
 
 IoStatus recycleFile(const FileRecordPtr &pRecord)
 {
-    const QByteArray path = nativePath(pRecord->filePath());
-    struct stat state = {};
-    if (::lstat(path.constData(), &state) != 0)
-        return IoStatus::ofErrno(errno, pRecord->fileName());
-    if (QFile::encodeName(pRecord->filePath()) != path)
-        return {IoStatus::Failed, tr("%1 has a name that the recycle bin cannot keep").arg(pRecord->fileName())};
-    QFile file(pRecord->filePath());
-    if (file.moveToTrash())
+    const int nError = DesktopTrash::moveToTrash(nativePath(pRecord->filePath()));
+    if (nError == 0)
         return {};
-    return {IoStatus::Failed,
-            tr("%1 cannot be moved to the recycle bin: %2").arg(pRecord->fileName(), file.errorString())};
+    if (nError == ENOTSUP || nError == EXDEV)
+        return {IoStatus::Failed, tr("There is no recycle bin for %1").arg(pRecord->fileName())};
+    return IoStatus::ofErrno(nError, pRecord->fileName());
 }
 
 FileRemoval::Result forEachFile(const FileRecordList &files, ActionTask &task,

@@ -79,11 +79,12 @@ std::unique_ptr<Leftover> Leftovers::make(const QByteArray &folder) const
 void Leftovers::cleanUp() const
 {
     const QDir folder(QFile::decodeName(m_folder));
-    const QStringList names = folder.entryList(QDir::Files);
+    const QStringList names = folder.entryList(QDir::Files | QDir::Hidden);
     for (const QString &name : names) {
         QFile file(folder.filePath(name));
         if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
             continue;
+        // A hidden one that is being written right now turns out to be unusable to its writer, who does without.
         if (::flock(file.handle(), LOCK_EX | LOCK_NB) != 0)
             continue;
         const qint64 nAge = file.fileTime(QFileDevice::FileModificationTime).msecsTo(QDateTime::currentDateTimeUtc());
