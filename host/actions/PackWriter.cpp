@@ -13,11 +13,10 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <vector>
 
 namespace {
 
-constexpr size_t k_nBuffer = size_t(1) << 20;
+constexpr int k_nBuffer = 1 << 20;
 // Deflating more than this keeps the user waiting for longer than the space is worth.
 constexpr qint64 k_nMostDeflated = qint64(64) << 20;
 constexpr int k_nPrivateMode = 0644;
@@ -46,6 +45,7 @@ PackWriter::PackWriter(const QString &path, FileRecordList files, const Leftover
     : m_path(path)
     , m_files(std::move(files))
     , m_leftovers(leftovers)
+    , m_buffer(k_nBuffer, Qt::Uninitialized)
 {
     if (!PackFormat::isPackName(m_path)) {
         // The user was not asked about the name that comes of it.
@@ -88,7 +88,7 @@ bool PackWriter::openPack()
     m_pArchive = ::archive_write_new();
     ::archive_write_set_format_zip(m_pArchive);
     ::archive_write_set_format_option(m_pArchive, "zip", "hdrcharset", "UTF-8");
-    ::archive_write_set_bytes_per_block(m_pArchive, int(k_nBuffer));
+    ::archive_write_set_bytes_per_block(m_pArchive, k_nBuffer);
     ::archive_write_set_bytes_in_last_block(m_pArchive, 1);
     if (::archive_write_open_fd(m_pArchive, m_pack.get()) == ARCHIVE_OK)
         return true;
@@ -194,15 +194,14 @@ IoStatus PackWriter::addEntry(const QString &entry, int nFd, const struct stat &
     if (!beginEntry(entry, state.st_size, state.st_mtim.tv_sec, int(state.st_mode & 0777), bDeflate))
         return archiveError();
     ::posix_fadvise(nFd, 0, 0, POSIX_FADV_SEQUENTIAL);
-    std::vector<char> buffer(k_nBuffer);
     qint64 nLeft = state.st_size;
     while (nLeft > 0) {
-        const ssize_t nRead = ::read(nFd, buffer.data(), size_t(qMin<qint64>(nLeft, qint64(buffer.size()))));
+        const ssize_t nRead = ::read(nFd, m_buffer.data(), size_t(qMin<qint64>(nLeft, m_buffer.size())));
         if (nRead < 0)
             return IoStatus::ofErrno(errno, entry.section(QLatin1Char('/'), -1));
         if (nRead == 0)
             break; // Shorter than it was: told by its state afterwards.
-        if (::archive_write_data(m_pArchive, buffer.data(), size_t(nRead)) != nRead)
+        if (::archive_write_data(m_pArchive, m_buffer.constData(), size_t(nRead)) != nRead)
             return archiveError();
         m_pBehind->written(::lseek(m_pack.get(), 0, SEEK_CUR));
         nLeft -= nRead;

@@ -46,4 +46,5 @@ private:
     std::unique_ptr<WriteBehind> m_pBehind;
     QVector<PackedFile> m_packed;
     QSet<QString> m_entries;
+    QByteArray m_buffer; ///< One for all files: small ones are many.
 };
