@@ -11,7 +11,8 @@
 #include <memory>
 
 class IHostAnalysis;
-class LibraryDataSource;
+class FileDeeds;
+class HostDataSource;
 class MainWindow;
 class MainWindowHandle;
 class PreviewController;
@@ -57,7 +58,8 @@ private:
     std::unique_ptr<MainWindow> m_pWindow;
     std::unique_ptr<MainWindowHandle> m_pHandle;
     std::unique_ptr<PreviewController> m_pPreviews;
-    QSharedPointer<LibraryDataSource> m_pDataSource;
+    QSharedPointer<HostDataSource> m_pDataSource;
+    std::unique_ptr<FileDeeds> m_pDeeds;
     IHostAnalysis *m_pAnalysis = nullptr;
     QString m_wantedFile; ///< To be shown as soon as it is listed; empty afterwards.
 };

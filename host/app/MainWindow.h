@@ -36,6 +36,7 @@ public:
     void setThumbnailCache(const QSharedPointer<ITSCacheManager> &pCache);
     bool areThumbnailsComing() const;
     FileGridView *grid() const { return m_pGrid; }
+    FolderTree *folderTree() const { return m_pFolders; }
     StatusLine *statusLine() const { return m_pStatus; }
 
     /** Geometry as text for the settings file, and back. */

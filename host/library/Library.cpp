@@ -73,6 +73,7 @@ void Library::connectWorker()
 void Library::open(const QString &path)
 {
     post([pWorker = m_pWorker, path] { pWorker->open(path); });
+    loadKeeping(path);
 }
 
 void Library::setAnalysis(IHostAnalysis *pAnalysis)
@@ -189,6 +190,18 @@ void Library::takeLabels(const QHash<qint64, TagRecordList> &labels)
     }
     if (!changed.isEmpty())
         Q_EMIT signalRecords(changed);
+}
+
+void Library::forgetFiles(const QVector<qint64> &fileIds)
+{
+    QVector<qint64> removed;
+    for (const qint64 nId : fileIds) {
+        if (m_records.remove(nId) > 0)
+            removed.append(nId);
+    }
+    post([pWorker = m_pWorker, fileIds] { pWorker->forget(fileIds); });
+    if (!removed.isEmpty())
+        Q_EMIT signalRemoved(removed);
 }
 
 qint64 Library::setNotes(qint64 nFileId, const QVector<NoteRecord> &notes)

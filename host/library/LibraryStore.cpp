@@ -83,7 +83,7 @@ bool LibraryStore::openCopy(const QString &path, QString *pError)
     if (!QFileInfo(path).isFile() || !attach.exec())
         return true;
     // In the order of their references. What cannot be read, of another version or damaged, stays out.
-    for (const char *table : {"folders", "files", "labels", "file_labels", "notes", "covers"})
+    for (const char *table : {"folders", "files", "labels", "file_labels", "notes", "covers", "protected_folders"})
         QSqlQuery(m_database)
             .exec(QStringLiteral("INSERT INTO main.%1 SELECT * FROM original.%1").arg(QLatin1String(table)));
     QSqlQuery(m_database).exec(QStringLiteral("DETACH DATABASE original"));
@@ -249,6 +249,19 @@ bool LibraryStore::setUnavailable(const QVector<qint64> &fileIds)
     return finishTransaction(bDone);
 }
 
+bool LibraryStore::forget(const QVector<qint64> &fileIds)
+{
+    if (!beginTransaction())
+        return false;
+    QSqlQuery query = prepared(QStringLiteral("DELETE FROM files WHERE id = ?"));
+    bool bDone = true;
+    for (const qint64 nId : fileIds) {
+        query.bindValue(0, nId);
+        bDone = bDone && exec(&query);
+    }
+    return finishTransaction(bDone);
+}
+
 QHash<qint64, QVector<NoteRecord>> LibraryStore::allNotes()
 {
     QHash<qint64, QVector<NoteRecord>> notes;
@@ -332,8 +345,12 @@ bool LibraryStore::writeLabels(const QVector<qint64> &fileIds, const TagRecordLi
 {
     QSqlQuery link = prepared(QStringLiteral("INSERT INTO file_labels (file_id, label_id) VALUES (?, ?)"
                                              " ON CONFLICT DO NOTHING"));
+    QSet<quint64> done;
     for (const TagRecordPtr &pLabel : labels) {
         const quint64 nLabelId = pLabel != nullptr ? labelId(*pLabel) : 0;
+        if (nLabelId != 0 && done.contains(nLabelId))
+            continue;
+        done.insert(nLabelId);
         if (nLabelId == 0) {
             m_lastError = tr("a label is neither named nor known");
             return false;

@@ -37,8 +37,20 @@ public:
     void setNotes(qint64 nActionId, qint64 nFileId, const QVector<NoteRecord> &notes);
     void addLabels(qint64 nActionId, const QVector<qint64> &fileIds, const TagRecordList &labels);
 
+    /** Drops files with what was added to them. */
+    void forget(const QVector<qint64> &fileIds);
+    void setRecycled(const QVector<qint64> &fileIds);
+
+    /** Reads what is kept beside files, notes and labels. */
+    void loadKeeping(const QString &coverFolder);
+    /** Each answers with what went wrong; empty: nothing. */
+    QString setCover(qint64 nFileId, const QString &file, const QString &suffix);
+    QString importFiles(const LibraryImport &import);
+    void setFolderProtected(const QString &folder, bool bProtected);
+
 Q_SIGNALS:
     void signalProblem(const QString &message);
+    void signalProtectedFolders(const QStringList &folders);
 
     /** These files have other labels now. */
     void signalLabels(const QHash<qint64, TagRecordList> &labels);
@@ -55,6 +67,8 @@ private:
     FileRecordList makeRecords(const QVector<FileRow> &rows);
 
     LibraryStore m_store;
+    QString m_coverFolder;
+    bool m_bKept = false; ///< Changes reach the library file: what only the file knows may be tidied up.
     const QSharedPointer<const RenditionSource> m_pRenditions;
     QCollator m_collator;
     QHash<qint64, QVector<NoteRecord>> m_notes;

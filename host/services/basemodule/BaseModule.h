@@ -46,6 +46,7 @@ public:
     void setFilesAhead(const QStringList &paths) override;
     void setAheadBudget(qint64 nBytes) override;
     void shutdown() override;
+    QImage readPicture(const QString &path, int nLongestSide, const std::atomic_bool &cancelled) override;
 
     /** For tests: what is held ready. */
     DecodeAhead &decodeAhead() const { return *m_ahead; }

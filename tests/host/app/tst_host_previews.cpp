@@ -60,6 +60,7 @@ public:
     void setFilesAhead(const QStringList &paths) override { ahead = paths; }
     void setAheadBudget(qint64) override {}
     void shutdown() override {}
+    QImage readPicture(const QString &, int, const std::atomic_bool &) override { return {}; }
 
     QStringList ahead;
 };
