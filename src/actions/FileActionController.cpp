@@ -1,9 +1,9 @@
 #include "actions/FileActionController.h"
 
-#include "actions/ActionRequest.h"
 #include "actions/CoverTask.h"
 #include "actions/FileActionMenu.h"
 #include "actions/FileChooser.h"
+#include "actions/HostRequest.h"
 #include "actions/TsQtUtils.h"
 #include "common/TSCustomMenu.h"
 #include "common/TsProgressDialog.h"
@@ -55,14 +55,14 @@ FileActionController::FileActionController(const FileActionType &type, FileActio
 {
     for (int i = 0; i < KindCount; ++i) {
         const Kind kind = Kind(i);
-        ActionRequest *pRequest = m_requests[kind] = new ActionRequest(this);
-        connect(pRequest, &ActionRequest::signal_progress, this,
+        HostRequest *pRequest = m_requests[kind] = new HostRequest(this);
+        connect(pRequest, &HostRequest::signal_progress, this,
                 [this, kind](double fProgress, int nTotal, int nAlready) {
                     handleProgress(kind, fProgress, nTotal, nAlready);
                 });
-        connect(pRequest, &ActionRequest::signal_result, this,
+        connect(pRequest, &HostRequest::signal_result, this,
                 [this, kind](const ResponseInfoPtr &pInfo) { handleResult(kind, pInfo); });
-        connect(pRequest, &ActionRequest::signal_lost, this, [this, kind] { closeDialog(kind); });
+        connect(pRequest, &HostRequest::signal_lost, this, [this, kind] { closeDialog(kind); });
     }
 }
 
@@ -143,7 +143,7 @@ void FileActionController::runRequest(Kind kind, const QSharedPointer<Action> &p
     pDialog->setTitle(text(kindWords[kind].pTitle));
     m_dialogs[kind] = pDialog;
     m_bFinished = false;
-    ActionRequest *pRequest = m_requests[kind];
+    HostRequest *pRequest = m_requests[kind];
     pRequest->take(pAction, pResult);
     pRequest->watchProgress(pAction.data(), pProgress);
     begin(kind, [pAction, send] { return send(*pAction); });
@@ -151,11 +151,11 @@ void FileActionController::runRequest(Kind kind, const QSharedPointer<Action> &p
 
 void FileActionController::begin(Kind kind, const std::function<qint64()> &send)
 {
-    ActionRequest *pRequest = m_requests[kind];
-    const ActionRequest::Sent sent = pRequest->send(send);
-    if (sent == ActionRequest::Superseded)
+    HostRequest *pRequest = m_requests[kind];
+    const HostRequest::Sent sent = pRequest->send(send);
+    if (sent == HostRequest::Superseded)
         return;
-    if (sent == ActionRequest::Refused) {
+    if (sent == HostRequest::Refused) {
         // The dialog stays, hidden, until the next request or the end of the widget.
         qDebug("preview %s %s action id <= 0", m_type.pTypeWord, kindWords[kind].pRefused);
         return;

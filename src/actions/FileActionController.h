@@ -13,7 +13,7 @@
 #include <array>
 #include <functional>
 
-class ActionRequest;
+class HostRequest;
 class QKeySequence;
 class QWidget;
 class TsProgressDialog;
@@ -95,7 +95,7 @@ private:
     FileActionType m_type;
     FileActionHooks m_hooks;
     QWidget *m_pWidget;
-    std::array<ActionRequest *, KindCount> m_requests{};
+    std::array<HostRequest *, KindCount> m_requests{};
     std::array<QPointer<TsProgressDialog>, KindCount> m_dialogs;
     // One for all kinds, and a failed export leaves it as it is: the host may be asked to cancel what is over.
     bool m_bFinished = false;

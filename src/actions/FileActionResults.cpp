@@ -1,6 +1,6 @@
 // What the file actions do with the host's answers.
-#include "actions/ActionRequest.h"
 #include "actions/FileActionController.h"
+#include "actions/HostRequest.h"
 #include "common/CNotificationFloatingWidget.h"
 #include "common/TSMessageBox.h"
 #include "common/TsProgressDialog.h"

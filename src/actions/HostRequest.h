@@ -15,12 +15,12 @@
  *
  * Owner: the file action controller. Thread: GUI thread.
  */
-class ActionRequest : public QObject {
+class HostRequest : public QObject {
     Q_OBJECT
 
 public:
     using QObject::QObject;
-    ~ActionRequest() override;
+    ~HostRequest() override;
 
     /** Keeps a fresh action object, whose result signal and, where it has one, progress signal are listened to. */
     template <class Action, class Result>

@@ -1,4 +1,4 @@
-#include "actions/ActionRequest.h"
+#include "actions/HostRequest.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -6,14 +6,14 @@
 
 #include <algorithm>
 
-ActionRequest::~ActionRequest()
+HostRequest::~HostRequest()
 {
     release();
 }
 
-ActionRequest::Sent ActionRequest::send(const std::function<qint64()> &request)
+HostRequest::Sent HostRequest::send(const std::function<qint64()> &request)
 {
-    const QPointer<ActionRequest> pThis(this);
+    const QPointer<HostRequest> pThis(this);
     const quint64 nSerial = m_nSerial;
     // The host's code runs: it may come back here, and may take this object away.
     const QSharedPointer<QObject> pAction = m_pAction;
@@ -26,13 +26,13 @@ ActionRequest::Sent ActionRequest::send(const std::function<qint64()> &request)
     return isRunning() ? Accepted : Refused;
 }
 
-bool ActionRequest::hasEarlyResult() const
+bool HostRequest::hasEarlyResult() const
 {
     return std::any_of(m_earlyResults.cbegin(), m_earlyResults.cend(),
                        [this](const Result &result) { return result.nActionId == m_nActionId; });
 }
 
-void ActionRequest::deliverEarlyResult()
+void HostRequest::deliverEarlyResult()
 {
     const QVector<Result> results = m_earlyResults;
     m_earlyResults.clear();
@@ -44,7 +44,7 @@ void ActionRequest::deliverEarlyResult()
     }
 }
 
-void ActionRequest::receive(qint64 nActionId, const ResponseInfoPtr &pInfo)
+void HostRequest::receive(qint64 nActionId, const ResponseInfoPtr &pInfo)
 {
     if (m_bSending) {
         m_earlyResults.append({nActionId, pInfo});
@@ -57,7 +57,7 @@ void ActionRequest::receive(qint64 nActionId, const ResponseInfoPtr &pInfo)
     Q_EMIT signal_result(pInfo);
 }
 
-void ActionRequest::cancel()
+void HostRequest::cancel()
 {
     if (!isRunning())
         return;
@@ -66,7 +66,7 @@ void ActionRequest::cancel()
     cancel(m_nActionId);
 }
 
-void ActionRequest::lose()
+void HostRequest::lose()
 {
     const bool bHeard = isRunning() || m_bSending;
     release();
@@ -74,7 +74,7 @@ void ActionRequest::lose()
         Q_EMIT signal_lost();
 }
 
-void ActionRequest::release()
+void HostRequest::release()
 {
     ++m_nSerial;
     m_nActionId = -1;
