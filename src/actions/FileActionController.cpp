@@ -66,6 +66,16 @@ FileActionController::FileActionController(const FileActionType &type, FileActio
     }
 }
 
+FileActionController::~FileActionController()
+{
+    // A menu that dies while one of its entries is being carried out corrupts memory: those that are open outlive the
+    // widget, hidden, until showMenu is back from them.
+    for (const QPointer<TSCustomMenu> &pMenu : qAsConst(m_openMenus)) {
+        if (pMenu)
+            pMenu->setParent(nullptr);
+    }
+}
+
 QString FileActionController::text(const char *pSource) const
 {
     return QCoreApplication::translate(m_type.pContext, pSource);
@@ -76,9 +86,13 @@ void FileActionController::showMenu(const QKeySequence &recycleKey)
     if (m_hooks.beforeMenu)
         m_hooks.beforeMenu();
     const QPointer<TSCustomMenu> pMenu = FileActionMenu::create(m_type, m_hooks, recycleKey, this, m_pWidget);
+    m_openMenus.append(pMenu);
+    const QPointer<FileActionController> pThis(this);
     // Qt keeps the menu on the screen by itself. It waits here; whatever is chosen, or happens meanwhile, may take the
-    // widget away, and the menu with it.
+    // widget away.
     pMenu->exec(QCursor::pos());
+    if (pThis)
+        m_openMenus.removeOne(pMenu);
     delete pMenu.data();
 }
 

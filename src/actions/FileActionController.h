@@ -9,6 +9,7 @@
 #include <QQueue>
 #include <QSharedPointer>
 #include <QString>
+#include <QVector>
 
 #include <array>
 #include <functional>
@@ -16,6 +17,7 @@
 class HostRequest;
 class QKeySequence;
 class QWidget;
+class TSCustomMenu;
 class TsProgressDialog;
 
 /**
@@ -32,6 +34,7 @@ class FileActionController : public QObject {
 
 public:
     FileActionController(const FileActionType &type, FileActionHooks hooks, QWidget *pWidget);
+    ~FileActionController() override;
 
     /** Runs the menu at the mouse until it is closed; the widget may be gone then. */
     void showMenu(const QKeySequence &recycleKey);
@@ -103,4 +106,5 @@ private:
     bool m_bExportPackage = false;
     qint64 m_nCoverFileId = -1;
     QQueue<CoverJob> m_coverJobs;
+    QVector<QPointer<TSCustomMenu>> m_openMenus;
 };

@@ -1,5 +1,7 @@
 #include "actions/FileChooser.h"
 
+#include "theme/TSSkinSetting.h"
+
 #include <QFileDialog>
 #include <QPointer>
 
@@ -11,6 +13,8 @@ namespace {
 QString run(QWidget *pAsker, std::unique_ptr<QFileDialog> pOwned)
 {
     const QPointer<QFileDialog> pDialog(pOwned.release());
+    // Where the desktop has no dialog of its own; a window's style may be made for anything but dialogs.
+    TSSkinSetting::GetInstance()->SetWidgetStyleSheetWithQssName(pDialog, QStringLiteral("host"));
     QObject::connect(pAsker, &QObject::destroyed, pDialog.data(), &QDialog::reject);
     const int nResult = pDialog->exec();
     if (!pDialog)

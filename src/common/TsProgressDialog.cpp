@@ -57,11 +57,14 @@ TsProgressDialog::~TsProgressDialog()
 
 void TsProgressDialog::buildChildren()
 {
-    // A style sheet of the host's window may give all labels a font, which would go before their own.
+    // A style sheet of the host's window may give all labels a font, and all bars a height, which would go before
+    // their own.
     setStyleSheet(QStringLiteral("#progressTitle{background:transparent;font-size:%1px;}"
-                                 "#progressStatus{background:transparent;font-size:%2px;}")
+                                 "#progressStatus{background:transparent;font-size:%2px;}"
+                                 "QProgressBar{min-height:%3px;max-height:%3px;}")
                       .arg(TitlePixels)
-                      .arg(StatusPixels));
+                      .arg(StatusPixels)
+                      .arg(BarPlace.height()));
     m_pTitleLabel = new QLabel(this);
     m_pTitleLabel->setObjectName(QStringLiteral("progressTitle"));
     fix(m_pTitleLabel, TitlePlace);
@@ -105,7 +108,13 @@ void TsProgressDialog::setTitle(const QString &text)
     if (!m_pTitleLabel)
         return;
     m_pTitleLabel->setText(text);
-    const int nWidth = TsQtUtils::textWidth(fontOf(TitlePixels), text);
+    const QFont font = fontOf(TitlePixels);
+    const int nWidth = TsQtUtils::textWidth(font, text);
+    // The label is as wide as the ink, the text as wide as its letters with the space around them: the margin puts the
+    // ink into the label, which would cut the last letter else.
+    const QFontMetrics metrics(font);
+    const int nLeft = metrics.horizontalAdvance(text) - nWidth - 2 * metrics.boundingRect(text).left();
+    m_pTitleLabel->setContentsMargins(nLeft, 0, 0, 0);
     m_pTitleLabel->setFixedWidth(nWidth);
     m_pTitleLabel->move((width() - nWidth) / 2, m_pTitleLabel->y());
 }

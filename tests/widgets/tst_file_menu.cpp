@@ -200,7 +200,7 @@ void tst_file_menu::widgetDies()
         QAction *pSettings = entry(menu, QStringLiteral("File Settings"));
         QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier, menu.actionGeometry(pSettings).center());
         QMenu *pBelow = pSettings->menu();
-        QVERIFY(pBelow->isVisible());
+        QTRY_VERIFY(pBelow->isVisible());
         QTest::mouseClick(pBelow, Qt::LeftButton, Qt::NoModifier,
                           pBelow->actionGeometry(entry(*pBelow, chosen)).center());
     });
@@ -283,6 +283,8 @@ void tst_file_menu::keysOfThePicture()
     QCOMPARE(host().desk.requests.size(), 1);
     host().desk.answer(0);
     settle();
+    widget.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&widget));
     QTest::keyClick(&widget, Qt::Key_Delete);
     QCOMPARE(host().desk.of(ActionKind::Recycle).size(), 2);
     for (const QShortcut *pShortcut : widget.findChildren<QShortcut *>())

@@ -203,7 +203,8 @@ void tst_popups::boxFollowsTheTheme()
 void tst_popups::boxIgnoresTheHostsStyle()
 {
     QWidget parent;
-    parent.setStyleSheet(QStringLiteral("QPushButton{min-height:60px;padding:9px;}QWidget{font-size:7px;}"));
+    parent.setStyleSheet(QStringLiteral("QPushButton{min-height:60px;padding:9px;}QWidget{font-size:7px;}"
+                                        "QProgressBar{max-height:2px;}"));
     auto *pBox = new Box(&parent);
     pBox->setMessage(Box::YesNoMode, QStringLiteral("Title"), QStringLiteral("Text"), nullptr);
     auto *pDialog = new TsProgressDialog(&parent);
@@ -216,6 +217,7 @@ void tst_popups::boxIgnoresTheHostsStyle()
     QCOMPARE(child<QLabel>(*pBox, "lab_context")->fontInfo().pixelSize(), 13);
     QCOMPARE(child<QPushButton>(*pBox, "confirm_btn")->fontInfo().pixelSize(), 13);
     QCOMPARE(child<QPushButton>(*pDialog, "popwindCloseBtn")->height(), 16);
+    QCOMPARE(pDialog->findChild<QProgressBar *>()->geometry(), QRect(30, 82, 244, 6));
     for (const QLabel *pLabel : pDialog->findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly))
         QCOMPARE(pLabel->fontInfo().pixelSize(), pLabel->text().isEmpty() ? 12 : 16);
 }
