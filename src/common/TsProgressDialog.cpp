@@ -17,6 +17,7 @@ const QRect TitlePlace(0, 23, 304, 30);
 const QRect BarPlace(30, 82, 244, 6);
 const QRect StatusPlace(0, 100, 304, 20);
 constexpr int TitlePixels = 16;
+constexpr int TitleSpacing = 99;
 constexpr int StatusPixels = 12;
 
 QFont fontOf(int nPixels)
@@ -69,7 +70,10 @@ void TsProgressDialog::buildChildren()
     m_pTitleLabel->setObjectName(QStringLiteral("progressTitle"));
     fix(m_pTitleLabel, TitlePlace);
     m_pTitleLabel->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
-    m_pTitleLabel->setFont(fontOf(TitlePixels));
+    // A hair closer than measured: on a screen of another scale the letters come out a little wider.
+    QFont titleFont = fontOf(TitlePixels);
+    titleFont.setLetterSpacing(QFont::PercentageSpacing, TitleSpacing);
+    m_pTitleLabel->setFont(titleFont);
 
     m_pProgressBar = new QProgressBar(this);
     fix(m_pProgressBar, BarPlace);
@@ -108,13 +112,12 @@ void TsProgressDialog::setTitle(const QString &text)
     if (!m_pTitleLabel)
         return;
     m_pTitleLabel->setText(text);
-    const QFont font = fontOf(TitlePixels);
-    const int nWidth = TsQtUtils::textWidth(font, text);
+    const int nWidth = TsQtUtils::textWidth(fontOf(TitlePixels), text);
     // The label is as wide as the ink, the text as wide as its letters with the space around them: the margin puts the
-    // ink into the label, which would cut the last letter else.
-    const QFontMetrics metrics(font);
-    const int nLeft = metrics.horizontalAdvance(text) - nWidth - 2 * metrics.boundingRect(text).left();
-    m_pTitleLabel->setContentsMargins(nLeft, 0, 0, 0);
+    // middle of the ink into the middle of the label, which would cut the last letter else.
+    const QFontMetrics metrics(m_pTitleLabel->font());
+    const QRect ink = metrics.boundingRect(text);
+    m_pTitleLabel->setContentsMargins(metrics.horizontalAdvance(text) - ink.width() - 2 * ink.left(), 0, 0, 0);
     m_pTitleLabel->setFixedWidth(nWidth);
     m_pTitleLabel->move((width() - nWidth) / 2, m_pTitleLabel->y());
 }
