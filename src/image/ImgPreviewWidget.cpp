@@ -57,11 +57,13 @@ ImgPreviewWidget::ImgPreviewWidget(QWidget *pParent)
     m_trimTimer.setInterval(SpareMemoryMsec);
     connect(&m_trimTimer, &QTimer::timeout, this, &ImgPreviewWidget::trimMemory);
     connectTools();
+    createFileActions();
 
     connect(m_shortcut, &QShortcut::activated, this, &ImgPreviewWidget::slot_removeToRecycle);
     // Where the host's key is the delete key already, a second one would make both ambiguous.
     if (m_shortcut->key() != QKeySequence(Qt::Key_Delete)) {
         m_pDeleteShortcut = new QShortcut(QKeySequence(Qt::Key_Delete), this);
+        m_pDeleteShortcut->setAutoRepeat(false);
         connect(m_pDeleteShortcut, &QShortcut::activated, this, &ImgPreviewWidget::slot_removeToRecycle);
     }
 }

@@ -13,6 +13,7 @@
 
 class CPushButton;
 class CResourceItem;
+class FileActionController;
 class ImgPreviewToolBar;
 class PictureLoad;
 class PictureZoom;
@@ -93,12 +94,16 @@ public Q_SLOTS:
     void slot_imgReadEnd(qint64 fileId, QImage img, QString loadPath, bool bSrcImg);
 
 protected:
+    void contextMenuEvent(QContextMenuEvent *pEvent) override;
     void resizeEvent(QResizeEvent *pEvent) override;
     void showEvent(QShowEvent *pEvent) override;
     void hideEvent(QHideEvent *pEvent) override;
 
 private:
     void connectTools();
+    void createFileActions();
+    void releaseAnimation();
+    void refreshCurrentFile();
     void startLoader(qint64 nFileId);
     void abandonLoads();
     void loadFromHost(qint64 nFileId);
@@ -128,4 +133,5 @@ private:
     CPushButton *m_pCutPushBtn;
     CPushButton *m_pCancelPushBtn;
     QShortcut *m_pDeleteShortcut = nullptr;
+    FileActionController *m_pFileActions = nullptr;
 };

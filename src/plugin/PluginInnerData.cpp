@@ -96,6 +96,12 @@ QString PluginInnerData::settingsText() const
                                                                        : QString();
 }
 
+void PluginInnerData::setLastExportPath(const QString &path)
+{
+    if (m_pSettingsObject != nullptr)
+        m_pSettingsObject->setLastExportPath(path);
+}
+
 void PluginInnerData::setDataSource(const QSharedPointer<IPreviewDataSource> &pDataSource)
 {
     m_pDataSource = pDataSource;

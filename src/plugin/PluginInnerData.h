@@ -64,6 +64,8 @@ public:
     QString shortcutText(int nShortcutId) const;
     /** Text of the settings object: where the last export went; empty without settings. */
     QString settingsText() const;
+    /** Keeps where an export went, for the next one. */
+    void setLastExportPath(const QString &path);
     /** Releases the host's objects; waits for a decode that is running. */
     void clearPreviewData();
 
@@ -89,6 +91,7 @@ public:
     void refillFileInformation();
 
     // Small actions on the current file.
+    void copyFile();
     void copyFilePath();
     void copyTags();
     void pasteTags();

@@ -66,6 +66,9 @@ void MiddleResourcePreviewWidget::connectPages()
 {
     connect(m_pImgWidget, &ImgPreviewWidget::signal_load_img_end, this, &MiddleResourcePreviewWidget::slot_imgLoadEnd);
     connect(m_pImgWidget, &ImgPreviewWidget::signal_quit, this, &MiddleResourcePreviewWidget::leaveByQuit);
+    // The picture, or the record behind it, is new: so may be what the strip shows of it.
+    connect(m_pImgWidget, &ImgPreviewWidget::signal_img_preview_update, this,
+            &MiddleResourcePreviewWidget::siganl_updateLeftList);
     const BasePreviewWidget *const pages[] = {m_pImgWidget, m_pVideoWidget, m_pAudioWidget, m_pPptWidget};
     for (const BasePreviewWidget *pPage : pages) {
         connect(pPage, &BasePreviewWidget::signal_PreviewWidgetDoubleClicked, this,
