@@ -24,6 +24,7 @@ constexpr int ManyFiles = 100000;
 constexpr int FewFiles = 100;
 constexpr double FrameBudgetMsec = 4.0;
 constexpr int IdleMsec = 5000;
+constexpr int SettleMsec = 6000; // the memory kept for the next picture is given back once, before that
 constexpr int ImagePage = 0;
 
 /** A cache in which every thumbnail is warm. */
@@ -163,7 +164,7 @@ void countIdleTimers(IBigImgPreviewPlugin *pPlugin)
         } else {
             pFull = std::make_unique<OpenPreview>(pPlugin, idsTo(FewFiles));
         }
-        QTest::qWait(1000);
+        QTest::qWait(SettleMsec);
         TimerCounter counter;
         QCoreApplication::instance()->installEventFilter(&counter);
         QEventLoop loop;
