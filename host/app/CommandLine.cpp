@@ -1,5 +1,6 @@
 #include "app/CommandLine.h"
 
+#include "actions/PackArchive.h"
 #include "files/NativePath.h"
 
 #include <QCommandLineParser>
@@ -24,6 +25,8 @@ void readPlaces(const QStringList &places, CommandLine *pResult)
         const FileState state = fileState(nativePath(path));
         if (state.bFolder)
             pResult->folders.append(path);
+        else if (state.bFile && PackFormat::isPackName(path))
+            pResult->pack = path;
         else if (state.bFile)
             files.append(path);
         else
@@ -66,7 +69,8 @@ CommandLine parseCommandLine(const QStringList &arguments)
                                   folder);
     const QCommandLineOption theme(QStringLiteral("theme"), tr("Start with this theme: dark or light."), tr("name"));
     parser.addOptions({library, plugins, tour, theme});
-    parser.addPositionalArgument(QStringLiteral("place"), tr("A file to preview, or folders to show."),
+    parser.addPositionalArgument(QStringLiteral("place"),
+                                 tr("A file to preview, folders to show, or a library pack to import."),
                                  QStringLiteral("[FILE|FOLDER…]"));
     if (!parser.parse(arguments)) {
         result.error = parser.errorText();

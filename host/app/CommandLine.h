@@ -13,6 +13,7 @@ struct CommandLine {
     QString tourFolder;   ///< Empty: no tour.
     std::optional<TSSkinSetting::Theme> theme;
     QString file;        ///< The file to show at once; empty when folders are to be shown.
+    QString pack;        ///< A library pack to import; empty: none.
     QStringList folders; ///< Folders to show; empty: the user's pictures.
     QString error;       ///< What cannot be understood or found; the program ends with it.
     QString information; ///< Text asked for (help, version); the program prints it and ends.

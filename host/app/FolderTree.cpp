@@ -87,6 +87,11 @@ QStandardItem *FolderTree::itemOf(const QString &folder)
     return pItem;
 }
 
+QString FolderTree::folderAt(const QPoint &position) const
+{
+    return indexAt(position).data(k_nFolderRole).toString();
+}
+
 void FolderTree::addFoldersOf(const FileRecordList &records)
 {
     for (const FileRecordPtr &pRecord : records) {

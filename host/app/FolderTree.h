@@ -24,6 +24,9 @@ public:
     /** Adds the folders of these files. */
     void addFoldersOf(const FileRecordList &records);
 
+    /** The folder shown at this place of the viewport; empty where there is none, or the entry for all folders. */
+    QString folderAt(const QPoint &position) const;
+
 Q_SIGNALS:
     /** Files of this folder and below it; empty: of all folders. */
     void signalFolderWanted(const QString &folder);

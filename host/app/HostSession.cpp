@@ -1,6 +1,8 @@
 #include "app/HostSession.h"
 
+#include "actions/HostDataSource.h"
 #include "app/AnalysisQueue.h"
+#include "app/FileDeeds.h"
 #include "app/FileGridView.h"
 #include "app/FullPreviewPlace.h"
 #include "app/MainWindow.h"
@@ -11,7 +13,6 @@
 #include "basemodule/IHostAnalysis.h"
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
 #include "interfaces/services/IBaseModulePlugin.h"
-#include "library/LibraryDataSource.h"
 #include "settings/HostSettings.h"
 
 #include <QFileInfo>
@@ -111,7 +112,9 @@ void HostSession::loadPlugins()
         m_pWindow->statusLine()->addProblem(tr("Thumbnails and pictures are missing: there is no base module."));
     }
     m_library.setAnalysis(m_pAnalysis);
-    m_pDataSource = QSharedPointer<LibraryDataSource>::create(&m_library);
+    m_pDataSource = QSharedPointer<HostDataSource>::create(&m_library);
+    m_pDataSource->setAnalysis(m_pAnalysis);
+    m_pDeeds = std::make_unique<FileDeeds>(&m_library, m_pDataSource.data(), m_pWindow.get());
     auto *pPreview = qobject_cast<IBigImgPreviewPlugin *>(
         m_plugins.objectByIid(QString::fromLatin1(qobject_interface_iid<IBigImgPreviewPlugin *>())));
     if (pPreview == nullptr)
@@ -131,7 +134,11 @@ void HostSession::connectPreviews()
             [this](const QString &folder) { m_library.showFolders({folder}); });
     connect(m_pPreviews.get(), &PreviewController::signalFileShown, m_pWindow->grid(), &FileGridView::selectFile);
     connect(m_pPreviews.get(), &PreviewController::signalClosed, this, &HostSession::leavePreview);
+    connect(m_pPreviews.get(), &PreviewController::signalFileShown, this,
+            [this](qint64 nFileId) { m_pDataSource->setCurrentFile(nFileId); });
     connect(&m_library, &Library::signalScanEnded, this, &HostSession::openWantedFile);
+    if (!m_commandLine.pack.isEmpty())
+        m_pDeeds->importPack(m_commandLine.pack);
 }
 
 void HostSession::connectFullPreview()
@@ -171,10 +178,13 @@ void HostSession::openPreview(qint64 nFileId, bool bFull)
 {
     if (!m_pPreviews->isAvailable())
         m_pWindow->statusLine()->addProblem(tr("Files cannot be previewed: there is no preview plug-in."));
-    else if (nFileId != 0 && bFull)
-        m_pPreviews->openFullPreview(nFileId);
-    else if (nFileId != 0)
-        m_pPreviews->openQuickPreview(nFileId);
+    else if (nFileId != 0) {
+        m_pDataSource->setCurrentFile(nFileId);
+        if (bFull)
+            m_pPreviews->openFullPreview(nFileId);
+        else
+            m_pPreviews->openQuickPreview(nFileId);
+    }
 }
 
 void HostSession::openWantedFile()
@@ -206,6 +216,9 @@ void HostSession::shutdown()
     // The plug-in still needs its host while it lets go; the base module must outlive everything that decodes.
     m_pPreviews->shutdown();
     m_pQueue->setAnalysis(nullptr);
+    // Actions read pictures through the base module, and tell the library.
+    m_pDeeds.reset();
+    m_pDataSource->shutdown();
     m_plugins.shutdown();
     m_pWindow->setThumbnailCache({});
     m_library.setAnalysis(nullptr);

@@ -12,7 +12,8 @@
 
 class AnalysisQueue;
 class IHostAnalysis;
-class LibraryDataSource;
+class FileDeeds;
+class HostDataSource;
 class MainWindow;
 class MainWindowHandle;
 class PreviewController;
@@ -62,7 +63,8 @@ private:
     std::unique_ptr<MainWindowHandle> m_pHandle;
     std::unique_ptr<PreviewController> m_pPreviews;
     std::unique_ptr<AnalysisQueue> m_pQueue;
-    QSharedPointer<LibraryDataSource> m_pDataSource;
+    QSharedPointer<HostDataSource> m_pDataSource;
+    std::unique_ptr<FileDeeds> m_pDeeds;
     IHostAnalysis *m_pAnalysis = nullptr;
     QString m_wantedFile; ///< To be shown as soon as it is listed; empty afterwards.
 };

@@ -198,7 +198,7 @@ void MainWindow::addShortcuts()
     add(QKeySequence(Qt::Key_F5), true, [this] { rescan(); });
     add(QKeySequence(QKeySequence::Open), false, [this] { chooseFolder(); });
     add(QKeySequence(QKeySequence::Find), false, [this] { m_pTools->search(); });
-    add(QKeySequence(Qt::CTRL + Qt::Key_I), false, [this] { togglePanel(); });
+    add(QKeySequence(Qt::ALT + Qt::Key_Return), false, [this] { togglePanel(); });
     add(QKeySequence(Qt::Key_F2), false, [this] {
         m_pFullPlace->setPanelWanted(true);
         m_pTools->setPanelShown(true);
@@ -225,6 +225,11 @@ void MainWindow::setThumbnailCache(const QSharedPointer<ITSCacheManager> &pCache
 {
     m_pThumbnails->setCache(pCache);
     m_pGrid->viewport()->update();
+}
+
+FolderTree *MainWindow::folderTree() const
+{
+    return m_pLeft->folders();
 }
 
 bool MainWindow::areThumbnailsComing() const

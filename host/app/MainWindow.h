@@ -7,6 +7,7 @@
 class EmptyState;
 class FileGridModel;
 class FileGridView;
+class FolderTree;
 class FullPreviewPlace;
 class InfoPanel;
 class ITSCacheManager;
@@ -37,6 +38,7 @@ public:
     void setThumbnailCache(const QSharedPointer<ITSCacheManager> &pCache);
     bool areThumbnailsComing() const;
     FileGridView *grid() const { return m_pGrid; }
+    FolderTree *folderTree() const;
     StatusLine *statusLine() const { return m_pStatus; }
     InfoPanel *infoPanel() const { return m_pPanel; }
     FullPreviewPlace *fullPreviewPlace() const { return m_pFullPlace; }

@@ -59,10 +59,9 @@ void StatusLine::setAnalysis(int nDone, int nTotal)
 {
     m_nAnalysed = nDone;
     m_nToAnalyse = nTotal;
-    if (!m_bScanning)
-        m_message = nTotal > 0
-                        ? tr("Making pictures… %1 of %2").arg(QLocale().toString(nDone), QLocale().toString(nTotal))
-                        : QString();
+    m_analysisText = nTotal > 0
+                         ? tr("Making pictures… %1 of %2").arg(QLocale().toString(nDone), QLocale().toString(nTotal))
+                         : QString();
     showProgress();
 }
 
@@ -107,5 +106,6 @@ void StatusLine::showText()
     QString problem = problems.isEmpty() ? QString() : problems.last();
     if (problems.size() > 1)
         problem = tr("%1 (and %2 more)").arg(problem).arg(problems.size() - 1);
-    m_pText->setFullText(m_message.isEmpty() ? problem : m_message, problems.join(QLatin1Char('\n')));
+    const QString message = m_message.isEmpty() ? m_analysisText : m_message;
+    m_pText->setFullText(message.isEmpty() ? problem : message, problems.join(QLatin1Char('\n')));
 }

@@ -41,6 +41,7 @@ private:
     QProgressBar *m_pProgress;
     QLabel *m_pCounts;
     QString m_message;
+    QString m_analysisText; ///< Shown while there is nothing else to say.
     int m_nAnalysed = 0;
     int m_nToAnalyse = 0;
     bool m_bScanning = false;

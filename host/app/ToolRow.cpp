@@ -33,7 +33,7 @@ ToolRow::ToolRow(FileGridModel *pModel, QWidget *pParent)
     , m_pFolderButton(HostIcons::makeToolButton(QStringLiteral("hostFolderButton"), tr("Open folder (Ctrl+O)"), this))
     , m_pRefreshButton(
           HostIcons::makeToolButton(QStringLiteral("hostRefreshButton"), tr("Look for changes (F5)"), this))
-    , m_pPanelButton(HostIcons::makeToolButton(QStringLiteral("hostPanelButton"), tr("Information (Ctrl+I)"), this))
+    , m_pPanelButton(HostIcons::makeToolButton(QStringLiteral("hostPanelButton"), tr("Information (Alt+Enter)"), this))
 {
     setObjectName(QStringLiteral("hostToolRow"));
     setFixedHeight(k_nHeight);

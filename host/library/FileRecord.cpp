@@ -40,7 +40,13 @@ QString FileRecord::largePreviewPath() const
 
 QString FileRecord::thumbnailPath() const
 {
-    return renditions().thumbnail;
+    const QString cover = coverPath();
+    return cover.isEmpty() ? renditions().thumbnail : cover;
+}
+
+QString FileRecord::coverPath() const
+{
+    return m_pRenditions != nullptr ? m_pRenditions->pCovers->path(m_row.id) : QString();
 }
 
 bool FileRecord::hasVideo(const QString &path) const
@@ -50,7 +56,7 @@ bool FileRecord::hasVideo(const QString &path) const
 
 bool FileRecord::hasCachePicture() const
 {
-    return m_row.nType != FileTypes::Unknown;
+    return m_row.nType != FileTypes::Unknown || !coverPath().isEmpty();
 }
 
 bool FileRecord::isPictureType() const

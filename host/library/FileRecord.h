@@ -2,9 +2,12 @@
 
 #include "basemodule/IHostAnalysis.h"
 #include "interfaces/data/IFileInfo.h"
+#include "library/CoverBook.h"
 
 #include <QCollator>
 #include <QDateTime>
+
+#include <memory>
 
 /** Whether the pictures of a file in its present state were made. The numbers are stored. */
 enum class AnalysisState { Waiting = 0, Done = 1, Impossible = 2 };
@@ -33,9 +36,10 @@ struct FileAnnotations {
     TagRecordList labels;
 };
 
-/** Where renditions of files stand; shared by all records so that the base module can be missing or come later. */
+/** Where pictures of files stand; shared by all records so that the base module can be missing or come later. */
 struct RenditionSource {
     IHostAnalysis *pAnalysis = nullptr;
+    const std::shared_ptr<CoverBook> pCovers = std::make_shared<CoverBook>();
 };
 
 /**
@@ -55,7 +59,10 @@ public:
     QString suffix() const override;
     QString description() const override { return {}; }
     QString largePreviewPath() const override;
+    /** The preview picture chosen by the user, else the desktop's thumbnail. */
     QString thumbnailPath() const override;
+    /** The preview picture chosen by the user; empty where there is none. */
+    QString coverPath() const;
     QVector<NoteRecord> notes() const override { return m_annotations.notes; }
     TagRecordList tags() const override { return m_annotations.labels; }
     bool hasVideo(const QString &path) const override;

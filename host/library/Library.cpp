@@ -63,7 +63,6 @@ void Library::connectWorker()
     });
     connect(m_pWorker, &LibraryWorker::signalScanEnded, this, &Library::takeScanEnd);
     connect(m_pWorker, &LibraryWorker::signalFoldersChanged, this, &Library::lookAgain);
-    connect(m_pWorker, &LibraryWorker::signalForgotten, this, &Library::takeForgotten);
     connect(m_pWorker, &LibraryWorker::signalRenamed, this, &Library::signalRenamed);
     connect(m_pWorker, &LibraryWorker::signalLabelRecords, this, [this](const QVector<LabelRecord> &labels) {
         m_labels = labels;
@@ -103,6 +102,7 @@ void Library::open(const QString &path)
 {
     m_path = path;
     post([pWorker = m_pWorker, path] { pWorker->open(path); });
+    loadKeeping(path);
 }
 
 void Library::setAnalysis(IHostAnalysis *pAnalysis)
@@ -236,17 +236,6 @@ void Library::takeScanEnd(int nGeneration, const FileRecordList &missing, const 
     lookAgain({});
 }
 
-void Library::takeForgotten(const QVector<qint64> &fileIds)
-{
-    QVector<qint64> removed;
-    for (const qint64 nId : fileIds) {
-        if (m_records.remove(nId) > 0)
-            removed.append(nId);
-    }
-    if (!removed.isEmpty())
-        Q_EMIT signalRemoved(removed);
-}
-
 void Library::takeNotes(qint64 nFileId, const QVector<NoteRecord> &notes)
 {
     const FileRecordPtr pRecord = m_records.value(nFileId);
@@ -271,6 +260,18 @@ void Library::takeLabels(const QHash<qint64, TagRecordList> &labels)
         Q_EMIT signalRecords(changed);
 }
 
+void Library::forgetFiles(const QVector<qint64> &fileIds)
+{
+    QVector<qint64> removed;
+    for (const qint64 nId : fileIds) {
+        if (m_records.remove(nId) > 0)
+            removed.append(nId);
+    }
+    post([pWorker = m_pWorker, fileIds] { pWorker->forget(fileIds); });
+    if (!removed.isEmpty())
+        Q_EMIT signalRemoved(removed);
+}
+
 qint64 Library::setNotes(qint64 nFileId, const QVector<NoteRecord> &notes)
 {
     const qint64 nActionId = ++m_nLastActionId;
@@ -283,11 +284,6 @@ qint64 Library::addLabels(const QVector<qint64> &fileIds, const TagRecordList &l
     const qint64 nActionId = ++m_nLastActionId;
     post([pWorker = m_pWorker, nActionId, fileIds, labels] { pWorker->addLabels(nActionId, fileIds, labels); });
     return nActionId;
-}
-
-void Library::forgetFiles(const QVector<qint64> &fileIds)
-{
-    post([pWorker = m_pWorker, fileIds] { pWorker->forget(fileIds); });
 }
 
 qint64 Library::renameFile(qint64 nFileId, const QString &newName)

@@ -58,9 +58,6 @@ public:
     /** Every label of the library, by name, in view or not. */
     const QVector<LabelRecord> &labels() const { return m_labels; }
 
-    /** Drops files from the library with their notes and labels; the disk is not touched. */
-    void forgetFiles(const QVector<qint64> &fileIds);
-
     /** Renames a file on disk and here; never replaces another. The id comes back with signalRenamed. */
     qint64 renameFile(qint64 nFileId, const QString &newName);
 
@@ -70,6 +67,32 @@ public:
 
     /** Keeps how far these files are analysed. */
     void storeAnalysis(const QVector<FileRow> &files);
+
+    /** Drops files from the library with their notes and labels; the disk is not touched. */
+    void forgetFiles(const QVector<qint64> &fileIds);
+
+    /** Files went to the recycle bin: out of view; with their notes and labels again should they come back. */
+    void takeOut(const QVector<qint64> &fileIds);
+
+    /** Told what went wrong; empty: nothing. Called in the GUI thread. */
+    using DoneHandler = std::function<void(const QString &error)>;
+
+    /** Makes a finished picture, which the library takes over, the file's preview picture; an empty one takes the old
+     * one away. The guard is held until then. Records that changed come with signalRecords. */
+    void setCover(qint64 nFileId, const QString &file, const QString &suffix, const std::shared_ptr<void> &pGuard,
+                  const DoneHandler &done);
+
+    /** Takes files over with all that comes with them. */
+    void importFiles(const LibraryImport &import, const DoneHandler &done);
+
+    /** Whether files of this folder may not be deleted: the user protected it or one above it. */
+    bool isDeletingBlocked(const QString &folder) const;
+    bool isProtected(const QString &folder) const { return m_protectedFolders.contains(folder); }
+    void protectFolder(const QString &folder, bool bProtected);
+
+    /** Where finished preview pictures stand, and the list of unfinished files; native to this library file. */
+    const QString &coverFolder() const { return m_coverFolder; }
+    const QString &unfinishedFolder() const { return m_unfinishedFolder; }
 
     /** Stores notes or labels; the id of the request, which comes back with its signal. */
     qint64 setNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
@@ -95,18 +118,19 @@ Q_SIGNALS:
     void signalScanProgress(int nFiles);
     void signalScanEnded(const ScanReport &report);
     void signalProblem(const QString &message);
+    void signalProtectionChanged();
     void signalNotesStored(qint64 nActionId, const QSharedPointer<const IResponseInfo> &pResponse);
     void signalLabelsStored(qint64 nActionId, const QSharedPointer<const IResponseInfo> &pResponse);
 
 private:
     void connectWorker();
+    void loadKeeping(const QString &path);
     void startScan(bool bAnnounceKnown);
     void changeFolders(const QStringList &folders, bool bRecursive);
     void takeRecords(int nGeneration, const FileRecordList &records);
     void lookAgain(const QStringList &folders);
     void runScanner(int nGeneration, const QStringList &folders, bool bLook);
     void takeScanEnd(int nGeneration, const FileRecordList &missing, const ScanReport &report);
-    void takeForgotten(const QVector<qint64> &fileIds);
     void takeNotes(qint64 nFileId, const QVector<NoteRecord> &notes);
     void takeLabels(const QHash<qint64, TagRecordList> &labels);
 
@@ -125,6 +149,9 @@ private:
     QHash<qint64, FileRecordPtr> m_records;
     QString m_path;
     QStringList m_folders;
+    QSet<QString> m_protectedFolders;
+    QString m_coverFolder;
+    QString m_unfinishedFolder;
     bool m_bRecursive = true;
     bool m_bScanning = false;
     bool m_bLooking = false;

@@ -9,11 +9,12 @@
 class Library;
 
 /**
- * The library as previews see it. Works on, empty, after the library is gone.
+ * The library's records, notes and labels as previews see them, without actions on files; HostDataSource adds those.
+ * Works on, empty, after the library is gone.
  *
  * Owner: shared between host and preview. Thread: GUI thread only.
  */
-class LibraryDataSource final : public IPreviewDataSource, public IFileInformationProvider {
+class LibraryDataSource : public IPreviewDataSource, public IFileInformationProvider {
 public:
     explicit LibraryDataSource(Library *pLibrary);
     virtual ~LibraryDataSource() = default;
@@ -31,6 +32,9 @@ public:
     QSharedPointer<ITagAction> tagAction() override;
 
     void fillFileInformation(const QVector<qint64> &fileIds, QVector<FileInfoPtr> *pList) override;
+
+protected:
+    Library *library() const { return m_pLibrary.data(); }
 
 private:
     const QPointer<Library> m_pLibrary;

@@ -44,6 +44,12 @@ bool runStep(QSqlDatabase *pDatabase, const QStringList &statements, int nVersio
     return false;
 }
 
+/** Folders in which the user forbids deleting. */
+QStringList protectedFoldersStep()
+{
+    return {QStringLiteral("CREATE TABLE protected_folders (path TEXT PRIMARY KEY) WITHOUT ROWID")};
+}
+
 } // namespace
 
 const LibrarySchema::Steps &LibrarySchema::steps()
@@ -68,6 +74,7 @@ const LibrarySchema::Steps &LibrarySchema::steps()
             QStringLiteral("CREATE TABLE covers (file_id INTEGER PRIMARY KEY REFERENCES files(id) ON DELETE CASCADE,"
                            " path TEXT NOT NULL)"),
         },
+        protectedFoldersStep(),
         {
             // Moved files are found again by what does not change on the way.
             QStringLiteral("ALTER TABLE files ADD COLUMN inode INTEGER NOT NULL DEFAULT 0"),

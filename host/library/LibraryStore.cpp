@@ -72,7 +72,7 @@ bool LibraryStore::openCopy(const QString &path, QString *pError)
     if (!QFileInfo(path).isFile() || !attach.exec())
         return true;
     // In the order of their references. What cannot be read, of another version or damaged, stays out.
-    for (const char *table : {"folders", "files", "labels", "file_labels", "notes", "covers"})
+    for (const char *table : {"folders", "files", "labels", "file_labels", "notes", "covers", "protected_folders"})
         QSqlQuery(m_database)
             .exec(QStringLiteral("INSERT INTO main.%1 SELECT * FROM original.%1").arg(QLatin1String(table)));
     QSqlQuery(m_database).exec(QStringLiteral("DETACH DATABASE original"));
@@ -158,7 +158,20 @@ bool LibraryStore::setUnavailable(const QVector<qint64> &fileIds)
 {
     if (!beginTransaction())
         return false;
-    QSqlQuery query = prepared(QStringLiteral("UPDATE files SET available = 0 WHERE id = ?"));
+    QSqlQuery query = prepared(QStringLiteral("UPDATE files SET available = 0 WHERE id = ? AND available = 1"));
+    bool bDone = true;
+    for (const qint64 nId : fileIds) {
+        query.bindValue(0, nId);
+        bDone = bDone && exec(&query);
+    }
+    return finishTransaction(bDone);
+}
+
+bool LibraryStore::forget(const QVector<qint64> &fileIds)
+{
+    if (!beginTransaction())
+        return false;
+    QSqlQuery query = prepared(QStringLiteral("DELETE FROM files WHERE id = ?"));
     bool bDone = true;
     for (const qint64 nId : fileIds) {
         query.bindValue(0, nId);

@@ -3,6 +3,7 @@
 #include "interfaces/data/TagRecord.h"
 #include "library/FileRecord.h"
 #include "library/LabelRecord.h"
+#include "library/LibraryKeeping.h"
 
 #include <QHash>
 #include <QSet>
@@ -46,9 +47,6 @@ public:
 
     bool setUnavailable(const QVector<qint64> &fileIds);
 
-    /** Drops files with everything that was added to them. */
-    bool forget(const QVector<qint64> &fileIds);
-
     /** Gives a file another name, on disk by the call, here only where that succeeds. */
     bool renameFile(const FileRow &file, const QString &newName, qint64 nNewType,
                     const std::function<bool()> &renameOnDisk);
@@ -70,7 +68,30 @@ public:
     bool setLabelColor(quint64 nLabelId, quint32 nColor);
     bool deleteLabel(quint64 nLabelId);
 
+    /** Drops files with everything that was added to them. */
+    bool forget(const QVector<qint64> &fileIds);
+
+    /** Files in the recycle bin: not shown, but known should they come back. */
+    bool setRecycled(const QVector<qint64> &fileIds);
+
+    /** Names of preview pictures by file. */
+    QHash<qint64, QString> allCovers();
+
+    /** Moves a finished picture into the folder as the file's preview picture; an empty one takes the old away. */
+    bool setCover(qint64 nFileId, const QString &folder, const QString &file, const QString &suffix, QString *pName);
+
+    /** Removes pictures that no file uses, as an end at the wrong moment leaves them. */
+    void removeStrayCovers(const QString &folder);
+
+    QStringList protectedFolders();
+    bool setFolderProtected(const QString &folder, bool bProtected);
+
+    /** Stores files with all that comes with them; the names of their preview pictures in the same order. */
+    bool import(QVector<ImportedFile> *pFiles, const QString &coverFolder, QStringList *pCoverNames);
+
 private:
+    bool writeCover(qint64 nFileId, const QString &name);
+    QString takeCoverFile(const QString &folder, const QString &file, const QString &suffix);
     qint64 folderId(const QString &folder);
     bool takeInFile(FileRow *pFile);
     bool claimMoved(FileRow *pFile, qint64 nFolderId);

@@ -40,7 +40,7 @@ bool LibraryStore::takeInFile(FileRow *pFile)
         file.id = known.value(0).toLongLong();
         const bool bSameContent =
             known.value(1).toLongLong() == file.nSize && known.value(2).toLongLong() == file.nModifiedMsec;
-        bUnchanged = bSameContent && known.value(3).toLongLong() == file.nType && known.value(4).toBool() &&
+        bUnchanged = bSameContent && known.value(3).toLongLong() == file.nType && known.value(4).toInt() == 1 &&
                      known.value(5).toLongLong() == file.nInode;
         file.analysis = bSameContent ? AnalysisState(known.value(6).toInt()) : AnalysisState::Waiting;
     }
@@ -121,11 +121,11 @@ QVector<FileRow> LibraryStore::filesUnder(const QStringList &folders, bool bRecu
     QVector<FileRow> rows;
     QSet<qint64> taken;
     for (const QString &folder : folders) {
-        QSqlQuery query =
-            prepared(QStringLiteral("SELECT files.id, folders.path, name, size, mtime, type_id, has_video,"
-                                    " available, inode, analysis FROM folders"
-                                    " JOIN files ON files.folder_id = folders.id"
-                                    " WHERE (path = ? OR (path >= ? AND path < ?)) ORDER BY folders.id"));
+        QSqlQuery query = prepared(
+            QStringLiteral("SELECT files.id, folders.path, name, size, mtime, type_id, has_video,"
+                           " available, inode, analysis FROM folders"
+                           " JOIN files ON files.folder_id = folders.id"
+                           " WHERE (path = ? OR (path >= ? AND path < ?)) AND available != 2 ORDER BY folders.id"));
         bindFolderRange(&query, folder, bRecursive);
         if (!exec(&query))
             return rows;
@@ -146,7 +146,7 @@ QVector<FileRow> LibraryStore::filesUnder(const QStringList &folders, bool bRecu
             row.nModifiedMsec = query.value(4).toLongLong();
             row.nType = query.value(5).toLongLong();
             row.bHasVideo = query.value(6).toBool();
-            row.bAvailable = query.value(7).toBool();
+            row.bAvailable = query.value(7).toInt() == 1;
             row.nInode = query.value(8).toLongLong();
             row.analysis = AnalysisState(query.value(9).toInt());
             rows.append(row);
@@ -165,19 +165,6 @@ QStringList LibraryStore::foldersUnder(const QString &folder)
     while (query.next())
         folders.append(query.value(0).toString());
     return folders;
-}
-
-bool LibraryStore::forget(const QVector<qint64> &fileIds)
-{
-    if (!beginTransaction())
-        return false;
-    QSqlQuery query = prepared(QStringLiteral("DELETE FROM files WHERE id = ?"));
-    bool bDone = true;
-    for (const qint64 nId : fileIds) {
-        query.bindValue(0, nId);
-        bDone = bDone && exec(&query);
-    }
-    return finishTransaction(bDone);
 }
 
 bool LibraryStore::renameFile(const FileRow &file, const QString &newName, qint64 nNewType,

@@ -49,8 +49,12 @@ bool LibraryStore::writeLabels(const QVector<qint64> &fileIds, const TagRecordLi
 {
     QSqlQuery link = prepared(QStringLiteral("INSERT INTO file_labels (file_id, label_id) VALUES (?, ?)"
                                              " ON CONFLICT DO NOTHING"));
+    QSet<quint64> done;
     for (const TagRecordPtr &pLabel : labels) {
         const quint64 nLabelId = pLabel != nullptr ? labelId(*pLabel) : 0;
+        if (nLabelId != 0 && done.contains(nLabelId))
+            continue;
+        done.insert(nLabelId);
         if (nLabelId == 0) {
             m_lastError = tr("a label is neither named nor known");
             return false;

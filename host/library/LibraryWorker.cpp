@@ -18,7 +18,8 @@ LibraryWorker::LibraryWorker(QSharedPointer<const RenditionSource> pRenditions)
 void LibraryWorker::open(const QString &path)
 {
     QString error;
-    if (!m_store.open(path, &error)) {
+    m_bKept = m_store.open(path, &error);
+    if (!m_bKept) {
         Q_EMIT signalUnusable(path, error);
         if (!m_store.openCopy(path, &error))
             Q_EMIT signalProblem(tr("There is no SQLite driver: %1").arg(error));
@@ -184,6 +185,18 @@ void LibraryWorker::listFolder(int nGeneration, const QString &folder, const QSt
         m_unseen.remove(row.id);
     announce(nGeneration, present);
     endScan(nGeneration, report);
+}
+
+void LibraryWorker::forget(const QVector<qint64> &fileIds)
+{
+    for (const qint64 nId : fileIds) {
+        m_announced.remove(nId);
+        m_unseen.remove(nId);
+        m_notes.remove(nId);
+        m_labels.remove(nId);
+    }
+    if (!m_store.forget(fileIds))
+        Q_EMIT signalProblem(tr("The library cannot be written: %1").arg(m_store.lastError()));
 }
 
 void LibraryWorker::setNotes(qint64 nActionId, qint64 nFileId, const QVector<NoteRecord> &notes)

@@ -47,15 +47,26 @@ public:
     void setLabelColor(quint64 nLabelId, quint32 nColor);
     void deleteLabel(quint64 nLabelId);
 
-    void forget(const QVector<qint64> &fileIds);
     void renameFile(qint64 nActionId, const FileRow &file, const QString &newName);
     void setAnalysis(const QVector<FileRow> &files);
 
     /** Any thread. */
     FolderWatcher *watcher() { return &m_watcher; }
 
+    /** Drops files with what was added to them. */
+    void forget(const QVector<qint64> &fileIds);
+    void setRecycled(const QVector<qint64> &fileIds);
+
+    /** Reads what is kept beside files, notes and labels. */
+    void loadKeeping(const QString &coverFolder);
+    /** Each answers with what went wrong; empty: nothing. */
+    QString setCover(qint64 nFileId, const QString &file, const QString &suffix);
+    QString importFiles(const LibraryImport &import);
+    void setFolderProtected(const QString &folder, bool bProtected);
+
 Q_SIGNALS:
     void signalProblem(const QString &message);
+    void signalProtectedFolders(const QStringList &folders);
 
     /** These files have other labels now. */
     void signalLabels(const QHash<qint64, TagRecordList> &labels);
@@ -64,7 +75,6 @@ Q_SIGNALS:
     void signalScanEnded(int nGeneration, const FileRecordList &missing, const ScanReport &report);
     void signalFoldersChanged(const QStringList &folders);
     void signalLabelRecords(const QVector<LabelRecord> &labels);
-    void signalForgotten(const QVector<qint64> &fileIds);
     /** Without an error the file has its new name. */
     void signalRenamed(qint64 nActionId, qint64 nFileId, const QString &error);
 
@@ -82,6 +92,8 @@ private:
     void reportWriteError();
 
     LibraryStore m_store;
+    QString m_coverFolder;
+    bool m_bKept = false; ///< Changes reach the library file: what only the file knows may be tidied up.
     const QSharedPointer<const RenditionSource> m_pRenditions;
     QCollator m_collator;
     QHash<qint64, QVector<NoteRecord>> m_notes;

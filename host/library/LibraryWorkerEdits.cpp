@@ -53,21 +53,6 @@ void LibraryWorker::deleteLabel(quint64 nLabelId)
         reportWriteError();
 }
 
-void LibraryWorker::forget(const QVector<qint64> &fileIds)
-{
-    if (!m_store.forget(fileIds)) {
-        reportWriteError();
-        return;
-    }
-    for (const qint64 nId : fileIds) {
-        m_notes.remove(nId);
-        m_labels.remove(nId);
-        m_announced.remove(nId);
-        m_unseen.remove(nId);
-    }
-    Q_EMIT signalForgotten(fileIds);
-}
-
 void LibraryWorker::renameFile(qint64 nActionId, const FileRow &file, const QString &newName)
 {
     QString error = fileNameFault(newName);

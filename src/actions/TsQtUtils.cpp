@@ -4,9 +4,36 @@
 
 #include <QDebug>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileInfo>
 #include <QFontMetrics>
+#include <QImageReader>
+#include <QSet>
 #include <QUrl>
+
+namespace {
+
+// Preview pictures that are large in bytes and in both directions are scaled down to this shorter side.
+constexpr qint64 LargestUnscaledFile = 0x40000;
+constexpr int SmallestScaledSide = 901;
+constexpr int ScaledSide = 320;
+
+bool isPictureSuffix(const QString &suffix)
+{
+    static const QSet<QString> suffixes = {QStringLiteral("png"), QStringLiteral("webp"), QStringLiteral("jpg"),
+                                           QStringLiteral("jpeg"), QStringLiteral("bmp")};
+    return suffixes.contains(suffix.toLower());
+}
+
+/** The size with the shorter side scaled down; the ratio in single precision, the product cut off. */
+QSize scaledCoverSize(const QSize &size)
+{
+    if (size.width() > size.height())
+        return {int(float(size.width()) / float(size.height()) * ScaledSide), ScaledSide};
+    return {ScaledSide, int(float(size.height()) / float(size.width()) * ScaledSide)};
+}
+
+} // namespace
 
 void TsQtUtils::showInGraphicalShell(const QString &path)
 {
@@ -31,4 +58,41 @@ QString TsQtUtils::makeTempFilePath(const QString &folder, const QString &extens
 {
     const QString name = Platform::uniqueTemporaryName(folder);
     return name.isEmpty() ? name : name + extension;
+}
+
+QString TsQtUtils::makeTempPicturePath(const QString &extension)
+{
+    return makeTempFilePath(QDir::toNativeSeparators(QDir::tempPath()), extension);
+}
+
+QImage TsQtUtils::readPicture(const QString &path)
+{
+    QImageReader reader(path);
+    // A phone's picture lies on its side in the file.
+    reader.setAutoTransform(true);
+    return reader.read();
+}
+
+QRect TsQtUtils::centredSquare(const QSize &size)
+{
+    const int nSide = qMin(size.width(), size.height());
+    return {(size.width() - nSide) / 2, (size.height() - nSide) / 2, nSide, nSide};
+}
+
+QString TsQtUtils::prepareCoverImage(const QString &path, int *pWidth, int *pHeight)
+{
+    const QFileInfo file(path);
+    if (!file.exists() || !isPictureSuffix(file.suffix()))
+        return {};
+    QImage picture = readPicture(path);
+    QSize size = picture.size();
+    const bool bLargeSides = qMin(size.width(), size.height()) >= SmallestScaledSide;
+    if (file.size() > LargestUnscaledFile && bLargeSides) {
+        size = scaledCoverSize(size);
+        picture = picture.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    }
+    *pWidth = size.width();
+    *pHeight = size.height();
+    const QString target = makeTempPicturePath(QStringLiteral(".webp"));
+    return !target.isEmpty() && picture.save(target, "webp") ? target : path;
 }

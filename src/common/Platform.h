@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+class QMimeData;
+
 /** The few things that every desktop does its own way. One source file a platform implements them. */
 namespace Platform {
 
@@ -21,6 +23,12 @@ void revealInFileManager(const QString &absolutePath);
  * stands for the system's temporary one. Empty when the folder cannot be used.
  */
 QString uniqueTemporaryName(const QString &folder);
+
+/**
+ * Adds what this desktop's file managers want beside the list of addresses that the data hold already, to know that
+ * the files are to be copied and not moved.
+ */
+void addCopyFormats(QMimeData *pMimeData);
 
 /**
  * Memory for a large picture, in pages as large as the system offers, because taking a hundred megabytes in small ones

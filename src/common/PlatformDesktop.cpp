@@ -4,6 +4,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
+#include <QMimeData>
 #include <QProcess>
 #include <QTemporaryFile>
 #include <QUrl>
@@ -70,6 +71,15 @@ QString Platform::uniqueTemporaryName(const QString &folder)
     const QString base = folder.isEmpty() ? QDir::tempPath() : QDir::fromNativeSeparators(folder);
     QTemporaryFile file(base + QStringLiteral("/preview-XXXXXX"));
     return file.open() ? file.fileName() : QString();
+}
+
+void Platform::addCopyFormats(QMimeData *pMimeData)
+{
+    QByteArray files("copy");
+    for (const QUrl &url : pMimeData->urls())
+        files += '\n' + url.toEncoded();
+    pMimeData->setData(QStringLiteral("x-special/gnome-copied-files"), files);
+    pMimeData->setData(QStringLiteral("application/x-kde-cutselection"), QByteArray("0"));
 }
 
 void *Platform::allocateLargeMemory(size_t nBytes)

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QMimeData>
 
 #include <array>
 #include <string>
@@ -53,6 +54,13 @@ QString Platform::uniqueTemporaryName(const QString &folder)
         return {};
     DeleteFileW(name.data());
     return QString::fromWCharArray(name.data());
+}
+
+void Platform::addCopyFormats(QMimeData *pMimeData)
+{
+    // DROPEFFECT_COPY, as a 32-bit number. The list of files itself becomes CF_HDROP in Qt.
+    pMimeData->setData(QStringLiteral("application/x-qt-windows-mime;value=\"Preferred DropEffect\""),
+                       QByteArray("\x01\x00\x00\x00", 4));
 }
 
 void *Platform::allocateLargeMemory(size_t nBytes)

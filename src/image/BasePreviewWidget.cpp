@@ -14,6 +14,8 @@ BasePreviewWidget::BasePreviewWidget(QWidget *pParent)
     const QString keyText = PluginInnerData::instance()->shortcutText(IShortcutSetting::MoveToRecycleBin);
     m_shortcut = new QShortcut(QKeySequence::fromString(keyText, QKeySequence::PortableText), this, nullptr, nullptr,
                                Qt::WindowShortcut);
+    // A key held down a moment too long is not to reach the files behind the first one.
+    m_shortcut->setAutoRepeat(false);
 }
 
 void BasePreviewWidget::mouseDoubleClickEvent(QMouseEvent *pEvent)

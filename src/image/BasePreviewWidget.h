@@ -18,6 +18,8 @@ public:
     explicit BasePreviewWidget(QWidget *pParent);
 
     void setDoubleClickEnabled(bool bEnabled) { m_bDoubleClickEnabled = bEnabled; }
+    /** While false, a right click does nothing. */
+    void setContextMenuEnabled(bool bEnabled) { m_bContextMenuEnabled = bEnabled; }
 
 Q_SIGNALS:
     void signal_PreviewWidgetDoubleClicked();
@@ -29,4 +31,5 @@ protected:
     QShortcut *m_shortcut = nullptr;
     QString m_filePath;
     bool m_bDoubleClickEnabled = true;
+    bool m_bContextMenuEnabled = true;
 };

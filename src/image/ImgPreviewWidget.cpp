@@ -57,11 +57,13 @@ ImgPreviewWidget::ImgPreviewWidget(QWidget *pParent)
     m_trimTimer.setInterval(SpareMemoryMsec);
     connect(&m_trimTimer, &QTimer::timeout, this, &ImgPreviewWidget::trimMemory);
     connectTools();
+    createFileActions();
 
     connect(m_shortcut, &QShortcut::activated, this, &ImgPreviewWidget::slot_removeToRecycle);
     // Where the host's key is the delete key already, a second one would make both ambiguous.
     if (m_shortcut->key() != QKeySequence(Qt::Key_Delete)) {
         m_pDeleteShortcut = new QShortcut(QKeySequence(Qt::Key_Delete), this);
+        m_pDeleteShortcut->setAutoRepeat(false);
         connect(m_pDeleteShortcut, &QShortcut::activated, this, &ImgPreviewWidget::slot_removeToRecycle);
     }
 }
@@ -113,6 +115,7 @@ void ImgPreviewWidget::clearPreview()
 {
     m_pZoom->setItem(nullptr);
     cancelAnimationTask();
+    abandonLoads();
     // What was said of this picture is not to be read as said of the next.
     const auto notices = findChildren<CNotificationFloatingWidget *>(QString(), Qt::FindDirectChildrenOnly);
     for (CNotificationFloatingWidget *pNotice : notices)

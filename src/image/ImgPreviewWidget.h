@@ -13,7 +13,9 @@
 
 class CPushButton;
 class CResourceItem;
+class FileActionController;
 class ImgPreviewToolBar;
+class PictureLoad;
 class PictureZoom;
 class QShortcut;
 class TSDBGraphicsScene;
@@ -92,13 +94,18 @@ public Q_SLOTS:
     void slot_imgReadEnd(qint64 fileId, QImage img, QString loadPath, bool bSrcImg);
 
 protected:
+    void contextMenuEvent(QContextMenuEvent *pEvent) override;
     void resizeEvent(QResizeEvent *pEvent) override;
     void showEvent(QShowEvent *pEvent) override;
     void hideEvent(QHideEvent *pEvent) override;
 
 private:
     void connectTools();
+    void createFileActions();
+    void releaseAnimation();
+    void refreshCurrentFile();
     void startLoader(qint64 nFileId);
+    void abandonLoads();
     void loadFromHost(qint64 nFileId);
     QImage pictureOfHost() const;
     void startAnimationTask(qint64 nFileId, const QString &path);
@@ -115,7 +122,7 @@ private:
     int m_openMode = OpenOwnFile;
     QImage m_image;
     QVector<QImage> m_levels;
-    QHash<qint64, QSharedPointer<QVector<QImage>>> m_levelsOfLoads;
+    QHash<qint64, QSharedPointer<PictureLoad>> m_loads; ///< Under way, by file.
     QSharedPointer<QAtomicInt> m_pAnimationCancel;
     QTimer m_trimTimer; ///< Who looks for longer than this pays for fresh memory at the next step.
     QSize m_viewSize;
@@ -126,4 +133,5 @@ private:
     CPushButton *m_pCutPushBtn;
     CPushButton *m_pCancelPushBtn;
     QShortcut *m_pDeleteShortcut = nullptr;
+    FileActionController *m_pFileActions = nullptr;
 };

@@ -55,6 +55,9 @@ void ImgPreviewWidget::loadImage(const QString &path, int nFirstFrame, int nFram
     m_pToolBar->setNoteCount(pData->notes().size());
 
     const qint64 nFileId = pData->currentFileId();
+    abandonLoads();
+    if (const QSharedPointer<PictureLoad> pLoad = m_loads.value(nFileId))
+        pLoad->setWanted();
     switch (m_openMode) {
     case OpenOwnFile:
     case OpenRendition:
@@ -78,9 +81,9 @@ void ImgPreviewWidget::startLoader(qint64 nFileId)
     const FileInfoPtr pInfo = pData->currentFileInfo();
     pData->beginLoading(nFileId, this);
     auto *pTask = new PreviewResourceThread(nFileId);
-    auto pLevels = QSharedPointer<QVector<QImage>>::create();
-    m_levelsOfLoads.insert(nFileId, pLevels);
-    pTask->setLevelsTarget(pLevels);
+    const auto pLoad = QSharedPointer<PictureLoad>::create();
+    m_loads.insert(nFileId, pLoad);
+    pTask->setLoad(pLoad);
     connect(pTask, &PreviewResourceThread::signal_imageReadEnd, this, &ImgPreviewWidget::slot_imgReadEnd);
     pTask->setMode(LoadImageMode);
     if (pInfo)
@@ -88,6 +91,13 @@ void ImgPreviewWidget::startLoader(qint64 nFileId)
     else
         pTask->setPaths(m_filePath, QString(), QString());
     QThreadPool::globalInstance()->start(pTask, 0);
+}
+
+void ImgPreviewWidget::abandonLoads()
+{
+    // Stepping quickly leaves a trail of loads behind, none of which is to hold up the picture that is looked at.
+    for (const QSharedPointer<PictureLoad> &pLoad : qAsConst(m_loads))
+        pLoad->setUnwanted();
 }
 
 void ImgPreviewWidget::loadFromHost(qint64 nFileId)
@@ -119,9 +129,15 @@ void ImgPreviewWidget::slot_imgReadEnd(qint64 fileId, QImage img, QString loadPa
 {
     PluginInnerData *pData = PluginInnerData::instance();
     pData->endLoading(fileId, this);
-    const QSharedPointer<QVector<QImage>> pLevels = m_levelsOfLoads.take(fileId);
+    const QSharedPointer<PictureLoad> pLoad = m_loads.take(fileId);
     if (fileId != pData->currentFileId())
         return;
+    if (pLoad && pLoad->isGivenUp()) {
+        // The user came back to the file when its load had stopped already.
+        if (m_imageItem != nullptr)
+            startLoader(fileId);
+        return;
+    }
     m_filePath = loadPath.isEmpty() ? pData->currentFilePath() : loadPath;
     if (img.isNull()) {
         // The rendition that the record tells of may be gone while the host still holds its picture.
@@ -134,7 +150,7 @@ void ImgPreviewWidget::slot_imgReadEnd(qint64 fileId, QImage img, QString loadPa
     }
     if (!bSrcImg)
         WaitNotice::showWarning(this, tr("Image failed to load, showing thumbnails"));
-    ShowImageUnit(img, pLevels ? *pLevels : QVector<QImage>());
+    ShowImageUnit(img, pLoad ? pLoad->levels : QVector<QImage>());
     if (m_openMode == OpenOwnFile && bSrcImg)
         startAnimationTask(fileId, loadPath);
 }

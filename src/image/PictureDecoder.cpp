@@ -102,20 +102,26 @@ PictureDecoder::Picture copyPixels(const IDecodedBitmap &bitmap)
 
 } // namespace
 
-PictureDecoder::Picture PictureDecoder::decode(const QString &path)
+PictureDecoder::Picture PictureDecoder::decode(const QString &path, const std::function<bool()> &isUnwanted)
 {
+    const auto shallStop = [&isUnwanted] {
+        return isUnwanted && isUnwanted();
+    };
+    if (shallStop())
+        return {};
     PluginInnerData *pData = PluginInnerData::instance();
     const QMutexLocker locker(pData->decodeLock());
     IImageDecoder *pDecoder = pData->imageDecoder();
-    if (pDecoder == nullptr)
+    // Waiting for the lock takes as long as other files' decodes: the user may have stepped on meanwhile.
+    if (pDecoder == nullptr || shallStop())
         return {};
 
     const OpenedFile file(pDecoder, path);
     const DocumentHolder pDocument = file.takeDocument();
-    if (!pDocument || pDocument->kind() != IDecodedDocument::Raster || !pDocument->hasImageData())
+    if (!pDocument || pDocument->kind() != IDecodedDocument::Raster || !pDocument->hasImageData() || shallStop())
         return {};
     BitmapHolder pBitmap(pDocument->createBitmap(1.0, 1.0));
-    if (!pBitmap)
+    if (!pBitmap || shallStop())
         return {};
     const int nRotation = pDocument->rotation();
     Picture picture = copyPixels(*pBitmap);

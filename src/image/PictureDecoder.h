@@ -3,6 +3,8 @@
 #include <QImage>
 #include <QString>
 
+#include <functional>
+
 /** Reads pictures through the host's decoder. Any thread; one decode at a time in the whole plug-in. */
 namespace PictureDecoder {
 
@@ -11,6 +13,7 @@ struct Picture {
     bool bOpaque = false; ///< Known to have no transparent pixel.
 };
 
-Picture decode(const QString &path);
+/** Stops where `isUnwanted` answers true, which is asked before each longer stage; the picture is then null. */
+Picture decode(const QString &path, const std::function<bool()> &isUnwanted = {});
 
 } // namespace PictureDecoder

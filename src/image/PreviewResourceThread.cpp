@@ -57,35 +57,38 @@ void PreviewResourceThread::run()
     }
 }
 
+QImage PreviewResourceThread::readFirst(const QStringList &paths, int *pRead)
+{
+    const char *const failures[] = {"load src file failed ", "load file hd img failed ", "load file thumb img failed "};
+    const auto isUnwanted = [this] {
+        return isGivenUp();
+    };
+    for (int i = 0; i < paths.size(); ++i) {
+        PictureDecoder::Picture picture = PictureDecoder::decode(paths.at(i), isUnwanted);
+        if (isGivenUp())
+            return {};
+        if (!picture.image.isNull()) {
+            *pRead = i;
+            // Pixels leave the worker as the screen wants them, with everything that would cost the GUI thread time.
+            return PictureLevels::toScreenFormat(std::move(picture.image), picture.bOpaque);
+        }
+        qInfo("%s", failures[i]);
+    }
+    return {};
+}
+
 void PreviewResourceThread::readImage()
 {
     // A raw file is shown through the large preview that the host developed from it, and counts as its source.
     const bool bRaw = isRawCameraSuffix(QFileInfo(m_srcPath).suffix().toLower());
-    QString loadPath = bRaw ? m_hdPath : m_srcPath;
-    bool bSrcImg = true;
-    PictureDecoder::Picture picture = PictureDecoder::decode(loadPath);
-    if (picture.image.isNull()) {
-        qInfo("load src file failed ");
-        bSrcImg = false;
-        loadPath = m_hdPath;
-        picture = PictureDecoder::decode(loadPath);
-    }
-    if (picture.image.isNull()) {
-        qInfo("load file hd img failed ");
-        loadPath = m_thumbPath;
-        picture = PictureDecoder::decode(loadPath);
-    }
-    if (picture.image.isNull())
-        qInfo("load file thumb img failed ");
-    // Pixels leave the worker as the screen wants them, with everything that would cost the GUI thread time.
-    m_image = PictureLevels::toScreenFormat(std::move(picture.image), picture.bOpaque);
-    if (m_image.isNull()) { // nothing was read, or there was no memory for the conversion
-        loadPath.clear();
-        bSrcImg = false;
-    }
-    if (m_pLevels)
-        *m_pLevels = PictureLevels::build(m_image, *PluginInnerData::instance()->pictureMemory());
-    Q_EMIT signal_imageReadEnd(m_fileId, m_image, loadPath, bSrcImg);
+    const QStringList paths{bRaw ? m_hdPath : m_srcPath, m_hdPath, m_thumbPath};
+    int nRead = -1;
+    m_image = readFirst(paths, &nRead);
+    if (m_image.isNull()) // nothing was read, nobody waits for it, or there was no memory for the conversion
+        nRead = -1;
+    if (m_pLoad && !m_pLoad->isGivenUp())
+        m_pLoad->levels = PictureLevels::build(m_image, *PluginInnerData::instance()->pictureMemory());
+    Q_EMIT signal_imageReadEnd(m_fileId, m_image, paths.value(nRead), nRead == 0);
 }
 
 void PreviewResourceThread::renderPage()

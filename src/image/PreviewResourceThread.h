@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAtomicInt>
 #include <QImage>
 #include <QObject>
 #include <QPixmap>
@@ -18,6 +19,27 @@ enum PreviewLoadMode {
 };
 
 /**
+ * One load of a picture, as its task and the widget that waits for it share it. Thread: any; the levels are the task's
+ * until the picture is announced.
+ */
+class PictureLoad {
+public:
+    /** Nobody looks at the file any more: the task stops where it can. */
+    void setUnwanted() { m_state.testAndSetOrdered(Wanted, Unwanted); }
+    /** Somebody looks at it again, in vain where the task has stopped already. */
+    void setWanted() { m_state.testAndSetOrdered(Unwanted, Wanted); }
+    /** Asked by the task: true when the load is unwanted, and from then on. */
+    bool giveUp() { return m_state.testAndSetOrdered(Unwanted, GivenUp) || isGivenUp(); }
+    bool isGivenUp() const { return m_state.loadAcquire() == GivenUp; }
+
+    QVector<QImage> levels; ///< Reduced levels of the picture.
+
+private:
+    enum State { Wanted, Unwanted, GivenUp };
+    QAtomicInt m_state{Wanted};
+};
+
+/**
  * The background job of the plug-in: decodes one picture, or drives the host's presentation renderer, on the global
  * thread pool. Holds values only and never touches a widget; its signals cross into the GUI thread by queued calls.
  *
@@ -32,8 +54,9 @@ public:
     void setMode(int nMode) { m_mode = nMode; }
     void setPaths(const QString &srcPath, const QString &hdPath, const QString &thumbPath);
     void setFrameIndex(int nFrameIndex) { m_frameIndex = nFrameIndex; }
-    /** Where the picture's reduced levels are put before it is announced; shared with the receiver. */
-    void setLevelsTarget(const QSharedPointer<QVector<QImage>> &pLevels) { m_pLevels = pLevels; }
+    /** Where the picture's reduced levels are put before it is announced; a load given up is announced as unreadable.
+     */
+    void setLoad(const QSharedPointer<PictureLoad> &pLoad) { m_pLoad = pLoad; }
 
     void run() override;
 
@@ -46,6 +69,8 @@ Q_SIGNALS:
 
 private:
     void readImage();
+    bool isGivenUp() const { return m_pLoad && m_pLoad->giveUp(); }
+    QImage readFirst(const QStringList &paths, int *pRead);
     void renderPage();
 
     int m_mode = LoadNothingMode;
@@ -56,5 +81,5 @@ private:
     qint64 m_fileId;
     int m_frameIndex = 0;
     QPixmap m_framePixmap;
-    QSharedPointer<QVector<QImage>> m_pLevels;
+    QSharedPointer<PictureLoad> m_pLoad;
 };

@@ -96,6 +96,12 @@ QString PluginInnerData::settingsText() const
                                                                        : QString();
 }
 
+void PluginInnerData::setLastExportPath(const QString &path)
+{
+    if (m_pSettingsObject != nullptr)
+        m_pSettingsObject->setLastExportPath(path);
+}
+
 void PluginInnerData::setDataSource(const QSharedPointer<IPreviewDataSource> &pDataSource)
 {
     m_pDataSource = pDataSource;
@@ -145,6 +151,7 @@ void PluginInnerData::setFileList(const QVector<qint64> &fileIds, int nIndex, qi
     if (!m_fileIds.isSharedWith(fileIds))
         m_fileIds = fileIds;
     m_nCurrentIndex = nIndex;
+    m_nPositionHint = nIndex;
     m_nContext = nContext;
     refillFileInformation();
 }
@@ -160,9 +167,11 @@ void PluginInnerData::refillFileInformation()
     m_fileInformationList.removeAll(FileInfoPtr());
 }
 
-void PluginInnerData::setCurrentFile(qint64 nFileId)
+void PluginInnerData::setCurrentFile(qint64 nFileId, int nKnownPosition)
 {
     m_nCurrentFileId = nFileId;
+    if (nKnownPosition >= 0)
+        m_nPositionHint = nKnownPosition;
     if (!m_pDataSource)
         return;
     m_currentTags.clear();
@@ -184,17 +193,35 @@ int PluginInnerData::reloadCurrentTags()
     return m_currentTags.size();
 }
 
+bool PluginInnerData::isCurrentAt(int nPosition) const
+{
+    return nPosition >= 0 && nPosition < m_fileInformationList.size() &&
+           m_fileInformationList.at(nPosition) == m_pCurrentFileInfo;
+}
+
 int PluginInnerData::indexOfCurrent() const
 {
-    const int nIndex = m_pCurrentFileInfo ? m_fileInformationList.indexOf(m_pCurrentFileInfo) : -1;
+    // Steps are short: of a long list only the neighbourhood of the last answer is looked at, as a rule.
+    for (const int nPosition : {m_nPositionHint, m_nPositionHint + 1, m_nPositionHint - 1}) {
+        if (m_pCurrentFileInfo && isCurrentAt(nPosition))
+            return m_nPositionHint = nPosition;
+    }
+    int nIndex = m_pCurrentFileInfo ? m_fileInformationList.indexOf(m_pCurrentFileInfo) : -1;
+    if (nIndex < 0) {
+        // A host that makes a new record on each request, or has none for the file any more, still means the same file.
+        const auto isCurrent = [this](const FileInfoPtr &pInfo) {
+            return pInfo->fileId() == m_nCurrentFileId;
+        };
+        const auto begin = m_fileInformationList.cbegin();
+        const auto end = m_fileInformationList.cend();
+        if (m_nPositionHint >= 0 && m_nPositionHint < m_fileInformationList.size() && isCurrent(begin[m_nPositionHint]))
+            return m_nPositionHint;
+        const auto it = std::find_if(begin, end, isCurrent);
+        nIndex = it != end ? int(it - begin) : -1;
+    }
     if (nIndex >= 0)
-        return nIndex;
-    // A host that makes a new record on each request, or has none for the file any more, still means the same file.
-    const auto isCurrent = [this](const FileInfoPtr &pInfo) {
-        return pInfo->fileId() == m_nCurrentFileId;
-    };
-    const auto it = std::find_if(m_fileInformationList.cbegin(), m_fileInformationList.cend(), isCurrent);
-    return it != m_fileInformationList.cend() ? int(it - m_fileInformationList.cbegin()) : -1;
+        m_nPositionHint = nIndex;
+    return nIndex;
 }
 
 QString PluginInnerData::currentFilePath() const
@@ -229,7 +256,7 @@ void PluginInnerData::removeFiles(const QVector<qint64> &removedIds)
             nChosen = i;
     }
     if (nChosen >= 0)
-        setCurrentFile(m_fileInformationList.at(nChosen)->fileId());
+        setCurrentFile(m_fileInformationList.at(nChosen)->fileId(), nChosen);
 }
 
 void PluginInnerData::dropFiles(const QVector<qint64> &removedIds)

@@ -64,13 +64,17 @@ public:
     QString shortcutText(int nShortcutId) const;
     /** Text of the settings object: where the last export went; empty without settings. */
     QString settingsText() const;
+    /** Keeps where an export went, for the next one. */
+    void setLastExportPath(const QString &path);
     /** Releases the host's objects; waits for a decode that is running. */
     void clearPreviewData();
 
     // The list of files and the current one.
     void setFileList(const QVector<qint64> &fileIds, int nIndex, qint64 nContext);
-    void setCurrentFile(qint64 nFileId);
+    /** A caller that knows where the file stands in the list of records spares the search for it. */
+    void setCurrentFile(qint64 nFileId, int nKnownPosition = -1);
     int reloadCurrentTags();
+    /** Quick where the current file was found last, or beside it. */
     int indexOfCurrent() const;
     int currentIndex() const { return m_nCurrentIndex; }
     qint64 contextValue() const { return m_nContext; }
@@ -87,6 +91,7 @@ public:
     void refillFileInformation();
 
     // Small actions on the current file.
+    void copyFile();
     void copyFilePath();
     void copyTags();
     void pasteTags();
@@ -145,6 +150,7 @@ private:
     void lookupBaseModule();
     void handleTagResult(qint64 nActionId, const ResponseInfoPtr &pInfo);
     bool sendNotes(qint64 *pActionId);
+    bool isCurrentAt(int nPosition) const;
 
     IPluginManager *m_pPluginManager = nullptr;
     ISettingPlugin *m_pSettingPlugin = nullptr;
@@ -160,6 +166,7 @@ private:
     FileInfoPtr m_pCurrentFileInfo;
     TagRecordList m_currentTags;
     QVector<FileInfoPtr> m_fileInformationList;
+    mutable int m_nPositionHint = 0; ///< Where the current file was found last; may be anywhere.
     QMap<int, NoteRecord> m_notes;
     int m_nAudioVolume = 50;
     int m_nVideoVolume = 50;

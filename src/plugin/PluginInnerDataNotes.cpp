@@ -1,4 +1,5 @@
 // The shared state's small actions on the current file: its path, its labels, its region notes.
+#include "common/Platform.h"
 #include "interfaces/actions/ICommentAction.h"
 #include "interfaces/actions/ITagAction.h"
 #include "interfaces/data/IPreviewDataSource.h"
@@ -7,7 +8,21 @@
 #include <QClipboard>
 #include <QDebug>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QStringList>
+#include <QUrl>
+
+#include <memory>
+
+void PluginInnerData::copyFile()
+{
+    if (!m_pCurrentFileInfo)
+        return;
+    auto pMimeData = std::make_unique<QMimeData>();
+    pMimeData->setUrls({QUrl::fromLocalFile(m_pCurrentFileInfo->filePath())});
+    Platform::addCopyFormats(pMimeData.get());
+    QGuiApplication::clipboard()->setMimeData(pMimeData.release());
+}
 
 void PluginInnerData::copyFilePath()
 {

@@ -12,6 +12,7 @@
 #include "plugin/PluginInnerData.h"
 #include "preview/HubLoadingPage.h"
 #include "preview/HubTitleBar.h"
+#include "preview/TSHidenSideWidget.h"
 #include "tracking/TsEventTrack.h"
 
 #include <QShortcut>
@@ -31,10 +32,7 @@ MiddleResourcePreviewWidget::MiddleResourcePreviewWidget(QWidget *pParent, int n
     createPages();
     m_pTitleBar = new HubTitleBar(this);
     m_pTitleBar->setVisible(m_nMode == DoubleClickMode);
-    m_pLeftTrigger = new QWidget(this);
-    m_pRightTrigger = new QWidget(this);
-    m_pLeftTrigger->hide();
-    m_pRightTrigger->hide();
+    createSideTriggers();
     connect(m_pTitleBar->backButton(), &QPushButton::clicked, this,
             &MiddleResourcePreviewWidget::slot_returnBtnClicked);
     connect(m_pTitleBar->columnButton(), &QPushButton::clicked, this,
@@ -43,7 +41,7 @@ MiddleResourcePreviewWidget::MiddleResourcePreviewWidget(QWidget *pParent, int n
     m_pFitTimer->setSingleShot(true);
     connect(m_pFitTimer, &QTimer::timeout, m_pImgWidget, &ImgPreviewWidget::showLoaded);
     connectPages();
-    createShortcuts();
+    createShortcuts(this);
     setCurrentIndex(LoadingPage);
 }
 
@@ -68,6 +66,9 @@ void MiddleResourcePreviewWidget::connectPages()
 {
     connect(m_pImgWidget, &ImgPreviewWidget::signal_load_img_end, this, &MiddleResourcePreviewWidget::slot_imgLoadEnd);
     connect(m_pImgWidget, &ImgPreviewWidget::signal_quit, this, &MiddleResourcePreviewWidget::leaveByQuit);
+    // The picture, or the record behind it, is new: so may be what the strip shows of it.
+    connect(m_pImgWidget, &ImgPreviewWidget::signal_img_preview_update, this,
+            &MiddleResourcePreviewWidget::siganl_updateLeftList);
     const BasePreviewWidget *const pages[] = {m_pImgWidget, m_pVideoWidget, m_pAudioWidget, m_pPptWidget};
     for (const BasePreviewWidget *pPage : pages) {
         connect(pPage, &BasePreviewWidget::signal_PreviewWidgetDoubleClicked, this,
@@ -76,22 +77,54 @@ void MiddleResourcePreviewWidget::connectPages()
     }
 }
 
-void MiddleResourcePreviewWidget::createShortcuts()
+void MiddleResourcePreviewWidget::createSideTriggers()
 {
-    const auto add = [this](const QKeySequence &key, const char *pSlot, bool bRepeats) {
-        auto *pShortcut = new QShortcut(key, this);
+    using Hub = MiddleResourcePreviewWidget;
+    m_pLeftTrigger = new TSLeftHidenSideWidget(this);
+    m_pRightTrigger = new TSRightHidenSideWidget(this);
+    connect(m_pLeftTrigger, &TSHidenSideWidget::signalLeftClicked, this, &Hub::signal_left_chenged);
+    connect(m_pRightTrigger, &TSHidenSideWidget::signalRightClicked, this, &Hub::signal_right_changed);
+    connect(this, &Hub::signal_start_left_side_timer, m_pLeftTrigger, &TSHidenSideWidget::slotStartTimer);
+    connect(this, &Hub::signal_start_right_side_timer, m_pRightTrigger, &TSHidenSideWidget::slotStartTimer);
+    for (TSHidenSideWidget *pTrigger : {m_pLeftTrigger, m_pRightTrigger}) {
+        connect(pTrigger, &TSHidenSideWidget::signalTriggered, this, &Hub::slot_side_triggered);
+        connect(this, &Hub::signal_stop_side_timer, pTrigger, &TSHidenSideWidget::slotStopTimer);
+        // The space dialog has no columns.
+        pTrigger->setVisible(m_nMode == DoubleClickMode);
+    }
+}
+
+void MiddleResourcePreviewWidget::refreshTitleBar()
+{
+    const PluginInnerData *pData = PluginInnerData::instance();
+    m_pTitleBar->refresh();
+    m_pLeftTrigger->setArrowLeft(pData->isLeftColumnShown());
+    m_pRightTrigger->setArrowLeft(!pData->isRightPanelHidden());
+}
+
+void MiddleResourcePreviewWidget::shareKeysWith(QWidget *pNeighbour)
+{
+    createShortcuts(pNeighbour);
+}
+
+void MiddleResourcePreviewWidget::createShortcuts(QWidget *pOwner)
+{
+    const auto add = [this, pOwner](const QKeySequence &key, const char *pSlot, bool bRepeats) {
+        auto *pShortcut = new QShortcut(key, pOwner);
         pShortcut->setContext(Qt::WidgetWithChildrenShortcut);
         pShortcut->setAutoRepeat(bRepeats);
         connect(pShortcut, SIGNAL(activated()), this, pSlot);
     };
     // A key that is still held down from opening the preview must not close it again.
     add(Qt::Key_Escape, SLOT(slot_exitCurPreview_Key()), false);
-    add(Qt::Key_Up, SLOT(slot_UpKey()), true);
-    add(Qt::Key_Down, SLOT(slot_DownKey()), true);
-    add(Qt::Key_Left, SLOT(slot_leftKey()), true);
-    add(Qt::Key_Right, SLOT(slot_rightKey()), true);
     add(Qt::Key_Tab, SLOT(slot_tabKey()), false);
-    add(Qt::Key_Space, SLOT(slot_spaceKey()), false);
+    if (pOwner == this) {
+        add(Qt::Key_Up, SLOT(slot_UpKey()), true);
+        add(Qt::Key_Down, SLOT(slot_DownKey()), true);
+        add(Qt::Key_Left, SLOT(slot_leftKey()), true);
+        add(Qt::Key_Right, SLOT(slot_rightKey()), true);
+        add(Qt::Key_Space, SLOT(slot_spaceKey()), false);
+    }
 
     const PluginInnerData *pData = PluginInnerData::instance();
     const IShortcutSetting *pSetting = pData->shortcutSetting();

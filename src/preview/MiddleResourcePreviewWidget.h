@@ -10,6 +10,7 @@ class HubTitleBar;
 class ImgPreviewWidget;
 class PPtPreviewWidget;
 class QTimer;
+class TSHidenSideWidget;
 class VideoPreviewWidget;
 
 /**
@@ -40,6 +41,10 @@ public:
     /** True when leaving is allowed; otherwise tells the user to wait. */
     bool confirmNotLoading();
     HubTitleBar *titleBar() const { return m_pTitleBar; }
+    /** Shows the window's and the columns' state: window buttons, arrows of the edge handles. */
+    void refreshTitleBar();
+    /** The hub's keys work while a neighbour has the focus as well; those that step are the neighbour's own. */
+    void shareKeysWith(QWidget *pNeighbour);
 
 Q_SIGNALS:
     void signal_exitCurWidget();
@@ -89,7 +94,8 @@ protected:
 
 private:
     void createPages();
-    void createShortcuts();
+    void createShortcuts(QWidget *pOwner);
+    void createSideTriggers();
     void connectPages();
     void showImage(const QString &path, int nOpenMode);
     void showInRoom(int nPage, const QString &path);
@@ -107,8 +113,8 @@ private:
     PPtPreviewWidget *m_pPptWidget = nullptr;
     HubLoadingPage *m_pLoadingPage = nullptr;
     HubTitleBar *m_pTitleBar = nullptr;
-    QWidget *m_pLeftTrigger = nullptr;
-    QWidget *m_pRightTrigger = nullptr;
+    TSHidenSideWidget *m_pLeftTrigger = nullptr;
+    TSHidenSideWidget *m_pRightTrigger = nullptr;
     bool m_bClosePending = false;
     bool m_bReloadPending = false;
     bool m_bStopping = false;

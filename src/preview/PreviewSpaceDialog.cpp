@@ -184,7 +184,7 @@ void PreviewSpaceDialog::showFileAt(int nIndex)
     if (!pInfo)
         return;
     const qint64 nFileId = pInfo->fileId();
-    pData->setCurrentFile(nFileId);
+    pData->setCurrentFile(nFileId, nIndex);
     const QPointer<PreviewSpaceDialog> pThis(this);
     Q_EMIT signalPreviewFileIdChanged(nFileId);
     if (pThis)

@@ -267,19 +267,17 @@ void JourneyTest::showsEverySample()
 
 void JourneyTest::isIdle()
 {
-    // Half a second after a picture was opened the host decodes its neighbours, a second later spare memory is given
-    // back; then there is nothing left to do.
+    // Half a second after a picture was opened the host decodes its neighbours, and a second later spare memory is
+    // given back; then there is nothing left to do. The window is longer than the longest of these waits.
     Idleness idleness;
     const auto isQuiet = [&idleness] {
-        idleness = watchIdle(2000);
+        idleness = watchIdle(2500);
         return idleness.timers.isEmpty() && idleness.fCpuMsec < 30.0;
     };
     QVERIFY(m_pHost->open(QStringLiteral("landscape.jpg")));
-    QTRY_VERIFY_WITH_TIMEOUT(isQuiet(), 4 * PatienceMsec);
-    QVERIFY2(isQuiet(), qPrintable(idleness.text()));
+    QTRY_VERIFY2_WITH_TIMEOUT(isQuiet(), qPrintable(idleness.text()), 3 * PatienceMsec);
     QVERIFY(m_pHost->returnToGrid());
-    QTRY_VERIFY_WITH_TIMEOUT(isQuiet(), 4 * PatienceMsec);
-    QVERIFY2(isQuiet(), qPrintable(idleness.text()));
+    QTRY_VERIFY2_WITH_TIMEOUT(isQuiet(), qPrintable(idleness.text()), 3 * PatienceMsec);
     qInfo("idle: %s", qPrintable(idleness.text()));
 }
 

@@ -1,5 +1,7 @@
 #include "FakeServices.h"
 
+#include <QMetaMethod>
+
 #include <algorithm>
 
 ShortcutRecord FakeShortcuts::shortcut(int nShortcutId) const
@@ -58,6 +60,11 @@ void FakeCacheManager::finishAll()
             finish(request.cacheKey, picture);
         }
     }
+}
+
+bool FakeCacheManager::hasListeners() const
+{
+    return isSignalConnected(QMetaMethod::fromSignal(&ITSCacheManager::signalLoadPixmapFinished));
 }
 
 void FakeRenderer::setDocument(qint64 nFileId, const QVector<QSize> &pages)

@@ -54,6 +54,8 @@ public:
     void finish(const QString &cacheKey, const QImage &picture);
     /** Ends every request that is under way, with small pictures. */
     void finishAll();
+    /** Whether anybody waits for requests to end. */
+    bool hasListeners() const;
 
     LookupState missing = NotYetThere;   ///< What lookup answers for keys without a picture.
     bool answersAtOnce = false;          ///< Requests end inside submitRequest.

@@ -46,6 +46,8 @@ private Q_SLOTS:
     void oneDecodeAtATime();
     void clearWaitsForTheDecode();
     void levelsComeWithThePicture();
+    void abandonedLoads_data();
+    void abandonedLoads();
     void resultOfADeadReceiver();
     void animations_data();
     void animations();
@@ -268,22 +270,76 @@ void tst_loader::levelsComeWithThePicture()
     FakePicture large;
     large.size = QSize(2100, 1100);
     host().decoder.setPicture(Source, large);
-    const auto pLevels = QSharedPointer<QVector<QImage>>::create();
+    const auto pLoad = QSharedPointer<PictureLoad>::create();
     PreviewResourceThread task(1);
     int nLevels = -1;
     connect(
-        &task, &PreviewResourceThread::signal_imageReadEnd, this, [&nLevels, pLevels] { nLevels = pLevels->size(); },
+        &task, &PreviewResourceThread::signal_imageReadEnd, this, [&nLevels, pLoad] { nLevels = pLoad->levels.size(); },
         Qt::DirectConnection);
     task.setAutoDelete(false);
     task.setMode(LoadImageMode);
     task.setPaths(Source, Large, Thumb);
-    task.setLevelsTarget(pLevels);
+    task.setLoad(pLoad);
     task.run();
     QCOMPARE(nLevels, 2); // there before the picture is announced
-    QCOMPARE(pLevels->at(1).size(), QSize(525, 275));
-    task.setLevelsTarget({});
+    QCOMPARE(pLoad->levels.at(1).size(), QSize(525, 275));
+    task.setLoad({});
     task.run();
     QCOMPARE(nLevels, 2);
+}
+
+void tst_loader::abandonedLoads_data()
+{
+    QTest::addColumn<bool>("before");
+    QTest::addColumn<bool>("wantedAgain");
+    QTest::addColumn<int>("opened");
+    QTest::addColumn<bool>("picture");
+    QTest::newRow("before it began") << true << false << 0 << false;
+    QTest::newRow("while it decodes") << false << false << 1 << false;
+    QTest::newRow("before it began, and wanted again") << true << true << 1 << true;
+    QTest::newRow("while it decodes, and wanted again") << false << true << 1 << true;
+}
+
+/** A load that nobody waits for ends early, and says so; it tries no second file and complains of none. */
+void tst_loader::abandonedLoads()
+{
+    QFETCH(bool, before);
+    QFETCH(bool, wantedAgain);
+    const auto pGate = host().addSlowPicture(1, 10, Source);
+    const auto pLoad = QSharedPointer<PictureLoad>::create();
+    const auto change = [&] {
+        pLoad->setUnwanted();
+        if (wantedAgain)
+            pLoad->setWanted();
+    };
+    auto *pTask = new PreviewResourceThread(1);
+    QSignalSpy ended(pTask, &PreviewResourceThread::signal_imageReadEnd);
+    pTask->setMode(LoadImageMode);
+    pTask->setPaths(Source, Large, Thumb);
+    pTask->setLoad(pLoad);
+    pTask->setAutoDelete(false);
+    if (before) {
+        change();
+        pGate->open();
+    }
+    QThreadPool::globalInstance()->start(pTask);
+    if (!before) {
+        QTRY_COMPARE(pGate->waiting(), 1);
+        change();
+        pGate->open();
+    }
+    finishWorkers();
+    const std::unique_ptr<PreviewResourceThread> pOwner(pTask);
+    QFETCH(bool, picture);
+    QCOMPARE(ended.count(), 1);
+    QCOMPARE(ended.at(0).at(1).value<QImage>().isNull(), !picture);
+    QCOMPARE(ended.at(0).at(2).toString(), picture ? QString(Source) : QString());
+    QCOMPARE(ended.at(0).at(3).toBool(), picture);
+    QCOMPARE(pLoad->isGivenUp(), !picture);
+    pLoad->setWanted();
+    QCOMPARE(pLoad->isGivenUp(), !picture); // for good
+    QTEST(host().decoder.counts().opened, "opened");
+    QVERIFY(!log().hasLine(QStringLiteral("load ")));
 }
 
 void tst_loader::resultOfADeadReceiver()

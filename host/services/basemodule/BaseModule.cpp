@@ -5,6 +5,7 @@
 #include "services/basemodule/cache/ThumbnailCache.h"
 #include "services/basemodule/decode/ImageDecoder.h"
 #include "services/basemodule/decode/PictureFormat.h"
+#include "services/basemodule/decode/PictureReader.h"
 
 namespace basemodule {
 
@@ -145,6 +146,29 @@ AnalysisOutcome BaseModule::analyse(const QString &path, const std::atomic_bool 
 void BaseModule::setThumbnailDiskBudget(qint64 nBytes)
 {
     m_nThumbnailBudget = nBytes;
+}
+
+QImage BaseModule::readPicture(const QString &path, int nLongestSide, const std::atomic_bool &cancelled)
+{
+    /** Gives up when the flag is set. */
+    class FlagControl final : public DecodeControl {
+    public:
+        explicit FlagControl(const std::atomic_bool &flag)
+            : m_flag(flag)
+        {
+        }
+        bool accept(qint64) override { return proceed(); }
+        bool proceed() override { return !m_flag; }
+
+    private:
+        const std::atomic_bool &m_flag;
+    };
+    FlagControl control(cancelled);
+    DecodeRequest request;
+    request.longestSide = nLongestSide;
+    request.control = &control;
+    const DecodeResult result = basemodule::readPicture(path, request);
+    return result.picture.isNull() ? QImage() : result.picture.toUprightImage();
 }
 
 void BaseModule::shutdown()

@@ -49,6 +49,7 @@ public:
     AnalysisOutcome analyse(const QString &path, const std::atomic_bool &cancelled) override;
     void setThumbnailDiskBudget(qint64 nBytes) override;
     void shutdown() override;
+    QImage readPicture(const QString &path, int nLongestSide, const std::atomic_bool &cancelled) override;
 
     /** For tests: what is held ready. */
     DecodeAhead &decodeAhead() const { return *m_ahead; }

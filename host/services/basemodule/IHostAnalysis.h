@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QString>
 #include <QStringList>
 #include <QtPlugin>
@@ -50,6 +51,12 @@ public:
 
     /** Ends all background work and waits for it; called once before the host ends. */
     virtual void shutdown() = 0;
+
+    /**
+     * The picture of a file of any kind, upright and fitted into a square of this side; null for a file without one, or
+     * soon after the flag was set. Any thread; takes as long as a decode.
+     */
+    virtual QImage readPicture(const QString &path, int nLongestSide, const std::atomic_bool &cancelled) = 0;
 
 protected:
     ~IHostAnalysis() = default;

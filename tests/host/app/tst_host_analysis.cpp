@@ -15,6 +15,7 @@ public:
     void setAheadBudget(qint64) override {}
     void setThumbnailDiskBudget(qint64) override {}
     void shutdown() override {}
+    QImage readPicture(const QString &, int, const std::atomic_bool &) override { return {}; }
 
     AnalysisOutcome analyse(const QString &path, const std::atomic_bool &cancelled) override
     {

@@ -63,6 +63,7 @@ public:
     AnalysisOutcome analyse(const QString &, const std::atomic_bool &) override { return AnalysisOutcome::Done; }
     void setThumbnailDiskBudget(qint64) override {}
     void shutdown() override {}
+    QImage readPicture(const QString &, int, const std::atomic_bool &) override { return {}; }
 
     QStringList ahead;
 };

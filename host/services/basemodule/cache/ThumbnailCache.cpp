@@ -82,6 +82,12 @@ void ThumbnailCache::setMemoryBudget(qint64 nBytes)
     m_pictures.setMaxCost(int(std::clamp<qint64>(nBytes / 1024, 1, 1 << 30)));
 }
 
+QString ThumbnailCache::pictureOf(const FileInfoPtr &pInfo) const
+{
+    const QString kept = pInfo->thumbnailPath();
+    return kept.isEmpty() || kept.startsWith(m_files.folder()) ? pInfo->filePath() : kept;
+}
+
 QString ThumbnailCache::fileState(const FileInfoPtr &pInfo)
 {
     // The desktop's thumbnail keeps its name when the file changes; our large rendition does not.
@@ -122,7 +128,7 @@ void ThumbnailCache::submitRequest(const ThumbnailRequest &request)
         return;
     const QSize pixelSize(int(std::ceil(request.size.width() * request.dpi)),
                           int(std::ceil(request.size.height() * request.dpi)));
-    Job job{request.cacheKey, request.fileInfo->filePath(), fileState(request.fileInfo), pixelSize, request.dpi};
+    Job job{request.cacheKey, pictureOf(request.fileInfo), fileState(request.fileInfo), pixelSize, request.dpi};
     if (pixelSize.isEmpty() || m_failed.contains(job.key) || m_pictures.contains(job.key)) {
         const bool bFound = m_pictures.contains(job.key);
         QMetaObject::invokeMethod(

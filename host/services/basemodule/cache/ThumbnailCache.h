@@ -54,6 +54,8 @@ private:
         double dpi = 1.0;
     };
 
+    /** The file to make a thumbnail of: a picture that the host keeps for it, or the file itself. */
+    QString pictureOf(const FileInfoPtr &pInfo) const;
     static QString fileState(const FileInfoPtr &pInfo);
     void startWorkers();
     void work();

@@ -28,6 +28,8 @@ public:
     /** The smallest of the four sizes that is at least this large. */
     static int bucketFor(int nSide);
 
+    const QString &folder() const { return m_folder; }
+
     /** Where the thumbnail of a file stands; touches no disk. */
     QString pathFor(const QString &sourcePath, int nBucket) const;
 

@@ -1,0 +1,60 @@
+#include "actions/CoverFile.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageWriter>
+
+#include <cerrno>
+#include <unistd.h>
+
+namespace {
+
+// As large as a desktop's largest thumbnails.
+constexpr int k_nLongestSide = 1024;
+constexpr int k_nJpegQuality = 93;
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("CoverFile", text);
+}
+
+bool writePicture(const QImage &image, const QString &path, bool bTransparent)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        return false;
+    QImageWriter writer(&file, bTransparent ? QByteArrayLiteral("png") : QByteArrayLiteral("jpg"));
+    writer.setQuality(bTransparent ? -1 : k_nJpegQuality);
+    return writer.write(image) && file.flush() && ::fsync(file.handle()) == 0;
+}
+
+} // namespace
+
+PreparedCover prepareCover(const QString &picturePath, const QString &coverFolder, const Leftovers &leftovers,
+                           const PictureReaderFunction &read, const ActionTask &task, ActionOutcome *pOutcome)
+{
+    const QString name = QFileInfo(picturePath).fileName();
+    const QImage image = read(picturePath, k_nLongestSide, task.cancelFlag());
+    if (task.isCancelled()) {
+        pOutcome->addError(ActionOutcome::Cancelled, tr("Cancelled"));
+        return {};
+    }
+    if (image.isNull()) {
+        pOutcome->addError(ActionOutcome::Failed, tr("%1 is no picture that can be read").arg(name));
+        return {};
+    }
+    PreparedCover cover;
+    const bool bTransparent = image.hasAlphaChannel();
+    cover.suffix = bTransparent ? QStringLiteral("png") : QStringLiteral("jpg");
+    QDir().mkpath(coverFolder);
+    errno = 0;
+    cover.pFile = leftovers.make(QFile::encodeName(coverFolder));
+    if (writePicture(image, QFile::decodeName(cover.pFile->path()), bTransparent))
+        return cover;
+    const bool bFull = errno == ENOSPC || errno == EDQUOT;
+    pOutcome->addError(bFull ? ActionOutcome::NoSpace : ActionOutcome::Failed,
+                       tr("The preview picture cannot be kept in %1").arg(coverFolder));
+    return {};
+}

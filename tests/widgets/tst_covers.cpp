@@ -1,0 +1,303 @@
+#include "FileActionTest.h"
+#include "actions/TsQtUtils.h"
+#include "common/CNotificationFloatingWidget.h"
+#include "image/ImgPreviewWidget.h"
+
+#include <QImageReader>
+#include <QSignalSpy>
+
+namespace {
+
+/** A picture that does not pack well, so that its file is large. */
+QImage noise(const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    quint32 nState = 1;
+    for (int y = 0; y < size.height(); ++y) {
+        auto *pLine = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < size.width(); ++x) {
+            nState = nState * 1664525U + 1013904223U;
+            pLine[x] = 0xFF000000U | nState >> 8U;
+        }
+    }
+    return image;
+}
+
+QImage plain(const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::darkGreen);
+    return image;
+}
+
+QSize sizeOf(const QString &path)
+{
+    QImageReader reader(path);
+    return reader.format() == "webp" ? reader.size() : QSize();
+}
+
+} // namespace
+
+/** Preview pictures: how they are prepared, and their way to the host. */
+class tst_covers : public FileActionTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void squares_data();
+    void squares();
+    void preparation_data();
+    void preparation();
+    void badPictures_data();
+    void badPictures();
+    void fullTemporaryFolder();
+    void chosenPicture_data();
+    void chosenPicture();
+    void theLastOneStays();
+    void answers_data();
+    void answers();
+    void widgetDiesDuringThePreparation();
+    void anotherLibraryMeanwhile();
+    void refreshOfThePicture_data();
+    void refreshOfThePicture();
+
+private:
+    QString save(const QImage &image, const QString &name)
+    {
+        const QString path = m_folder.filePath(name);
+        image.save(path);
+        return path;
+    }
+    QVector<ActionRequest> sent() { return host().desk.of(ActionKind::File); }
+
+    QTemporaryDir m_folder;
+};
+
+void tst_covers::squares_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QRect>("square");
+    QTest::newRow("wide") << QSize(1000, 600) << QRect(200, 0, 600, 600);
+    QTest::newRow("tall, odd") << QSize(3, 8) << QRect(0, 2, 3, 3);
+    QTest::newRow("square") << QSize(5, 5) << QRect(0, 0, 5, 5);
+    QTest::newRow("line") << QSize(1, 4000) << QRect(0, 1999, 1, 1);
+}
+
+void tst_covers::squares()
+{
+    QFETCH(QSize, size);
+    QTEST(TsQtUtils::centredSquare(size), "square");
+}
+
+void tst_covers::preparation_data()
+{
+    QTest::addColumn<QImage>("picture");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QSize>("expected");
+    QTest::newRow("large, wide") << noise({3000, 2000}) << QStringLiteral("a.jpg") << QSize(480, 320);
+    QTest::newRow("large, tall") << noise({1000, 1500}) << QStringLiteral("a.PNG") << QSize(320, 480);
+    QTest::newRow("large, square") << noise({901, 901}) << QStringLiteral("a.png") << QSize(320, 320);
+    QTest::newRow("one side too short") << noise({900, 1200}) << QStringLiteral("a.jpeg") << QSize(900, 1200);
+    QTest::newRow("few bytes") << plain({1200, 1000}) << QStringLiteral("a.png") << QSize(1200, 1000);
+    QTest::newRow("many bytes, small sides") << noise({800, 800}) << QStringLiteral("a.png") << QSize(800, 800);
+    QTest::newRow("one pixel") << plain({1, 1}) << QStringLiteral("a.webp") << QSize(1, 1);
+}
+
+void tst_covers::preparation()
+{
+    QFETCH(QImage, picture);
+    QFETCH(QString, name);
+    QFETCH(QSize, expected);
+    const QString path = save(picture, name);
+    int nWidth = -1;
+    int nHeight = -1;
+    const QString made = TsQtUtils::prepareCoverImage(path, &nWidth, &nHeight);
+    QVERIFY(made != path && made.startsWith(QDir::tempPath()) && made.endsWith(QStringLiteral(".webp")));
+    QCOMPARE(QSize(nWidth, nHeight), expected);
+    QCOMPARE(sizeOf(made), expected);
+    QFile::remove(made);
+}
+
+void tst_covers::badPictures_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("exists");
+    QTest::addColumn<bool>("handedOn"); // as it is: the host knows better
+    QTest::newRow("gone") << QStringLiteral("gone.png") << false << false;
+    QTest::newRow("no picture's suffix") << QStringLiteral("a.txt") << true << false;
+    QTest::newRow("no suffix") << QStringLiteral("png") << true << false;
+    QTest::newRow("no picture") << QStringLiteral("a.png") << true << true;
+}
+
+void tst_covers::badPictures()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, exists);
+    QFETCH(bool, handedOn);
+    const QString path = m_folder.filePath(name);
+    if (exists) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("no picture");
+    }
+    int nWidth = 0;
+    int nHeight = 0;
+    QCOMPARE(TsQtUtils::prepareCoverImage(path, &nWidth, &nHeight), handedOn ? path : QString());
+    // An empty path would take the preview picture away.
+    m_pController->setCover(path);
+    finishWorkers();
+    QCOMPARE(sent().size(), handedOn ? 1 : 0);
+}
+
+void tst_covers::fullTemporaryFolder()
+{
+    const QByteArray before = qgetenv("TMPDIR");
+    qputenv("TMPDIR", "/proc");
+    const QString path = save(plain({50, 20}), QStringLiteral("kept.png"));
+    answerFileDialog(path);
+    m_pController->chooseCover();
+    finishWorkers();
+    before.isEmpty() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
+    QCOMPARE(sent().size(), 1);
+    QCOMPARE(sent().first().path, path);
+}
+
+void tst_covers::chosenPicture_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QSize>("expected");
+    QTest::newRow("wide") << QSize(1000, 600) << QSize(600, 600);
+    QTest::newRow("tall") << QSize(40, 90) << QSize(40, 40);
+    QTest::newRow("square") << QSize(70, 70) << QSize(70, 70);
+    QTest::newRow("large") << QSize(2000, 1500) << QSize(320, 320);
+}
+
+void tst_covers::chosenPicture()
+{
+    QFETCH(QSize, size);
+    const QString path = save(noise(size), QString::fromUtf8("a ü%1'.png"));
+    answerFileDialog(path);
+    m_pController->chooseCover();
+    QCOMPARE(m_dialogTitle, QStringLiteral("Choose a photo"));
+    data()->setCurrentFile(2); // the user steps on
+    finishWorkers();
+    QCOMPARE(sent().size(), 1);
+    QCOMPARE(sent().first().fileIds, QVector<qint64>{1});
+    QVERIFY(sent().first().path != path);
+    QTEST(sizeOf(sent().first().path), "expected");
+    host().desk.answer(0);
+    QVERIFY(!m_calls.contains(QStringLiteral("refresh"))); // another file is shown
+}
+
+void tst_covers::theLastOneStays()
+{
+    const QString slow = save(noise({3000, 3000}), QStringLiteral("slow.png"));
+    const QString quick = save(plain({20, 20}), QStringLiteral("quick.png"));
+    m_pController->setCover(slow);
+    m_pController->setCover(quick);
+    QTRY_COMPARE(sent().size(), 2);
+    QCOMPARE(sizeOf(sent().at(0).path), QSize(320, 320));
+    QCOMPARE(sizeOf(sent().at(1).path), QSize(20, 20));
+    host().desk.answer(0); // of the request that the second one replaced
+    QVERIFY(m_calls.isEmpty());
+    host().desk.answer(1);
+    QCOMPARE(m_calls, QStringList{QStringLiteral("refresh")});
+}
+
+void tst_covers::answers_data()
+{
+    QTest::addColumn<int>("reply");
+    QTest::addColumn<ResponseInfoPtr>("response");
+    QTest::addColumn<bool>("success");
+    QTest::addColumn<QString>("line");
+    const QString answered = QStringLiteral("set cover action response");
+    const QString refused = QStringLiteral("preview audio set cover action id <= 0");
+    QTest::newRow("success") << int(Reply::Queued) << FakeResponse::success() << true << answered;
+    QTest::newRow("inside the request") << int(Reply::InsideRequest) << FakeResponse::success() << true << answered;
+    QTest::newRow("twice") << int(Reply::Twice) << FakeResponse::success() << true << answered;
+    QTest::newRow("failure") << int(Reply::Queued) << FakeResponse::failure(4) << false << answered;
+    QTest::newRow("errors") << int(Reply::Queued) << FakeResponse::failure(0, {answered}) << false << answered;
+    QTest::newRow("refused") << int(Reply::RefuseZero) << FakeResponse::success() << false << refused;
+}
+
+void tst_covers::answers()
+{
+    QFETCH(int, reply);
+    QFETCH(ResponseInfoPtr, response);
+    QFETCH(bool, success);
+    QFETCH(QString, line);
+    make(FileActionType::audio());
+    host().desk.reply = Reply(reply);
+    host().desk.response = response;
+    m_pController->setCover(save(plain({20, 20}), QStringLiteral("a.png")));
+    finishWorkers();
+    settle();
+    QCOMPARE(log().count(line), 1);
+    const auto notices = m_pWidget->findChildren<CNotificationFloatingWidget *>();
+    QCOMPARE(notices.size(), success ? 1 : 0);
+    QCOMPARE(m_calls, success ? QStringList{QStringLiteral("refresh")} : QStringList());
+    if (success) {
+        QVERIFY(notices.first()->isVisible() && notices.first()->y() == 80);
+        bool bText = false;
+        for (const QLabel *pLabel : notices.first()->findChildren<QLabel *>())
+            bText |= pLabel->text() == QStringLiteral("Audio cover set successfully");
+        QVERIFY(bText);
+    }
+}
+
+void tst_covers::widgetDiesDuringThePreparation()
+{
+    m_pController->setCover(save(noise({1500, 1500}), QStringLiteral("a.png")));
+    delete m_pWidget.data();
+    finishWorkers();
+    QVERIFY(sent().isEmpty());
+}
+
+void tst_covers::anotherLibraryMeanwhile()
+{
+    m_pController->setCover(save(plain({20, 20}), QStringLiteral("a.png")));
+    m_pController->setCover(save(plain({30, 30}), QStringLiteral("b.png")));
+    data()->clearPreviewData();
+    for (int i = 0; i < 3; ++i)
+        finishWorkers();
+    QVERIFY(sent().isEmpty());
+    attachHost();
+    openFiles({1, 2, 3}, 2);
+    m_pController->setCover(save(plain({40, 40}), QStringLiteral("c.png")));
+    finishWorkers();
+    QCOMPARE(sent().size(), 1);
+}
+
+void tst_covers::refreshOfThePicture_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<int>("decodes");
+    QTest::newRow("own file keeps its zoom") << int(ImgPreviewWidget::OpenOwnFile) << 1;
+    QTest::newRow("host's picture is read again") << int(ImgPreviewWidget::OpenHostRendition) << 2;
+}
+
+void tst_covers::refreshOfThePicture()
+{
+    QFETCH(int, mode);
+    const auto pFile = host().addPicture(1, 10, QStringLiteral("/1.png"));
+    pFile->largePreview = QStringLiteral("/large.png");
+    openFiles({1}, 1);
+    ImgPreviewWidget widget(nullptr);
+    widget.show();
+    widget.setOpenMode(mode);
+    widget.loadImage(pFile->path, 0, 1, 1.0, 0);
+    finishWorkers();
+    QSignalSpy updates(&widget, &ImgPreviewWidget::signal_img_preview_update);
+    host().desk.reply = Reply::Queued;
+    answerFileDialog(save(plain({20, 20}), QStringLiteral("a.png")));
+    widget.slot_setCover();
+    finishWorkers();
+    settle();
+    finishWorkers();
+    QTEST(int(host().decoder.counts().paths.count(QStringLiteral("/1.png"))), "decodes");
+    QCOMPARE(updates.count(), 1);
+    const auto notices = widget.findChildren<CNotificationFloatingWidget *>();
+    QVERIFY(notices.size() == 1 && notices.first()->isVisible());
+}
+
+BIGIMGPREVIEW_TEST_MAIN(tst_covers)
+#include "tst_covers.moc"
