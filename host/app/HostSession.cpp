@@ -8,6 +8,7 @@
 #include "app/StatusLine.h"
 #include "basemodule/IHostAnalysis.h"
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
+#include "interfaces/plugin/IPreviewNotes.h"
 #include "interfaces/services/IBaseModulePlugin.h"
 #include "settings/HostSettings.h"
 
@@ -107,8 +108,9 @@ void HostSession::loadPlugins()
     m_pDataSource = QSharedPointer<HostDataSource>::create(&m_library);
     m_pDataSource->setAnalysis(m_pAnalysis);
     m_pDeeds = std::make_unique<FileDeeds>(&m_library, m_pDataSource.data(), m_pWindow.get());
-    auto *pPreview = qobject_cast<IBigImgPreviewPlugin *>(
-        m_plugins.objectByIid(QString::fromLatin1(qobject_interface_iid<IBigImgPreviewPlugin *>())));
+    QObject *pRoot = m_plugins.objectByIid(QString::fromLatin1(qobject_interface_iid<IBigImgPreviewPlugin *>()));
+    auto *pPreview = qobject_cast<IBigImgPreviewPlugin *>(pRoot);
+    m_pPreviews->setNotes(qobject_cast<IPreviewNotes *>(pRoot));
     if (pPreview == nullptr)
         m_pWindow->statusLine()->addProblem(tr("Files cannot be previewed: there is no preview plug-in."));
     m_pPreviews->setPlugin(pPreview, m_pDataSource, m_pHandle.get());

@@ -4,6 +4,7 @@
 #include "basemodule/IHostAnalysis.h"
 #include "interfaces/data/IPreviewDataSource.h"
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
+#include "interfaces/plugin/IPreviewNotes.h"
 
 #include <QWidget>
 
@@ -63,6 +64,12 @@ bool PreviewController::openQuickPreview(qint64 nFileId)
     return true;
 }
 
+void PreviewController::showNote(qint64 nFileId, int nPosition)
+{
+    if (m_pNotes != nullptr && (isOpen() || openQuickPreview(nFileId)))
+        m_pNotes->showNote(nFileId, nPosition);
+}
+
 void PreviewController::follow(qint64 nFileId)
 {
     const int nFrom = m_pModel->rowOf(m_nShownId);
@@ -110,5 +117,6 @@ void PreviewController::shutdown()
         m_pPlugin->setMainWindowHandle(nullptr);
     }
     m_pPlugin = nullptr;
+    m_pNotes = nullptr;
     m_pAnalysis = nullptr;
 }

@@ -12,6 +12,7 @@ class IBigImgPreviewPlugin;
 class IHostAnalysis;
 class IMainWindowHandle;
 class IPreviewDataSource;
+class IPreviewNotes;
 
 /**
  * Opens the preview plug-in's surfaces over the main window, one at a time, and follows what the user looks at:
@@ -30,6 +31,8 @@ public:
     void setPlugin(IBigImgPreviewPlugin *pPlugin, const QSharedPointer<IPreviewDataSource> &pDataSource,
                    IMainWindowHandle *pHandle);
     void setAnalysis(IHostAnalysis *pAnalysis);
+    /** Null with a plug-in that shows no single notes. */
+    void setNotes(IPreviewNotes *pNotes) { m_pNotes = pNotes; }
 
     bool isAvailable() const { return m_pPlugin != nullptr; }
     /** The open surface; null when there is none. */
@@ -38,6 +41,9 @@ public:
 
     /** Opens the quick preview on a file of the model; false when it cannot be opened or one is open already. */
     bool openQuickPreview(qint64 nFileId);
+
+    /** Shows one note of a file: in the open preview, or in a quick preview that is opened for it. */
+    void showNote(qint64 nFileId, int nPosition);
 
     /** Deletes an open surface and takes everything back from the plug-in. Nothing can be opened afterwards. */
     void shutdown();
@@ -56,6 +62,7 @@ private:
     const FileGridModel *m_pModel;
     IBigImgPreviewPlugin *m_pPlugin = nullptr;
     IHostAnalysis *m_pAnalysis = nullptr;
+    IPreviewNotes *m_pNotes = nullptr;
     QPointer<IPreviewSpaceDialog> m_pDialog;
     QTimer m_aheadTimer;
     qint64 m_nShownId = 0;

@@ -103,6 +103,7 @@ private:
     void releaseResized(NoteRegin *pRegion);
     void hover(const QPoint &pos);
     void leaveCard();
+    void escapeFromCard();
 
     void select(NoteRegin *pRegion);
     void openCard(NoteRegin *pRegion, bool bToEdit);

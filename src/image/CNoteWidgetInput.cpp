@@ -254,12 +254,21 @@ void CNoteWidget::leaveEvent(QEvent *pEvent)
     m_nHovered = -1;
 }
 
+void CNoteWidget::escapeFromCard()
+{
+    const int nSelected = m_pSelected != nullptr && m_pSelected->nId < m_nStored ? m_pSelected->nId : -1;
+    cancelSelectedRect();
+    // Still chosen, for the next key.
+    if (nSelected >= 0)
+        select(m_regions.at(size_t(nSelected)).get());
+}
+
 void CNoteWidget::keyPressEvent(QKeyEvent *pEvent)
 {
     switch (pEvent->key()) {
     case Qt::Key_Escape:
         if (!m_pCard->isHidden() || m_pDrawn || isHeld())
-            cancelSelectedRect();
+            escapeFromCard();
         else
             hide();
         break;

@@ -525,6 +525,13 @@ void tst_notes::deletesAndTakesBack()
     QCOMPARE(m_stored[1].at(1).rect, all.at(1).rect);
     QTest::keyClick(overlay(), Qt::Key_Z, Qt::ControlModifier); // once
     QCOMPARE(requests(), 2);
+    // Escape closes the card and leaves the note chosen.
+    drag(regionRect(2).center(), regionRect(2).center());
+    QTest::keyClick(card(), Qt::Key_Escape);
+    QTest::keyClick(overlay(), Qt::Key_Delete);
+    QCOMPARE(m_stored[1].size(), 2);
+    QTest::mouseClick(m_pWidget->findChild<NoteUndoNotice *>()->findChild<QPushButton *>(), Qt::LeftButton);
+    QCOMPARE(textsOf(m_stored[1]), textsOf(all));
     // The last note, then a new one under the same number.
     for (int i = 0; i < 3; ++i)
         m_pWidget->slot_deleteNoteInfo(0);

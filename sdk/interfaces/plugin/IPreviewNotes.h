@@ -10,13 +10,14 @@
  */
 class IPreviewNotes {
 public:
-    virtual ~IPreviewNotes() = default;
-
     /**
      * Shows one note of a file, by its position in IFileInfo::notes(), and draws the eye to it: at once where an open
      * preview shows the file, else when one comes to show it next. A later call takes the place of an earlier one.
      */
     virtual void showNote(qint64 nFileId, int nPosition) = 0;
+
+protected:
+    ~IPreviewNotes() = default;
 };
 
 Q_DECLARE_INTERFACE(IPreviewNotes, "Tessaro.Plugin.IPreviewNotes/1.0")

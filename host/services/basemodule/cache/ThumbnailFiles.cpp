@@ -72,11 +72,21 @@ QImage ThumbnailFiles::thumbnail(const QString &sourcePath, int nBucket, DecodeC
     request.control = pControl;
     const DecodeResult result = readPicture(sourcePath, request);
     image = result.picture.toUprightImage();
+    noteOriginalSize(&image, result);
     // A picture smaller than its thumbnail, and thumbnails themselves, are not worth a second file.
     const bool bReduced = result.fullSize.width() > nBucket || result.fullSize.height() > nBucket;
     if (!image.isNull() && bReduced && !sourcePath.startsWith(m_folder))
         store(image, path, uri, nModifiedSec);
     return image;
+}
+
+void ThumbnailFiles::noteOriginalSize(QImage *pImage, const DecodeResult &result)
+{
+    if (pImage->isNull() || result.fullSize.isEmpty())
+        return;
+    const QSize upright = result.rotation % 180 != 0 ? result.fullSize.transposed() : result.fullSize;
+    pImage->setText(QStringLiteral("Thumb::Image::Width"), QString::number(upright.width()));
+    pImage->setText(QStringLiteral("Thumb::Image::Height"), QString::number(upright.height()));
 }
 
 bool ThumbnailFiles::isOutdated(const QString &thumbnailPath, const QString &sourcePath) const

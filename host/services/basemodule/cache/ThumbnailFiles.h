@@ -6,6 +6,7 @@
 namespace basemodule {
 
 class DecodeControl;
+struct DecodeResult;
 
 /**
  * Thumbnails on disk, in the folders and the form that desktops share: named by the digest of the file's address,
@@ -33,6 +34,9 @@ public:
 
     /** The upright thumbnail of a file as it is now, read or made and then kept; null when none can be made. */
     QImage thumbnail(const QString &sourcePath, int nBucket, DecodeControl *pControl) const;
+
+    /** Writes into a reduced picture how large the one is that it was made of: previews place notes by it. */
+    static void noteOriginalSize(QImage *pImage, const DecodeResult &result);
 
     /** Whether the thumbnail there is was made of an earlier state of the file. */
     bool isOutdated(const QString &thumbnailPath, const QString &sourcePath) const;
