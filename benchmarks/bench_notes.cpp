@@ -100,7 +100,8 @@ public:
     void drag(Qt::MouseButton button)
     {
         const QPoint from = m_pOverlay->rect().center() + QPoint(31, 33);
-        const char *pName = button == Qt::MiddleButton ? "moving the picture under 500 notes" : "drawing over 500 notes";
+        const char *pName =
+            button == Qt::MiddleButton ? "moving the picture under 500 notes" : "drawing over 500 notes";
         sendMouse(m_pOverlay, QEvent::MouseButtonPress, from, button);
         measure(pName, [&](int i) {
             sendMouse(m_pOverlay, QEvent::MouseMove, from + QPoint(17 + 5 * i, 12 + 3 * i), button);

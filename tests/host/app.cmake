@@ -4,6 +4,7 @@ bigimgpreview_test(tst_host_scanner SOURCES app/tst_host_scanner.cpp LIBRARIES h
 bigimgpreview_test(tst_host_settings SOURCES app/tst_host_settings.cpp LIBRARIES hostsettings_core)
 bigimgpreview_test(tst_host_grid SOURCES app/tst_host_grid.cpp LIBRARIES hostapp_core)
 bigimgpreview_test(tst_host_previews SOURCES app/tst_host_previews.cpp LIBRARIES hostapp_core)
+bigimgpreview_test(tst_host_notes SOURCES app/tst_host_notes.cpp LIBRARIES hostapp_core)
 
 bigimgpreview_test(tst_host_plugins SOURCES app/tst_host_plugins.cpp LIBRARIES hostapp_core)
 # One module for each way in which a plug-in can be of no use.
