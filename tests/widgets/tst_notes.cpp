@@ -837,10 +837,10 @@ void tst_notes::fallbackPictures()
             onScreen((rect.left() + rect.width()) / factor, (rect.top() + rect.height()) / factor));
     };
     QCOMPARE(regionRect(), shown(QRect(80, 40, 16, 8)));
-    drag(QPoint(430, 320), QPoint(450, 340));
+    drag(QPoint(420, 305), QPoint(440, 320));
     write(QStringLiteral("x"));
     pressSave();
-    QCOMPARE(shown(m_stored[1].last().rect), QRect(430, 320, 20, 20));
+    QCOMPARE(shown(m_stored[1].last().rect), QRect(420, 305, 20, 15));
 }
 
 void tst_notes::placeholderTakesNoNotes()
