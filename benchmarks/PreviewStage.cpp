@@ -43,7 +43,7 @@ double TimedApplication::takeLongestBusy()
     return std::exchange(m_fLongest, 0.0);
 }
 
-PreviewStage::PreviewStage(const QStringList &paths)
+PreviewStage::PreviewStage(const QStringList &paths, const QVector<NoteRecord> &notes)
     : m_previewLoader(pluginFile("bigimgpreview"))
     , m_baseLoader(pluginFile("hostbasemodule"))
 {
@@ -59,7 +59,7 @@ PreviewStage::PreviewStage(const QStringList &paths)
     QVector<qint64> ids;
     for (const QString &path : paths) {
         ids.append(ids.size() + 1);
-        m_host.addFile(ids.last(), JpegType, path);
+        m_host.addFile(ids.last(), JpegType, path)->noteList = notes;
     }
     m_window.resize(WindowSize);
     m_window.show();

@@ -36,7 +36,8 @@ class PreviewStage : public QObject {
     Q_OBJECT
 
 public:
-    explicit PreviewStage(const QStringList &paths);
+    /** With these notes on each file. */
+    explicit PreviewStage(const QStringList &paths, const QVector<NoteRecord> &notes = {});
     ~PreviewStage() override;
 
     bool isReady() const { return m_pDialog != nullptr; }

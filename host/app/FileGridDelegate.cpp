@@ -1,6 +1,7 @@
 #include "app/FileGridDelegate.h"
 
 #include "app/FileGridModel.h"
+#include "app/NoteCountBadge.h"
 #include "app/ThumbnailSource.h"
 #include "theme/TSSkinSetting.h"
 
@@ -110,6 +111,8 @@ void FileGridDelegate::paint(QPainter *pPainter, const QStyleOptionViewItem &opt
             pPainter->drawRect(place.adjusted(-0.5, -0.5, 0.5, 0.5));
         }
     }
+
+    NoteCountBadge::paint(pPainter, area, pRecord->notes().size());
 
     QFont font = option.font;
     font.setPixelSize(12);

@@ -12,6 +12,7 @@
 #include "app/panel/InfoPanel.h"
 #include "basemodule/IHostAnalysis.h"
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
+#include "interfaces/plugin/IPreviewNotes.h"
 #include "interfaces/services/IBaseModulePlugin.h"
 #include "settings/HostSettings.h"
 
@@ -115,8 +116,9 @@ void HostSession::loadPlugins()
     m_pDataSource = QSharedPointer<HostDataSource>::create(&m_library);
     m_pDataSource->setAnalysis(m_pAnalysis);
     m_pDeeds = std::make_unique<FileDeeds>(&m_library, m_pDataSource.data(), m_pWindow.get());
-    auto *pPreview = qobject_cast<IBigImgPreviewPlugin *>(
-        m_plugins.objectByIid(QString::fromLatin1(qobject_interface_iid<IBigImgPreviewPlugin *>())));
+    QObject *pRoot = m_plugins.objectByIid(QString::fromLatin1(qobject_interface_iid<IBigImgPreviewPlugin *>()));
+    auto *pPreview = qobject_cast<IBigImgPreviewPlugin *>(pRoot);
+    m_pPreviews->setNotes(qobject_cast<IPreviewNotes *>(pRoot));
     if (pPreview == nullptr)
         m_pWindow->statusLine()->addProblem(tr("Files cannot be previewed: there is no preview plug-in."));
     m_pPreviews->setPlugin(pPreview, m_pDataSource, m_pHandle.get());
@@ -150,6 +152,7 @@ void HostSession::connectFullPreview()
             });
     connect(m_pPreviews.get(), &PreviewController::signalFullPreviewLeft, pPlace, &FullPreviewPlace::leave);
     connect(m_pPreviews.get(), &PreviewController::signalFileShown, m_pWindow->infoPanel(), &InfoPanel::showFile);
+    connect(m_pWindow->infoPanel(), &InfoPanel::signalNoteActivated, m_pPreviews.get(), &PreviewController::showNote);
     // The preview reads it when it opens the next time.
     connect(pPlace, &FullPreviewPlace::signalPanelHidden, this,
             [this](bool bHidden) { m_ini.setValue(panelHiddenKey(), bHidden); });

@@ -4,6 +4,7 @@
 #include "basemodule/IHostAnalysis.h"
 #include "interfaces/data/IPreviewDataSource.h"
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
+#include "interfaces/plugin/IPreviewNotes.h"
 
 #include <QWidget>
 
@@ -97,6 +98,12 @@ bool PreviewController::canClose() const
     return m_pFull != nullptr ? m_pFull->canClosePreview() : m_pDialog == nullptr || m_pDialog->canClosePreview();
 }
 
+void PreviewController::showNote(qint64 nFileId, int nPosition)
+{
+    if (m_pNotes != nullptr && (isOpen() || openQuickPreview(nFileId)))
+        m_pNotes->showNote(nFileId, nPosition);
+}
+
 void PreviewController::follow(qint64 nFileId)
 {
     const int nFrom = m_pModel->rowOf(m_nShownId);
@@ -151,5 +158,6 @@ void PreviewController::shutdown()
         m_pPlugin->setMainWindowHandle(nullptr);
     }
     m_pPlugin = nullptr;
+    m_pNotes = nullptr;
     m_pAnalysis = nullptr;
 }

@@ -13,6 +13,7 @@ class IBigImgPreviewPlugin;
 class IHostAnalysis;
 class IMainWindowHandle;
 class IPreviewDataSource;
+class IPreviewNotes;
 
 /**
  * Opens the preview plug-in's surfaces over the main window, one at a time, and follows what the user looks at:
@@ -31,6 +32,8 @@ public:
     void setPlugin(IBigImgPreviewPlugin *pPlugin, const QSharedPointer<IPreviewDataSource> &pDataSource,
                    IMainWindowHandle *pHandle);
     void setAnalysis(IHostAnalysis *pAnalysis);
+    /** Null with a plug-in that shows no single notes. */
+    void setNotes(IPreviewNotes *pNotes) { m_pNotes = pNotes; }
 
     bool isAvailable() const { return m_pPlugin != nullptr; }
     /** The open surface; null when there is none. */
@@ -48,6 +51,9 @@ public:
 
     /** False while the open preview asks the user to wait. */
     bool canClose() const;
+
+    /** Shows one note of a file: in the open preview, or in a quick preview that is opened for it. */
+    void showNote(qint64 nFileId, int nPosition);
 
     /** Deletes an open surface and takes everything back from the plug-in. Nothing can be opened afterwards. */
     void shutdown();
@@ -74,6 +80,7 @@ private:
     const FileGridModel *m_pModel;
     IBigImgPreviewPlugin *m_pPlugin = nullptr;
     IHostAnalysis *m_pAnalysis = nullptr;
+    IPreviewNotes *m_pNotes = nullptr;
     QPointer<IPreviewSpaceDialog> m_pDialog;
     QPointer<IPreviewDbClickWidget> m_pFull;
     QTimer m_aheadTimer;

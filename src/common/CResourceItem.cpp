@@ -61,6 +61,7 @@ double CResourceItem::setPicture(const QPixmap &picture, const QVector<QImage> &
     m_picture = picture;
     m_levels = levels;
     m_fPixelRatio = fPixelRatio;
+    m_originalSize = QSize();
     m_filePath = path;
     resetPose();
     update();
@@ -149,9 +150,15 @@ QSize CResourceItem::pictureSize() const
     return m_picture.size() / m_fPixelRatio;
 }
 
-QPointF CResourceItem::toPicturePixels(const QPointF &itemPoint) const
+QTransform CResourceItem::fromPicturePixels() const
 {
-    return (itemPoint - boundingRect().topLeft()) * m_fPixelRatio;
+    const QSize original = originalSize();
+    if (original.isEmpty())
+        return {};
+    const QPointF corner = boundingRect().topLeft();
+    return QTransform::fromScale(m_picture.width() / m_fPixelRatio / original.width(),
+                                 m_picture.height() / m_fPixelRatio / original.height()) *
+           QTransform::fromTranslate(corner.x(), corner.y());
 }
 
 QSizeF CResourceItem::shownSize() const

@@ -4,6 +4,7 @@
 #include <QGraphicsItem>
 #include <QMovie>
 #include <QPixmap>
+#include <QTransform>
 #include <QVector>
 
 #include <memory>
@@ -56,8 +57,16 @@ public:
     QSize pictureSize() const;
     QSizeF shownSize() const;
 
-    /** A point of the item in pixels of the picture, from its top left corner. */
-    QPointF toPicturePixels(const QPointF &itemPoint) const;
+    /**
+     * The picture stands for one of this size, of which it is a smaller rendition; empty: for itself. Forgotten with
+     * the next picture.
+     */
+    void setOriginalSize(const QSize &size) { m_originalSize = size; }
+    QSize originalSize() const { return m_originalSize.isEmpty() ? m_picture.size() : m_originalSize; }
+    /** From pixels of the original picture, counted from its top left corner, to points of the item. */
+    QTransform fromPicturePixels() const;
+    /** A point of the item in pixels of the original picture. */
+    QPointF toPicturePixels(const QPointF &itemPoint) const { return fromPicturePixels().inverted().map(itemPoint); }
 
     QString filePath() const { return m_filePath; }
 
@@ -79,6 +88,7 @@ private:
     QPixmap m_picture;
     QVector<QImage> m_levels;
     double m_fPixelRatio = 1.0;
+    QSize m_originalSize;
     // Kept from frame to frame while the picture is turned: taking them anew costs as much as filling them.
     mutable QImage m_uprightBuffer;
     mutable QImage m_turnedBuffer;

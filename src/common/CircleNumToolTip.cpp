@@ -7,6 +7,8 @@
 namespace {
 
 constexpr int BadgeSide = 16;
+constexpr int FontPixels = 12;
+constexpr int TextRoom = 8;
 
 } // namespace
 
@@ -29,11 +31,26 @@ CircleNumToolTip::CircleNumToolTip(QWidget *pParent)
 void CircleNumToolTip::setText(const QString &text)
 {
     m_pLabel->setText(text);
+    QFont font = m_pLabel->font();
+    font.setPixelSize(FontPixels);
+    const int nWidth = text.size() > 2 ? QFontMetrics(font).horizontalAdvance(text) + TextRoom : BadgeSide;
+    setFixedSize(nWidth, BadgeSide);
+    m_pLabel->setFixedSize(nWidth, BadgeSide);
+}
+
+void CircleNumToolTip::setColors(const QColor &background, const QColor &text)
+{
+    if (background == m_background && text == m_textColor)
+        return;
+    m_background = background;
+    m_textColor = text;
+    applyStyle();
 }
 
 void CircleNumToolTip::applyStyle()
 {
     const TSSkinSetting *pSkin = TSSkinSetting::GetInstance();
     m_pLabel->setStyleSheet(QStringLiteral("border:0px;border-radius:8px;background:%1;color:%2;font-size:12px;")
-                                .arg(pSkin->GetBadgeColor().name(), pSkin->GetColorList().first().name()));
+                                .arg((m_background.isValid() ? m_background : pSkin->GetBadgeColor()).name(),
+                                     (m_textColor.isValid() ? m_textColor : pSkin->GetColorList().first()).name()));
 }

@@ -157,5 +157,6 @@ void ImgPreviewToolBar::resizeEvent(QResizeEvent *pEvent)
 void ImgPreviewToolBar::placeBadge()
 {
     const QPoint anchor = m_buttons.at(CommentButton)->pos();
+    m_pNoteBadge->raise(); // buttons come to the front when they are made
     m_pNoteBadge->move(anchor.x() + BadgeRight, anchor.y() - BadgeAbove);
 }

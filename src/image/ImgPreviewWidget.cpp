@@ -5,6 +5,7 @@
 #include "common/CResourceItem.h"
 #include "common/CircleBtn.h"
 #include "image/ImgPreviewToolBar.h"
+#include "image/PictureNotes.h"
 #include "image/PictureZoom.h"
 #include "image/TSDBGraphicsScene.h"
 #include "image/TSLargePreviewView.h"
@@ -16,9 +17,9 @@
 
 namespace {
 
-constexpr int NoteModeOn = 2;
 constexpr int SpareMemoryMsec = 1500;
 constexpr int ToolBarTop = 58;
+constexpr int TitleHeight = 36; ///< Over the picture stand the buttons of the surface.
 constexpr int CornerTop = 20;
 constexpr int FirstCornerRight = 220;
 constexpr int SecondCornerRight = 110;
@@ -42,6 +43,7 @@ ImgPreviewWidget::ImgPreviewWidget(QWidget *pParent)
     , m_view(new TSLargePreviewView(this))
     , m_pZoom(new PictureZoom(zoomSteps(), m_view, this))
     , m_pToolBar(new ImgPreviewToolBar(this))
+    , m_pNotes(new PictureNotes(m_view, m_pZoom, m_pToolBar, this))
     , m_pCutPushBtn(new CPushButton(this))
     , m_pCancelPushBtn(new CPushButton(this))
 {
@@ -71,6 +73,7 @@ ImgPreviewWidget::ImgPreviewWidget(QWidget *pParent)
 ImgPreviewWidget::~ImgPreviewWidget()
 {
     PluginInnerData::instance()->endLoadingsOf(this);
+    m_pNotes->leave(false);
     clearPreview();
 }
 
@@ -102,17 +105,23 @@ void ImgPreviewWidget::connectTools()
     connect(m_pZoom, &PictureZoom::signal_scaleChanged, m_pToolBar, &ImgPreviewToolBar::setPercent);
     connect(m_pZoom, &PictureZoom::signal_animationRunning, this,
             [this](bool bRunning) { m_pToolBar->setButtonsEnabled(!bRunning); });
+
+    const CNoteWidget *pOverlay = m_pNotes->overlay();
+    connect(pOverlay, &CNoteWidget::signal_saveNoteInfo, this, &ImgPreviewWidget::slot_saveNoteInfo);
+    connect(pOverlay, &CNoteWidget::signal_deleteNoteInfo, this, &ImgPreviewWidget::slot_deleteNoteInfo);
+    connect(pOverlay, &CNoteWidget::signal_sendMousePos, this, &ImgPreviewWidget::slot_acceptMousePosFromNoteWidget);
 }
 
 void ImgPreviewWidget::quitPreview()
 {
-    if (m_noteMode == NoteModeOn)
-        m_noteMode = 0;
+    m_pNotes->leave();
     Q_EMIT signal_quit();
 }
 
 void ImgPreviewWidget::clearPreview()
 {
+    m_pNotes->leave();
+    m_pNotes->setPicture(nullptr, -1);
     m_pZoom->setItem(nullptr);
     cancelAnimationTask();
     abandonLoads();
@@ -134,30 +143,36 @@ void ImgPreviewWidget::showLoaded()
 {
     m_pZoom->fitToWindow(false);
     placeTools();
+    m_pNotes->follow();
+    m_pNotes->showRequested();
 }
 
 void ImgPreviewWidget::slot_fullPreviewBtnClicked()
 {
     reportClick(QStringLiteral("完整预览"));
     m_pZoom->fitToWindow(true);
+    m_pNotes->followAndRefresh();
 }
 
 void ImgPreviewWidget::slot_adaptWidthBtnClicked()
 {
     reportClick(QStringLiteral("适应宽度"));
     m_pZoom->fitToWidth();
+    m_pNotes->followAndRefresh();
 }
 
 void ImgPreviewWidget::slot_NormalBtnClicked()
 {
     reportClick(QStringLiteral("原尺寸"));
     m_pZoom->actualSize();
+    m_pNotes->followAndRefresh();
 }
 
 void ImgPreviewWidget::slot_RotateBtnCllicked()
 {
     reportClick(QStringLiteral("旋转"));
     m_pZoom->rotate();
+    m_pNotes->followAndRefresh();
 }
 
 void ImgPreviewWidget::slot_HorizonalRotateBtnClicked()
@@ -166,6 +181,7 @@ void ImgPreviewWidget::slot_HorizonalRotateBtnClicked()
     m_pZoom->finish();
     if (m_imageItem != nullptr)
         m_imageItem->flipHorizontally();
+    m_pNotes->followAndRefresh();
 }
 
 void ImgPreviewWidget::slot_cutBtnClicked()
@@ -176,16 +192,23 @@ void ImgPreviewWidget::slot_cutBtnClicked()
 void ImgPreviewWidget::slot_EditBtnClicked()
 {
     reportClick(QStringLiteral("标注"));
+    if (m_pNotes->mode() == PictureNotes::On)
+        m_pNotes->leave();
+    else
+        m_pNotes->enter();
+    placeTools();
 }
 
 void ImgPreviewWidget::slot_ZoomOutBtnClicked()
 {
     m_pZoom->zoomOut();
+    m_pNotes->followAndRefresh();
 }
 
 void ImgPreviewWidget::slot_ZoomInBtnClicked()
 {
     m_pZoom->zoomIn();
+    m_pNotes->followAndRefresh();
 }
 
 void ImgPreviewWidget::slot_cutPushBtnClicked()
@@ -201,6 +224,7 @@ void ImgPreviewWidget::slot_cancelPushBtnClicked()
 void ImgPreviewWidget::slot_viewWeelChanged(bool bValue)
 {
     m_pZoom->wheel(bValue);
+    m_pNotes->followAndRefresh();
 }
 
 void ImgPreviewWidget::slot_setSavedImgFlat(bool bChecked)
@@ -211,6 +235,7 @@ void ImgPreviewWidget::slot_setSavedImgFlat(bool bChecked)
 void ImgPreviewWidget::slot_PreviewTimerout()
 {
     m_pZoom->tick();
+    m_pNotes->followAndRefresh();
 }
 
 void ImgPreviewWidget::resizeEvent(QResizeEvent *pEvent)
@@ -222,6 +247,7 @@ void ImgPreviewWidget::resizeEvent(QResizeEvent *pEvent)
     m_view->centerOn(0.0, 0.0);
     if (m_imageItem != nullptr)
         m_imageItem->update();
+    m_pNotes->followAndRefresh();
 }
 
 void ImgPreviewWidget::showEvent(QShowEvent *pEvent)
@@ -259,4 +285,5 @@ void ImgPreviewWidget::placeTools()
     m_pToolBar->resize(width(), ImgPreviewToolBar::BarHeight);
     m_pToolBar->move(0, height() - ToolBarTop);
     m_pToolBar->raise();
+    m_pNotes->placeOverlay(QRect(0, TitleHeight, width(), height() - ToolBarTop - TitleHeight));
 }

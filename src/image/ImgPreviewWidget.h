@@ -16,6 +16,7 @@ class CResourceItem;
 class FileActionController;
 class ImgPreviewToolBar;
 class PictureLoad;
+class PictureNotes;
 class PictureZoom;
 class QShortcut;
 class TSDBGraphicsScene;
@@ -113,7 +114,7 @@ private:
     void disposeOfPictures();
     void trimMemory();
     void showPlaceholder();
-    void ShowImageUnit(const QImage &image, const QVector<QImage> &levels = {});
+    void ShowImageUnit(const QImage &image, const QVector<QImage> &levels = {}, const QSize &originalSize = {});
     void placeTools();
 
     TSDBGraphicsScene *m_scene;
@@ -127,9 +128,9 @@ private:
     QTimer m_trimTimer; ///< Who looks for longer than this pays for fresh memory at the next step.
     QSize m_viewSize;
     int m_loadFactor = 1;
-    int m_noteMode = 0;
     PictureZoom *m_pZoom;
     ImgPreviewToolBar *m_pToolBar;
+    PictureNotes *m_pNotes;
     CPushButton *m_pCutPushBtn;
     CPushButton *m_pCancelPushBtn;
     QShortcut *m_pDeleteShortcut = nullptr;

@@ -2,7 +2,7 @@
 #include "actions/FileActionController.h"
 #include "common/CResourceItem.h"
 #include "image/ImgPreviewWidget.h"
-#include "image/TSLargePreviewView.h"
+#include "image/PictureNotes.h"
 #include "plugin/PluginInnerData.h"
 
 #include <QContextMenuEvent>
@@ -105,26 +105,17 @@ void ImgPreviewWidget::slot_removeToRecycle()
 
 void ImgPreviewWidget::slot_saveNoteInfo(NoteRegin *pNoteRegion)
 {
-    if (pNoteRegion == nullptr || m_imageItem == nullptr)
-        return;
-    const auto toPicture = [this](const QPoint &viewPoint) {
-        const QPointF point = m_imageItem->toPicturePixels(m_imageItem->mapFromScene(m_view->mapToScene(viewPoint)));
-        return QPoint(int(point.x()), int(point.y()));
-    };
-    const QPoint start = toPicture(pNoteRegion->ptStart);
-    const QPoint end = toPicture(pNoteRegion->ptEnd);
-    const QRect rect(start.x(), start.y(), end.x() - start.x(), end.y() - start.y());
-    const QColor &color = pNoteRegion->color;
-    const quint32 nPacked = quint32(color.red()) | quint32(color.green()) << 8U | quint32(color.blue()) << 16U;
-    PluginInnerData::instance()->addOrModifyNote(pNoteRegion->nId, pNoteRegion->strText, rect, nPacked);
+    // Saving makes the overlay's regions anew: a copy outlives them.
+    if (pNoteRegion != nullptr)
+        m_pNotes->save(NoteRegin(*pNoteRegion));
 }
 
 void ImgPreviewWidget::slot_deleteNoteInfo(int nId)
 {
-    PluginInnerData::instance()->deleteNote(nId);
+    m_pNotes->remove(nId);
 }
 
 void ImgPreviewWidget::slot_acceptMousePosFromNoteWidget(QPoint noteWidgetMousePos)
 {
-    Q_UNUSED(noteWidgetMousePos)
+    m_pNotes->acceptMousePos(noteWidgetMousePos);
 }

@@ -6,6 +6,8 @@
 #include "image/AnimationFileTask.h"
 #include "image/ImgPreviewToolBar.h"
 #include "image/ImgPreviewWidget.h"
+#include "image/OriginalSize.h"
+#include "image/PictureNotes.h"
 #include "image/PictureZoom.h"
 #include "image/PreviewResourceThread.h"
 #include "image/TSDBGraphicsScene.h"
@@ -52,12 +54,11 @@ void ImgPreviewWidget::loadImage(const QString &path, int nFirstFrame, int nFram
     const FileInfoPtr pInfo = pData->currentFileInfo();
     m_pToolBar->setReduced(!pInfo || !isPreviewableType(pInfo->fileType()));
     m_pToolBar->updateToolTips();
-    m_pToolBar->setNoteCount(pData->notes().size());
-
     const qint64 nFileId = pData->currentFileId();
     abandonLoads();
     if (const QSharedPointer<PictureLoad> pLoad = m_loads.value(nFileId))
         pLoad->setWanted();
+    m_pNotes->setPicture(m_imageItem, nFileId);
     switch (m_openMode) {
     case OpenOwnFile:
     case OpenRendition:
@@ -112,7 +113,7 @@ void ImgPreviewWidget::loadFromHost(qint64 nFileId)
     }
     const QImage picture = pictureOfHost();
     if (!picture.isNull())
-        ShowImageUnit(picture);
+        ShowImageUnit(picture, {}, OriginalSize::toldBy(picture));
     else if (!pData->isLoadingFor(nFileId, this))
         startLoader(nFileId);
 }
@@ -145,12 +146,12 @@ void ImgPreviewWidget::slot_imgReadEnd(qint64 fileId, QImage img, QString loadPa
         if (picture.isNull())
             showPlaceholder();
         else
-            ShowImageUnit(picture);
+            ShowImageUnit(picture, {}, OriginalSize::toldBy(picture));
         return;
     }
     if (!bSrcImg)
         WaitNotice::showWarning(this, tr("Image failed to load, showing thumbnails"));
-    ShowImageUnit(img, pLoad ? pLoad->levels : QVector<QImage>());
+    ShowImageUnit(img, pLoad ? pLoad->levels : QVector<QImage>(), pLoad ? pLoad->originalSize : QSize());
     if (m_openMode == OpenOwnFile && bSrcImg)
         startAnimationTask(fileId, loadPath);
 }
@@ -159,9 +160,10 @@ void ImgPreviewWidget::showPlaceholder()
 {
     ShowImageUnit(PictureLevels::toScreenFormat(
         PlaceholderPainter::paintSuffix(PluginInnerData::instance()->currentFilePath(), devicePixelRatioF())));
+    m_pNotes->setPlaceable(false);
 }
 
-void ImgPreviewWidget::ShowImageUnit(const QImage &image, const QVector<QImage> &levels)
+void ImgPreviewWidget::ShowImageUnit(const QImage &image, const QVector<QImage> &levels, const QSize &originalSize)
 {
     if (image.format() == QImage::Format_Invalid) {
         qDebug("ImgPreviewWidget::ShowImageUnit ===> format_invalid!");
@@ -180,6 +182,8 @@ void ImgPreviewWidget::ShowImageUnit(const QImage &image, const QVector<QImage> 
     m_imageItem->setDrawMode(CResourceItem::DrawStill);
     m_pZoom->noteScale(
         m_imageItem->setPicture(pixmap, levels, devicePixelRatioF(), m_viewSize, m_filePath, m_loadFactor));
+    m_imageItem->setOriginalSize(originalSize);
+    m_pNotes->setPlaceable(true);
     Q_EMIT signal_load_img_end();
 }
 

@@ -1,6 +1,7 @@
 #include "image/PreviewResourceThread.h"
 
 #include "common/PictureLevels.h"
+#include "image/OriginalSize.h"
 #include "image/PictureDecoder.h"
 #include "plugin/PluginInnerData.h"
 
@@ -88,6 +89,8 @@ void PreviewResourceThread::readImage()
         nRead = -1;
     if (m_pLoad && !m_pLoad->isGivenUp())
         m_pLoad->levels = PictureLevels::build(m_image, *PluginInnerData::instance()->pictureMemory());
+    if (m_pLoad && nRead >= 0 && paths.at(nRead) != m_srcPath)
+        m_pLoad->originalSize = OriginalSize::find(bRaw ? QString() : m_srcPath, paths.at(nRead), m_image.size());
     Q_EMIT signal_imageReadEnd(m_fileId, m_image, paths.value(nRead), nRead == 0);
 }
 

@@ -19,8 +19,8 @@ enum PreviewLoadMode {
 };
 
 /**
- * One load of a picture, as its task and the widget that waits for it share it. Thread: any; the levels are the task's
- * until the picture is announced.
+ * One load of a picture, as its task and the widget that waits for it share it. Thread: any; what it carries is the
+ * task's until the picture is announced.
  */
 class PictureLoad {
 public:
@@ -33,6 +33,7 @@ public:
     bool isGivenUp() const { return m_state.loadAcquire() == GivenUp; }
 
     QVector<QImage> levels; ///< Reduced levels of the picture.
+    QSize originalSize;     ///< Of the picture that a rendition stands for; empty where it is that picture, or unknown.
 
 private:
     enum State { Wanted, Unwanted, GivenUp };

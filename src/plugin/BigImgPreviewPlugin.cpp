@@ -93,3 +93,8 @@ void BigImgPreviewPlugin::setMainWindowHandle(IMainWindowHandle *pHandle)
 {
     PluginInnerData::instance()->setMainWindowHandle(pHandle);
 }
+
+void BigImgPreviewPlugin::showNote(qint64 nFileId, int nPosition)
+{
+    PluginInnerData::instance()->noteStore()->requestShow(nFileId, nPosition);
+}

@@ -2,6 +2,7 @@
 
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
 #include "interfaces/plugin/IPlugin.h"
+#include "interfaces/plugin/IPreviewNotes.h"
 
 #include <QObject>
 
@@ -11,10 +12,10 @@
  *
  * Owner: the plug-in loader. Thread: GUI thread.
  */
-class BigImgPreviewPlugin : public QObject, public IPlugin, public IBigImgPreviewPlugin {
+class BigImgPreviewPlugin : public QObject, public IPlugin, public IBigImgPreviewPlugin, public IPreviewNotes {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "Tessaro.Plugin.IBigImgPreviewPlugin/1.0" FILE "BigImgPreviewPlugin.json")
-    Q_INTERFACES(IPlugin IBigImgPreviewPlugin)
+    Q_INTERFACES(IPlugin IBigImgPreviewPlugin IPreviewNotes)
 
 public:
     explicit BigImgPreviewPlugin(QObject *pParent = nullptr);
@@ -34,6 +35,8 @@ public:
     IPreviewSpaceDialog *createPreviewSpaceDialog(QWidget *pParent, QVector<qint64> fileIds, int nIndex, qint64 nFileId,
                                                   qint64 nContext) override;
     void setMainWindowHandle(IMainWindowHandle *pHandle) override;
+
+    void showNote(qint64 nFileId, int nPosition) override;
 
 private:
     IPluginManager *m_pPluginManager = nullptr;

@@ -1,6 +1,5 @@
 #include "plugin/PluginInnerData.h"
 
-#include "interfaces/actions/ICommentAction.h"
 #include "interfaces/actions/ITagAction.h"
 #include "interfaces/data/IFileInformationProvider.h"
 #include "interfaces/data/IPreviewDataSource.h"
@@ -34,6 +33,11 @@ PluginInnerData *PluginInnerData::instance()
     if (pInstance == nullptr)
         pInstance = new PluginInnerData;
     return pInstance;
+}
+
+PluginInnerData::PluginInnerData()
+{
+    connect(&m_noteStore, &NoteStore::signal_stored, this, &PluginInnerData::takeStoredNotes);
 }
 
 void PluginInnerData::setPluginManager(IPluginManager *pManager)
@@ -142,7 +146,7 @@ void PluginInnerData::clearPreviewData()
     pDataSource.reset();
     pTagAction.reset();
     m_pDataCenter.reset();
-    m_pCommentAction.reset();
+    m_noteStore.clear();
     m_pictureMemory.trim();
 }
 
@@ -179,9 +183,7 @@ void PluginInnerData::setCurrentFile(qint64 nFileId, int nKnownPosition)
     m_notes.clear();
     if (!m_pCurrentFileInfo)
         return;
-    const QVector<NoteRecord> notes = m_pCurrentFileInfo->notes();
-    for (int i = 0; i < notes.size(); ++i)
-        m_notes.insert(i, notes.at(i));
+    numberNotes(m_noteStore.newest(nFileId, m_pCurrentFileInfo->notes()));
 }
 
 int PluginInnerData::reloadCurrentTags()

@@ -5,6 +5,7 @@
 #include "interfaces/data/IResponseInfo.h"
 #include "interfaces/data/NoteRecord.h"
 #include "interfaces/data/TagRecord.h"
+#include "plugin/NoteStore.h"
 
 #include <QImage>
 #include <QMap>
@@ -17,7 +18,6 @@
 #include <atomic>
 
 class IBaseModulePlugin;
-class ICommentAction;
 class IDataCenterPlugin;
 class IImageDecoder;
 class IMainWindowHandle;
@@ -98,6 +98,13 @@ public:
     QMap<int, NoteRecord> notes() const { return m_notes; }
     void addOrModifyNote(int nKey, const QString &text, const QRect &rect, quint32 nValue);
     void deleteNote(int nKey);
+    /** Numbers the current file's notes 0, 1, 2, … again: a deletion leaves a gap. */
+    void renumberNotes();
+    /** The current file's notes in order. */
+    QVector<NoteRecord> noteList() const;
+    /** Puts another list in the place of a file's, which need not be the current one; false when refused. */
+    bool setNotesOfFile(qint64 nFileId, const QVector<NoteRecord> &notes);
+    NoteStore *noteStore() { return &m_noteStore; }
 
     // Values that outlive a preview.
     int audioVolume() const { return m_nAudioVolume; }
@@ -145,12 +152,14 @@ Q_SIGNALS:
     void signalUpdateRightPanel(qint64 nFileId);
 
 private:
-    PluginInnerData() = default;
+    PluginInnerData();
 
     void lookupBaseModule();
     void handleTagResult(qint64 nActionId, const ResponseInfoPtr &pInfo);
     bool sendNotes(qint64 *pActionId);
     bool isCurrentAt(int nPosition) const;
+    void numberNotes(const QVector<NoteRecord> &notes);
+    void takeStoredNotes(qint64 nFileId);
 
     IPluginManager *m_pPluginManager = nullptr;
     ISettingPlugin *m_pSettingPlugin = nullptr;
@@ -184,7 +193,7 @@ private:
     std::atomic<IImageDecoder *> m_pImageDecoder{nullptr};
     std::atomic<IPresentationRenderer *> m_pPresentationRenderer{nullptr};
     QSharedPointer<QObject> m_pDataCenter;
-    QSharedPointer<ICommentAction> m_pCommentAction;
+    NoteStore m_noteStore;
     qint64 m_nTagActionId = 0;
     bool m_bSavedImage = false;
     // Guards the render cache, which tasks write; held for moments only.

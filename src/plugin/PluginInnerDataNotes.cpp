@@ -1,6 +1,5 @@
 // The shared state's small actions on the current file: its path, its labels, its region notes.
 #include "common/Platform.h"
-#include "interfaces/actions/ICommentAction.h"
 #include "interfaces/actions/ITagAction.h"
 #include "interfaces/data/IPreviewDataSource.h"
 #include "plugin/PluginInnerData.h"
@@ -77,14 +76,9 @@ bool PluginInnerData::sendNotes(qint64 *pActionId)
 {
     if (!m_pDataSource)
         return false;
-    // Kept until the next request: the host may hand out a fresh object that works on its own.
-    m_pCommentAction = m_pDataSource->commentAction();
-    if (!m_pCommentAction)
-        return false;
-    const QList<NoteRecord> notes = m_notes.values();
-    *pActionId =
-        m_pCommentAction->setCommentsOfFile(m_nCurrentFileId, QVector<NoteRecord>(notes.cbegin(), notes.cend()));
-    return true;
+    const std::optional<qint64> actionId = m_noteStore.send(m_pDataSource.data(), m_nCurrentFileId, noteList());
+    *pActionId = actionId.value_or(0);
+    return actionId.has_value();
 }
 
 void PluginInnerData::addOrModifyNote(int nKey, const QString &text, const QRect &rect, quint32 nValue)
@@ -105,4 +99,38 @@ void PluginInnerData::deleteNote(int nKey)
     qint64 nActionId = 0;
     if (sendNotes(&nActionId) && nActionId < 1)
         qDebug("modify(del) comment action id <= 0");
+}
+
+void PluginInnerData::numberNotes(const QVector<NoteRecord> &notes)
+{
+    m_notes.clear();
+    for (int i = 0; i < notes.size(); ++i)
+        m_notes.insert(i, notes.at(i));
+}
+
+void PluginInnerData::renumberNotes()
+{
+    numberNotes(noteList());
+}
+
+QVector<NoteRecord> PluginInnerData::noteList() const
+{
+    const QList<NoteRecord> notes = m_notes.values();
+    return {notes.cbegin(), notes.cend()};
+}
+
+bool PluginInnerData::setNotesOfFile(qint64 nFileId, const QVector<NoteRecord> &notes)
+{
+    if (nFileId == m_nCurrentFileId)
+        numberNotes(notes);
+    return m_pDataSource && m_noteStore.send(m_pDataSource.data(), nFileId, notes).value_or(0) > 0;
+}
+
+void PluginInnerData::takeStoredNotes(qint64 nFileId)
+{
+    if (nFileId != m_nCurrentFileId || !m_pDataSource)
+        return;
+    // What the host made of the list is what counts: it may have left something out.
+    if (const FileInfoPtr pInfo = m_pDataSource->fileInfo(nFileId, nullptr))
+        numberNotes(pInfo->notes());
 }

@@ -13,10 +13,10 @@
 
 using namespace OpenPreview;
 
-HostUser::HostUser(const QString &place, const QString &pluginFolder)
+HostUser::HostUser(const QString &place, const QString &pluginFolder, const QString &library)
 {
     CommandLine commandLine;
-    commandLine.libraryPath = m_folder.filePath(QStringLiteral("library.db"));
+    commandLine.libraryPath = library.isEmpty() ? m_folder.filePath(QStringLiteral("library.db")) : library;
     commandLine.pluginFolder = pluginFolder;
     if (QFileInfo(place).isDir())
         commandLine.folders = QStringList(place);

@@ -15,8 +15,9 @@ class HostSession;
  */
 class HostUser {
 public:
-    /** Starts with this file or folder, and with the modules of this folder. */
-    explicit HostUser(const QString &place, const QString &pluginFolder = QStringLiteral(PLUGINS_DIR));
+    /** Starts with this file or folder, with the modules of this folder, and with this library or a new one. */
+    explicit HostUser(const QString &place, const QString &pluginFolder = QStringLiteral(PLUGINS_DIR),
+                      const QString &library = QString());
     ~HostUser();
     Q_DISABLE_COPY(HostUser)
 

@@ -154,6 +154,9 @@ public:
     {
         ActionRequest request;
         request.notes = notes;
+        const bool bRefused = m_desk.reply == Reply::RefuseZero || m_desk.reply == Reply::RefuseNegative;
+        if (m_desk.storeNotes && !bRefused)
+            m_desk.storeNotes(nFileId, notes);
         return enter(ActionKind::Comment, {nFileId}, request, &ICommentAction::signalCommentResult);
     }
 };

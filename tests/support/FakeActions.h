@@ -57,6 +57,9 @@ public:
     /** Requests of one kind, in order. */
     QVector<ActionRequest> of(ActionKind kind) const;
 
+    /** Where set, told of every accepted list of notes before it is answered: the host's store. */
+    std::function<void(qint64 nFileId, const QVector<NoteRecord> &notes)> storeNotes;
+
     Reply reply = Reply::Queued;
     bool answersCancel = true; ///< A cancelled request gets its result, with code 1, on the next turn of the loop.
     ResponseInfoPtr response;

@@ -18,7 +18,7 @@ const Floor floors[] = {
     {"^src/plugin/BigImgPreviewPlugin\\.", 6},
     {"^src/preview/(Middle|Hub|TSHidenSide)", 4},
     {"^src/preview/", 5},
-    {"^src/image/(BasePreviewWidget|PictureDecoder|PreviewResourceThread|\\w+Task)\\.", 2},
+    {"^src/image/(BasePreviewWidget|OriginalSize|PictureDecoder|PreviewResourceThread|\\w+Task)\\.", 2},
     {"^src/(image|media)/", 3},
     {"^src/actions/TsQtUtils\\.", 0},
     {"^src/actions/", 2},

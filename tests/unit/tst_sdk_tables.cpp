@@ -4,6 +4,7 @@
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
 #include "interfaces/plugin/IPlugin.h"
 #include "interfaces/plugin/IPluginManager.h"
+#include "interfaces/plugin/IPreviewNotes.h"
 #include "interfaces/services/IBaseModulePlugin.h"
 #include "interfaces/services/IDataCenterPlugin.h"
 #include "interfaces/services/ISettingPlugin.h"
@@ -125,6 +126,7 @@ void tst_sdk_tables::interfaceIds()
 {
     QCOMPARE(qobject_interface_iid<IPlugin *>(), "KOR.Core.IPlugin/1.0");
     QCOMPARE(qobject_interface_iid<IBigImgPreviewPlugin *>(), "Tessaro.Plugin.IBigImgPreviewPlugin/1.0");
+    QCOMPARE(qobject_interface_iid<IPreviewNotes *>(), "Tessaro.Plugin.IPreviewNotes/1.0");
     QCOMPARE(qobject_interface_iid<IBaseModulePlugin *>(), "Tessaro.Plugin.IBaseModulePlugin/1.0");
     QCOMPARE(qobject_interface_iid<ISettingPlugin *>(), "Tessaro.Plugin.ISettingPlugin/1.0");
     QCOMPARE(qobject_interface_iid<IDataCenterPlugin *>(), "Tessaro.Plugin.IDataCenterPlugin/1.0");

@@ -1,5 +1,6 @@
 #include "app/panel/InfoPanel.h"
 
+#include "app/NotesList.h"
 #include "app/panel/LabelEditor.h"
 #include "app/panel/MetadataTable.h"
 #include "app/panel/NameEdit.h"
@@ -35,6 +36,7 @@ InfoPanel::InfoPanel(Library *pLibrary, ThumbnailSource *pThumbnails, QWidget *p
     , m_pMetadata(new MetadataTable(m_pContent))
     , m_pLabels(new LabelEditor(m_pContent))
     , m_pNotes(new QLabel(m_pContent))
+    , m_pNotesList(new NotesList(pLibrary, m_pContent))
     , m_pNoteExtras(new QVBoxLayout)
     , m_pNothing(new QLabel(tr("Select a file to see what is known of it."), m_pContent))
 {
@@ -128,6 +130,7 @@ void InfoPanel::buildLayout()
     m_pLayout->addWidget(m_pLabels);
     addHeading(tr("Notes"));
     m_pLayout->addWidget(m_pNotes);
+    m_pLayout->addWidget(m_pNotesList);
     m_pLayout->addLayout(m_pNoteExtras);
     addHeading(tr("Details"));
     m_pLayout->addWidget(m_pMetadata);
@@ -167,6 +170,7 @@ void InfoPanel::connectEdits()
         m_pNameFault->hide();
         m_nRenameId = m_pLibrary->renameFile(m_nFileId, name);
     });
+    connect(m_pNotesList, &NotesList::signalNoteActivated, this, &InfoPanel::signalNoteActivated);
     connect(m_pName, &NameEdit::signalLeft, this, &InfoPanel::signalLeft);
     connect(m_pLabels, &LabelEditor::signalAdd, this, [this](const QString &name) {
         m_pLibrary->addLabels(labelTargets(), {TagRecordPtr(new TagRecord{0, name})});
@@ -194,6 +198,7 @@ void InfoPanel::showFile(qint64 nFileId)
         verticalScrollBar()->setValue(0);
     }
     m_nFileId = nFileId;
+    m_pNotesList->setFile(nFileId);
     showRecord();
 }
 

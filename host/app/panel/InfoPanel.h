@@ -12,6 +12,7 @@ class LabelEditor;
 class Library;
 class MetadataTable;
 class NameEdit;
+class NotesList;
 class PanelPicture;
 class QLabel;
 class QVBoxLayout;
@@ -47,6 +48,8 @@ public:
 Q_SIGNALS:
     /** The user is done here; the keys belong to the files again. */
     void signalLeft();
+    /** The user wants to see this note on its picture. */
+    void signalNoteActivated(qint64 nFileId, int nPosition);
 
 protected:
     bool event(QEvent *pEvent) override;
@@ -75,6 +78,7 @@ private:
     MetadataTable *m_pMetadata;
     LabelEditor *m_pLabels;
     QLabel *m_pNotes;
+    NotesList *m_pNotesList;
     QVBoxLayout *m_pNoteExtras;
     QLabel *m_pNothing;
     QVector<QWidget *> m_parts; ///< Shown while there is a file.

@@ -129,7 +129,9 @@ bool RenditionStore::make(const Source &source, const QString &target)
     QSaveFile file(target);
     if (result.picture.isNull() || !file.open(QIODevice::WriteOnly))
         return false;
-    return writeImage(file, result.picture.toUprightImage(), target.endsWith(QLatin1String(".png"))) && file.commit();
+    QImage image = result.picture.toUprightImage();
+    ThumbnailFiles::noteOriginalSize(&image, result);
+    return writeImage(file, image, target.endsWith(QLatin1String(".png"))) && file.commit();
 }
 
 bool RenditionStore::makeFromRaw(const Source &source, const QString &target)

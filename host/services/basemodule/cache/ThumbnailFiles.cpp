@@ -78,6 +78,7 @@ QImage ThumbnailFiles::thumbnail(const QString &sourcePath, int nBucket, DecodeC
     request.control = pControl;
     const DecodeResult result = readPicture(sourcePath, request);
     image = result.picture.toUprightImage();
+    noteOriginalSize(&image, result);
     // A picture smaller than its thumbnail, and thumbnails themselves, are not worth a second file.
     const bool bReduced = result.fullSize.width() > nBucket || result.fullSize.height() > nBucket;
     if (!image.isNull() && bReduced && !sourcePath.startsWith(m_folder))
@@ -91,9 +92,13 @@ QImage ThumbnailFiles::larger(const QString &sourcePath, int nBucket, const QByt
     if (nBucket >= kXLarge)
         return {};
     const QImage image = load(pathFor(sourcePath, kXLarge), uri, nModifiedSec);
-    return image.width() > nBucket || image.height() > nBucket
-               ? image.scaled(nBucket, nBucket, Qt::KeepAspectRatio, Qt::SmoothTransformation)
-               : image;
+    if (image.width() <= nBucket && image.height() <= nBucket)
+        return image;
+    QImage result = image.scaled(nBucket, nBucket, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const QStringList keys = image.textKeys();
+    for (const QString &key : keys)
+        result.setText(key, image.text(key));
+    return result;
 }
 
 bool ThumbnailFiles::keep(const QString &sourcePath, int nBucket, DecodeControl *pControl) const
@@ -145,6 +150,15 @@ void ThumbnailFiles::prune(qint64 nBudget, const std::atomic_bool &cancelled) co
         if (QFile::remove(info.filePath()))
             nBytes -= info.size();
     }
+}
+
+void ThumbnailFiles::noteOriginalSize(QImage *pImage, const DecodeResult &result)
+{
+    if (pImage->isNull() || result.fullSize.isEmpty())
+        return;
+    const QSize upright = result.rotation % 180 != 0 ? result.fullSize.transposed() : result.fullSize;
+    pImage->setText(QStringLiteral("Thumb::Image::Width"), QString::number(upright.width()));
+    pImage->setText(QStringLiteral("Thumb::Image::Height"), QString::number(upright.height()));
 }
 
 bool ThumbnailFiles::isOutdated(const QString &thumbnailPath, const QString &sourcePath) const

@@ -8,6 +8,7 @@
 namespace basemodule {
 
 class DecodeControl;
+struct DecodeResult;
 
 /**
  * Thumbnails on disk, in the folders and the form that desktops share: named by the digest of the file's address,
@@ -41,6 +42,9 @@ public:
 
     /** Removes those of our own that were not used for longest until the rest keeps to the budget. */
     void prune(qint64 nBudget, const std::atomic_bool &cancelled) const;
+
+    /** Writes into a reduced picture how large the one is that it was made of: previews place notes by it. */
+    static void noteOriginalSize(QImage *pImage, const DecodeResult &result);
 
     /** Whether the thumbnail there is was made of an earlier state of the file. */
     bool isOutdated(const QString &thumbnailPath, const QString &sourcePath) const;
