@@ -4,6 +4,7 @@
 #include "Ratio.h"
 #include "ReferenceJpeg.h"
 #include "interfaces/data/NoteRecord.h"
+#include "interfaces/surfaces/IPreviewSpaceDialog.h"
 
 #include <QAbstractButton>
 #include <QApplication>
