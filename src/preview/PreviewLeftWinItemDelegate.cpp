@@ -33,6 +33,16 @@ QRect fitted(const QRect &box, const QSize &picture)
     return {QPoint(box.x() + (box.width() - size.width()) / 2, box.y() + (box.height() - size.height()) / 2), size};
 }
 
+void drawThumbnail(QPainter *pPainter, const QRect &box, const QPixmap &pixmap, bool bBacked)
+{
+    if (bBacked) {
+        pPainter->setBrush(BackingColor);
+        pPainter->drawRoundedRect(box, BackingRadius, BackingRadius);
+    }
+    if (!pixmap.isNull())
+        pPainter->drawPixmap(fitted(box, pixmap.size()), pixmap);
+}
+
 } // namespace
 
 PreviewLeftWinItemDelegate::PreviewLeftWinItemDelegate(PreviewLeftWin *pView)
@@ -99,21 +109,18 @@ bool PreviewLeftWinItemDelegate::paintThumbnail(QPainter *pPainter, const QRect 
         return false;
     const QString cacheKey = m_pCacheManager->cacheKey(pInfo, box.size());
     QPixmap pixmap;
-    switch (m_pCacheManager->lookup(cacheKey, &pixmap)) {
-    case ITSCacheManager::Found:
-        if (pInfo->pictureKind() == BackedKind) {
-            pPainter->setBrush(BackingColor);
-            pPainter->drawRoundedRect(box, BackingRadius, BackingRadius);
-        }
-        if (!pixmap.isNull())
-            pPainter->drawPixmap(fitted(box, pixmap.size()), pixmap);
-        return true;
-    case ITSCacheManager::NotYetThere:
+    int nState = m_pCacheManager->lookup(cacheKey, &pixmap);
+    if (nState == ITSCacheManager::NotYetThere) {
         request(cacheKey, box.size(), pInfo);
-        return true;
-    default:
-        return false;
+        // Until it comes, what is known of the other size: an item that grows under the mouse does not go blank.
+        const int nOtherSide = box.width() == LargeBox ? SmallBox : LargeBox;
+        nState = m_pCacheManager->lookup(m_pCacheManager->cacheKey(pInfo, QSize(nOtherSide, nOtherSide)), &pixmap);
     }
+    if (nState == ITSCacheManager::Unavailable)
+        return false;
+    if (nState == ITSCacheManager::Found)
+        drawThumbnail(pPainter, box, pixmap, pInfo->pictureKind() == BackedKind);
+    return true;
 }
 
 void PreviewLeftWinItemDelegate::request(const QString &cacheKey, const QSize &size, const FileInfoPtr &pInfo) const

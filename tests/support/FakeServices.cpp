@@ -18,7 +18,7 @@ int FakeCacheManager::lookup(const QString &cacheKey, QPixmap *pPixmap)
 {
     const auto found = pictures.constFind(cacheKey);
     if (found == pictures.constEnd()) {
-        return missing;
+        return failed.contains(cacheKey) ? Unavailable : missing;
     }
     *pPixmap = QPixmap::fromImage(*found);
     return Found;

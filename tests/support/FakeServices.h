@@ -61,6 +61,7 @@ public:
     bool answersAtOnce = false;          ///< Requests end inside submitRequest.
     QVector<ThumbnailRequest> requests;  ///< Every request, in order.
     QHash<QString, QImage> pictures;     ///< By cache key.
+    QSet<QString> failed;                ///< Keys of which there will be no picture.
     QHash<qint64, QImage> largePictures; ///< By file id.
 };
 
