@@ -89,6 +89,14 @@ void PreviewLeftWin::selectionChanged(const QItemSelection &selected, const QIte
     Q_EMIT SigShowResource(nRow + 1, m_pModel->rowCount(), nFileId);
 }
 
+QItemSelectionModel::SelectionFlags PreviewLeftWin::selectionCommand(const QModelIndex &index,
+                                                                     const QEvent *pEvent) const
+{
+    // One file is always on show: a click with the control key does not take its frame away.
+    const QItemSelectionModel::SelectionFlags command = QListView::selectionCommand(index, pEvent);
+    return command.testFlag(QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate : command;
+}
+
 void PreviewLeftWin::slotThumbnailLoad()
 {
     viewport()->update();

@@ -42,6 +42,7 @@ protected:
     void keyReleaseEvent(QKeyEvent *pEvent) override;
     void showEvent(QShowEvent *pEvent) override;
     void scrollContentsBy(int dx, int dy) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index, const QEvent *pEvent) const override;
 
 private:
     void selectRow(int nRow);

@@ -55,6 +55,7 @@ private Q_SLOTS:
     void painting_data();
     void painting();
     void opacityAndFrame();
+    void standIns();
     void pendingKeys();
     void answersInsideTheRequest();
     void counter();
@@ -219,6 +220,11 @@ void tst_strip::keysAndClicks()
     QCOMPARE(last(), (QVariantList{1, 50, 1LL}));
     QTest::keyClick(m_pStrip.get(), Qt::Key_Up);
     QVERIFY(m_pShown->isEmpty());
+    // What is on show keeps its frame.
+    QTest::mouseClick(m_pStrip->viewport(), Qt::LeftButton, Qt::ControlModifier, itemRect(0).center());
+    QTest::keyClick(m_pStrip.get(), Qt::Key_Space, Qt::ControlModifier);
+    QCOMPARE(m_pStrip->selectionModel()->selectedIndexes(), QModelIndexList{m_pStrip->model()->index(0, 0)});
+    QVERIFY(m_pShown->isEmpty());
 }
 
 /** The selected item is large, but only while the mouse rests on no other. */
@@ -323,6 +329,25 @@ void tst_strip::opacityAndFrame()
     };
     QVERIFY(qAbs(inside.red() - mixed(main.red(), ground.red())) <= 2);
     QVERIFY(qAbs(inside.blue() - mixed(main.blue(), ground.blue())) <= 2);
+}
+
+/** Until the thumbnail of the size comes, what is known of the other size is shown. */
+void tst_strip::standIns()
+{
+    makeStrip(3, 1);
+    QImage picture(20, 20, QImage::Format_RGB32);
+    picture.fill(Qt::darkGreen);
+    host().cache->pictures.insert(QStringLiteral("2@74x74"), picture);
+    host().cache->failed.insert(QStringLiteral("3@74x74"));
+    for (const int nRow : {1, 2}) {
+        sendMove(m_pStrip->viewport(), itemRect(nRow).center());
+        host().cache->requests.clear();
+        // On the edge of the large box, where the small one does not reach.
+        const QColor edge = grab().pixelColor(itemRect(nRow).center().x(), itemRect(nRow).top() + 3);
+        QCOMPARE(edge.name(),
+                 (nRow == 1 ? QColor(Qt::darkGreen) : TSSkinSetting::GetInstance()->GetMainColor()).name());
+        QVERIFY(requestedKeys().contains(QStringLiteral("%1@96x96").arg(nRow + 1)));
+    }
 }
 
 /** Thumbnails answered late, twice, in vain and with keys that nobody asked for. */
