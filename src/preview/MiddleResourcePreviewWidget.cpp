@@ -118,11 +118,11 @@ void MiddleResourcePreviewWidget::createShortcuts(QWidget *pOwner)
     // A key that is still held down from opening the preview must not close it again.
     add(Qt::Key_Escape, SLOT(slot_exitCurPreview_Key()), false);
     add(Qt::Key_Tab, SLOT(slot_tabKey()), false);
+    add(Qt::Key_Left, SLOT(slot_leftKey()), true);
+    add(Qt::Key_Right, SLOT(slot_rightKey()), true);
     if (pOwner == this) {
         add(Qt::Key_Up, SLOT(slot_UpKey()), true);
         add(Qt::Key_Down, SLOT(slot_DownKey()), true);
-        add(Qt::Key_Left, SLOT(slot_leftKey()), true);
-        add(Qt::Key_Right, SLOT(slot_rightKey()), true);
         add(Qt::Key_Space, SLOT(slot_spaceKey()), false);
     }
 

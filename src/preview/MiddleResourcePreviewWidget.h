@@ -43,7 +43,7 @@ public:
     HubTitleBar *titleBar() const { return m_pTitleBar; }
     /** Shows the window's and the columns' state: window buttons, arrows of the edge handles. */
     void refreshTitleBar();
-    /** The hub's keys work while a neighbour has the focus as well; those that step are the neighbour's own. */
+    /** The hub's keys work while a neighbour, a vertical list, has the focus as well; up and down are its own. */
     void shareKeysWith(QWidget *pNeighbour);
 
 Q_SIGNALS:
