@@ -286,6 +286,19 @@ void PluginInnerData::endLoading(qint64 nFileId, const QObject *pReceiver)
     it->removeOne(pReceiver);
     if (it->isEmpty())
         m_loadingFiles.erase(it);
+    if (isLoading())
+        return;
+    // Later: whoever ends the load has not yet shown what came of it.
+    for (const auto &waiting : qAsConst(m_afterLoading)) {
+        if (waiting.first)
+            QMetaObject::invokeMethod(waiting.first, waiting.second, Qt::QueuedConnection);
+    }
+    m_afterLoading.clear();
+}
+
+void PluginInnerData::callAfterLoading(QObject *pContext, const std::function<void()> &call)
+{
+    m_afterLoading.append({pContext, call});
 }
 
 void PluginInnerData::endLoadingsOf(const QObject *pReceiver)

@@ -11,11 +11,14 @@
 #include <QMap>
 #include <QMutex>
 #include <QObject>
+#include <QPointer>
 #include <QReadWriteLock>
 #include <QSharedPointer>
 #include <QVector>
 
 #include <atomic>
+#include <functional>
+#include <utility>
 
 class IBaseModulePlugin;
 class IDataCenterPlugin;
@@ -126,6 +129,8 @@ public:
     void endLoading(qint64 nFileId, const QObject *pReceiver);
     /** A receiver that goes away hears of its loads no more. */
     void endLoadingsOf(const QObject *pReceiver);
+    /** Calls once, later, when the last load in progress has ended; not at all when the context has gone by then. */
+    void callAfterLoading(QObject *pContext, const std::function<void()> &call);
 
     // Presentations being opened, and those open.
     bool hasPendingPresentations() const { return !m_pendingPresentations.isEmpty(); }
@@ -184,6 +189,7 @@ private:
     bool m_bLeftColumnShown = false;
     bool m_bRightPanelHidden = false;
     QMap<qint64, QVector<const QObject *>> m_loadingFiles;
+    QVector<std::pair<QPointer<QObject>, std::function<void()>>> m_afterLoading;
     QMap<qint64, bool> m_pendingPresentations;
     QMutex m_lock;
     PictureMemory m_pictureMemory;

@@ -13,12 +13,15 @@
 
 #include <QPainter>
 
+#include <utility>
+
 namespace {
 
 constexpr int LeftColumnWidth = 140;
 constexpr int MinimumWidth = 140;
 constexpr int StripRow = 1;
 constexpr int CounterRow = 2;
+constexpr int LongList = 10000;
 
 } // namespace
 
@@ -89,7 +92,6 @@ void PreviewDbClickWidget::connectHub()
         // The host tells which files are gone: onProviderRemoveFiles.
     });
     connect(m_pHub, &Hub::signal_forbidden_right, this, &IPreviewDbClickWidget::signalRightViewIsForbidden);
-    connect(m_pHub, &Hub::signal_forbidden_right, this, &PreviewDbClickWidget::leaveWhenEmpty, Qt::QueuedConnection);
 }
 
 void PreviewDbClickWidget::connectColumns()
@@ -155,10 +157,12 @@ void PreviewDbClickWidget::SlotRecvShowSource(int cur, int total, qint64 fileId)
     m_pCounter->setNumbers(cur, total);
     if (m_bOnlyListing)
         return;
+    m_bAnnouncing = true;
     QVector<qint64> raised{fileId};
     Q_EMIT sigRaiseAnalysisPriority(raised);
     Q_EMIT signalPreviewFileIdChanged(fileId);
     Q_EMIT signal_showResource();
+    m_bAnnouncing = false;
 }
 
 void PreviewDbClickWidget::slot_close_hide()
@@ -240,6 +244,34 @@ void PreviewDbClickWidget::onProviderRemoveFiles(QVector<qint64> fileIds)
 {
     if (m_bClosed)
         return;
+    // The host may find out while it is told of a choice, which the strip is still making.
+    if (m_bAnnouncing || m_bRemovalQueued) {
+        m_removedMeanwhile += fileIds;
+        queueRemoval();
+        return;
+    }
+    // A flood of signals is not to go through a long list once for each of them.
+    if (removeListed(fileIds) && PluginInnerData::instance()->fileIds().size() > LongList)
+        queueRemoval();
+}
+
+void PreviewDbClickWidget::queueRemoval()
+{
+    if (m_bRemovalQueued)
+        return;
+    m_bRemovalQueued = true;
+    const auto removeGathered = [this] {
+        m_bRemovalQueued = false;
+        const QVector<qint64> removed = std::exchange(m_removedMeanwhile, {});
+        if (!removed.isEmpty())
+            onProviderRemoveFiles(removed);
+    };
+    QMetaObject::invokeMethod(this, removeGathered, Qt::QueuedConnection);
+}
+
+/** False when nothing is left to show: the host may have deleted this then. */
+bool PreviewDbClickWidget::removeListed(const QVector<qint64> &fileIds)
+{
     PluginInnerData *pData = PluginInnerData::instance();
     const bool bCurrentRemoved = fileIds.contains(pData->currentFileId());
     if (bCurrentRemoved)
@@ -249,20 +281,27 @@ void PreviewDbClickWidget::onProviderRemoveFiles(QVector<qint64> fileIds)
     const bool bNothingToShow = bCurrentRemoved && pData->fileInformationList().isEmpty();
     m_bEmptied = pData->fileIds().isEmpty() || bNothingToShow;
     if (m_bEmptied) {
+        if (pData->isLoading())
+            leaveWhenEmpty();
         m_pHub->slot_exitCurPreview_Key();
-        return;
+        return false;
     }
     // What is looked at, listened to or noted on goes on when another file leaves the list.
     m_bOnlyListing = !bCurrentRemoved;
     m_pStrip->reload();
     m_bOnlyListing = false;
     m_pStrip->slotThumbnailLoad();
+    return true;
 }
 
 /** The exit after the last file's removal was refused while a file loaded: it is made up for when the load ends. */
 void PreviewDbClickWidget::leaveWhenEmpty()
 {
-    if (m_bEmptied && !m_bClosed && !PluginInnerData::instance()->isLoading())
+    if (!m_bEmptied || m_bClosed)
+        return;
+    if (PluginInnerData::instance()->isLoading())
+        PluginInnerData::instance()->callAfterLoading(this, [this] { leaveWhenEmpty(); });
+    else
         m_pHub->slot_exitCurPreview_Key();
 }
 

@@ -57,6 +57,8 @@ private:
     void toggleRightPanel();
     void toggleFullScreen();
     void updateColumnText();
+    void queueRemoval();
+    bool removeListed(const QVector<qint64> &fileIds);
     void leaveWhenEmpty();
 
     PreviewLeftWin *m_pStrip;
@@ -66,5 +68,8 @@ private:
     bool m_bShownOnce = false;
     bool m_bClosed = false;      ///< Left by the user; the host will delete it.
     bool m_bOnlyListing = false; ///< The list changes, the file on show does not.
-    bool m_bEmptied = false;     ///< Every file was removed while the preview was open.
+    bool m_bAnnouncing = false;  ///< The host is being told of a choice.
+    bool m_bRemovalQueued = false;
+    QVector<qint64> m_removedMeanwhile;
+    bool m_bEmptied = false; ///< Every file was removed while the preview was open.
 };
