@@ -3,6 +3,7 @@
 #include "theme/TSSkinSetting.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QPointer>
 
 #include <memory>
@@ -36,7 +37,10 @@ QString FileChooser::saveFile(QWidget *pAsker, const QString &caption, const QSt
 
 QString FileChooser::folder(QWidget *pAsker, const QString &caption, const QString &start)
 {
-    auto pDialog = std::make_unique<QFileDialog>(pAsker, caption, start);
+    // A dialog that starts at a file, such as the pack written last, would offer that file as the folder.
+    const QFileInfo info(start);
+    const QString folder = info.isFile() ? info.absolutePath() : start;
+    auto pDialog = std::make_unique<QFileDialog>(pAsker, caption, folder);
     pDialog->setFileMode(QFileDialog::Directory);
     pDialog->setOption(QFileDialog::ShowDirsOnly);
     return run(pAsker, std::move(pDialog));

@@ -7,6 +7,7 @@ class tst_file_exports : public FileActionTest {
 private Q_SLOTS:
     void exportDialogs_data();
     void exportDialogs();
+    void folderDialogAfterPack();
     void fileDialogOutlivesTheWidget();
     void fileChangesBehindTheFileDialog();
     void exportedFolderIsShown_data();
@@ -67,6 +68,18 @@ void tst_file_exports::exportDialogs()
     QCOMPARE(desk().requests.first().bPackage, package);
     QCOMPARE(host().settings.exportPath, expected);
     desk().answer(0);
+}
+
+void tst_file_exports::folderDialogAfterPack()
+{
+    QFile pack(m_folder.filePath(QStringLiteral("last.MORAYPack")));
+    QVERIFY(pack.open(QIODevice::WriteOnly));
+    host().settings.exportPath = pack.fileName();
+    QString offered;
+    answerFileDialog(QString(), [&offered](QFileDialog &dialog) { offered = dialog.findChild<QLineEdit *>()->text(); });
+    m_pController->exportToComputer();
+    QCOMPARE(m_dialogFolder, m_folder.path());
+    QCOMPARE(offered, QString()); // a file is no folder to export to
 }
 
 void tst_file_exports::fileDialogOutlivesTheWidget()
