@@ -10,13 +10,12 @@ namespace {
 /** The middle of the picture in a file of its own; the given path where it is a square already, or no picture. */
 QString squarePicture(const QString &path)
 {
-    const QImage picture = TsQtUtils::readPicture(path);
-    if (picture.width() == picture.height())
+    const QSize size = TsQtUtils::pictureSize(path);
+    if (size.isValid() && size.width() == size.height())
         return path;
-    const QString target = TsQtUtils::makeTempPicturePath(QStringLiteral(".webp"));
-    const bool bSaved =
-        !target.isEmpty() && picture.copy(TsQtUtils::centredSquare(picture.size())).save(target, "webp");
-    return bSaved ? target : path;
+    const QImage square = TsQtUtils::readSquare(path);
+    const QString target = square.isNull() ? QString() : TsQtUtils::makeTempPicturePath(QStringLiteral(".webp"));
+    return !target.isEmpty() && square.save(target, "webp") ? target : path;
 }
 
 } // namespace

@@ -33,6 +33,18 @@ QSize scaledCoverSize(const QSize &size)
     return {ScaledSide, int(float(size.height()) / float(size.width()) * ScaledSide)};
 }
 
+/** A phone's picture lies on its side in the file. */
+bool isOnItsSide(const QImageReader &reader)
+{
+    return reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
+}
+
+/** A picture that is to become this small: formats that can are spared most of what is thrown away. */
+QImage readScaled(const QString &path, const QSize &size)
+{
+    return TsQtUtils::readPicture(path, 2 * size).scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
 } // namespace
 
 void TsQtUtils::showInGraphicalShell(const QString &path)
@@ -65,12 +77,33 @@ QString TsQtUtils::makeTempPicturePath(const QString &extension)
     return makeTempFilePath(QDir::toNativeSeparators(QDir::tempPath()), extension);
 }
 
-QImage TsQtUtils::readPicture(const QString &path)
+QSize TsQtUtils::pictureSize(const QString &path)
+{
+    const QImageReader reader(path);
+    const QSize size = reader.size();
+    return isOnItsSide(reader) ? size.transposed() : size;
+}
+
+QImage TsQtUtils::readPicture(const QString &path, const QSize &scaledSize)
 {
     QImageReader reader(path);
-    // A phone's picture lies on its side in the file.
     reader.setAutoTransform(true);
+    if (scaledSize.isValid())
+        reader.setScaledSize(isOnItsSide(reader) ? scaledSize.transposed() : scaledSize);
     return reader.read();
+}
+
+QImage TsQtUtils::readSquare(const QString &path)
+{
+    // The longest side that WebP can hold: what is larger becomes as small as a preview picture at once.
+    constexpr int LongestSide = 16383;
+    const QSize size = pictureSize(path);
+    QImage picture;
+    if (qMin(size.width(), size.height()) > LongestSide)
+        picture = readPicture(path, scaledCoverSize(size));
+    else
+        picture = readPicture(path);
+    return picture.copy(centredSquare(picture.size()));
 }
 
 QRect TsQtUtils::centredSquare(const QSize &size)
@@ -84,13 +117,14 @@ QString TsQtUtils::prepareCoverImage(const QString &path, int *pWidth, int *pHei
     const QFileInfo file(path);
     if (!file.exists() || !isPictureSuffix(file.suffix()))
         return {};
-    QImage picture = readPicture(path);
-    QSize size = picture.size();
+    QSize size = pictureSize(path);
     const bool bLargeSides = qMin(size.width(), size.height()) >= SmallestScaledSide;
-    if (file.size() > LargestUnscaledFile && bLargeSides) {
+    const bool bScaled = file.size() > LargestUnscaledFile && bLargeSides;
+    if (bScaled)
         size = scaledCoverSize(size);
-        picture = picture.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    }
+    const QImage picture = bScaled ? readScaled(path, size) : readPicture(path);
+    if (!bScaled || picture.isNull())
+        size = picture.size();
     *pWidth = size.width();
     *pHeight = size.height();
     const QString target = makeTempPicturePath(QStringLiteral(".webp"));

@@ -20,11 +20,17 @@ QString makeTempFilePath(const QString &folder, const QString &extension);
 /** A path for a temporary picture, made as above in the system's temporary folder. Any thread. */
 QString makeTempPicturePath(const QString &extension);
 
+/** Size of the picture as it is to be looked at; invalid where the file does not begin with it. Any thread. */
+QSize pictureSize(const QString &path);
+
 /** The picture as it is to be looked at, turned upright; null for a file that is none. Any thread. */
-QImage readPicture(const QString &path);
+QImage readPicture(const QString &path, const QSize &scaledSize = QSize());
 
 /** The largest square in the middle of a picture of this size. */
 QRect centredSquare(const QSize &size);
+
+/** That square of the picture in a file, scaled down where it is too large to be kept. Any thread. */
+QImage readSquare(const QString &path);
 
 /**
  * Makes the picture at the path ready to be a file's preview picture: a temporary WebP file, scaled down where it is
