@@ -119,6 +119,9 @@ TSCustomMenu *FileActionMenu::create(const FileActionType &type, const FileActio
         builder.add(pSettings, type.pCoverItem, hooks.setCover);
         if (type.bSettingsRounded)
             rounded.append(pSettings);
+        else
+            // Its corners are the theme's, which would be black outside else.
+            pSettings->setAttribute(Qt::WA_TranslucentBackground);
     }
     builder.add(pMenu, QT_TRANSLATE_NOOP("ImgPreviewWidget", "Delete Permanently"),
                 &FileActionController::deleteComplete);
