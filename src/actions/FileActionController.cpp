@@ -222,22 +222,25 @@ QString FileActionController::chooseExportPath(bool bPackage)
     return FileChooser::folder(m_pWidget, caption, start);
 }
 
-bool FileActionController::prepareRemoval(const Target &target)
+QSharedPointer<IPreviewDataSource> FileActionController::prepareRemoval(const Target &target)
 {
+    const QPointer<FileActionController> pThis(this);
     const QSharedPointer<IPreviewDataSource> pSource = sourceOf(target);
-    if (!pSource || pSource->isDeletingBlocked())
-        return false;
+    // A host that asks its user first may be about something else afterwards.
+    if (!pSource || pSource->isDeletingBlocked() || !pThis || sourceOf(target) != pSource)
+        return {};
     if (m_hooks.beforeRemoval)
         m_hooks.beforeRemoval();
-    return true;
+    return pSource;
 }
 
 void FileActionController::deleteComplete()
 {
     const Target target = currentTarget();
-    if (!prepareRemoval(target))
+    const QSharedPointer<IPreviewDataSource> pSource = prepareRemoval(target);
+    if (!pSource)
         return;
-    runRequest(RemoveKind, sourceOf(target)->removeAction(), &IRemoveAction::signalRemoveProgress,
+    runRequest(RemoveKind, pSource->removeAction(), &IRemoveAction::signalRemoveProgress,
                &IRemoveAction::signalRemoveResult,
                [=](IRemoveAction &action) { return action.requestRemove({target.nFileId}); });
 }
@@ -245,9 +248,10 @@ void FileActionController::deleteComplete()
 void FileActionController::removeToRecycle()
 {
     const Target target = currentTarget();
-    if (!prepareRemoval(target))
+    const QSharedPointer<IPreviewDataSource> pSource = prepareRemoval(target);
+    if (!pSource)
         return;
-    runRequest(RecycleKind, sourceOf(target)->recycleAction(), &IRecycleAction::signalRecycleProgress,
+    runRequest(RecycleKind, pSource->recycleAction(), &IRecycleAction::signalRecycleProgress,
                &IRecycleAction::signalRecycleResult,
                [=](IRecycleAction &action) { return action.requestRecycle({target.nFileId}); });
 }
@@ -281,8 +285,12 @@ void FileActionController::startCoverJob()
     auto *pTask = new CoverTask(job.path, job.bSquare);
     connect(pTask, &CoverTask::signal_coverReady, this, [this](const QString &path) {
         const QPointer<FileActionController> pThis(this);
-        sendCover(m_coverJobs.dequeue(), path);
-        if (pThis && !m_coverJobs.isEmpty())
+        // It stays in the queue while the host's code runs, which may come back with the next one.
+        sendCover(CoverJob(m_coverJobs.head()), path);
+        if (!pThis)
+            return;
+        m_coverJobs.dequeue();
+        if (!m_coverJobs.isEmpty())
             startCoverJob();
     });
     QThreadPool::globalInstance()->start(pTask);

@@ -81,7 +81,8 @@ private:
     void runRequest(Kind kind, const QSharedPointer<Action> &pAction, Progress pProgress, Result pResult,
                     const Send &send);
     void begin(Kind kind, const std::function<qint64()> &send);
-    bool prepareRemoval(const Target &target);
+    /** The library to remove the file from; null where that is not to be. */
+    QSharedPointer<IPreviewDataSource> prepareRemoval(const Target &target);
 
     void addCoverJob(const CoverJob &job);
     void startCoverJob();
