@@ -203,10 +203,13 @@ qint64 HostFileAction::setFileCover(qint64 nFileId, const QString &path)
     };
     return m_pDesk->pRunner->start(
         work, {}, [pDesk = m_pDesk, pCover, nFileId, onResult](qint64 nActionId, const ActionOutcome &outcome) {
-            if (outcome.nCode != ActionOutcome::Done || pDesk->pLibrary == nullptr) {
+            // A large picture takes longer than the one that was chosen after it, and is replaced when it is ready.
+            qint64 &nLatest = (*pDesk->pCoverRequests)[nFileId];
+            if (outcome.nCode != ActionOutcome::Done || pDesk->pLibrary == nullptr || nLatest > nActionId) {
                 onResult(nActionId, outcome);
                 return;
             }
+            nLatest = nActionId;
             const QString file = pCover->pFile != nullptr ? QFile::decodeName(pCover->pFile->path()) : QString();
             pDesk->pLibrary->setCover(nFileId, file, pCover->suffix, pCover->pFile,
                                       [nActionId, nFileId, onResult](const QString &error) {

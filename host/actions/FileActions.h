@@ -24,6 +24,8 @@ struct ActionDesk {
     QPointer<ActionRunner> pRunner;
     std::shared_ptr<const Leftovers> pLeftovers;
     PictureReaderFunction readPicture;
+    /** By file: the latest request whose picture was handed to the library. */
+    std::shared_ptr<QHash<qint64, qint64>> pCoverRequests = std::make_shared<QHash<qint64, qint64>>();
 
     /** The records of these files; the ids that the library does not hold are left out. */
     FileRecordList records(const QVector<qint64> &fileIds) const;

@@ -1,7 +1,9 @@
 #include "ActionStage.h"
 #include "TestMain.h"
+#include "basemodule/IHostAnalysis.h"
 
 #include <QImage>
+#include <QSemaphore>
 
 #include <fcntl.h>
 #include <sched.h>
@@ -35,6 +37,29 @@ private:
     bool m_bMounted = false;
 };
 
+/** Reads red for pictures called slow, once the gate has been opened, and blue for all others. */
+class GatedAnalysis final : public IHostAnalysis {
+public:
+    QImage readPicture(const QString &path, int nLongestSide, const std::atomic_bool & /*cancelled*/) override
+    {
+        const bool bSlow = path.contains(QStringLiteral("slow"));
+        if (bSlow)
+            gate.acquire();
+        QImage image(nLongestSide, nLongestSide, QImage::Format_RGB32);
+        image.fill(bSlow ? Qt::red : Qt::blue);
+        return image;
+    }
+    RenditionPaths renditionPaths(const QString & /*path*/, qint64 /*nSize*/, qint64 /*nModifiedMsec*/) override
+    {
+        return {};
+    }
+    void setFilesAhead(const QStringList & /*paths*/) override {}
+    void setAheadBudget(qint64 /*nBytes*/) override {}
+    void shutdown() override {}
+
+    QSemaphore gate;
+};
+
 /** A file of this apparent size that takes no room. */
 bool makeHollow(const QString &path, qint64 nSize)
 {
@@ -66,6 +91,7 @@ private Q_SLOTS:
     void keepsPreviewPictures_data();
     void keepsPreviewPictures();
     void takesPreviewPictureAway();
+    void keepsThePreviewPictureChosenLast();
     void outlivesWhoAsked();
 };
 
@@ -458,6 +484,26 @@ void HostActionsTest::takesPreviewPictureAway()
     QCOMPARE(stage.library->record(nId)->coverPath(), QString());
     QCOMPARE(ActionStage::namesIn(stage.library->coverFolder()), QStringList());
     QVERIFY(stage.setCover(4711, picture) == nullptr);
+}
+
+void HostActionsTest::keepsThePreviewPictureChosenLast()
+{
+    ActionStage stage;
+    stage.write(QStringLiteral("a.mp3"));
+    QVERIFY(stage.open());
+    const qint64 nId = stage.id(QStringLiteral("a.mp3"));
+    GatedAnalysis analysis;
+    stage.source->setAnalysis(&analysis);
+    const auto pFirst = stage.source->fileAction();
+    QSignalSpy answers(pFirst.data(), &IFileAction::signalFileResult);
+    QVERIFY(pFirst->setFileCover(nId, QStringLiteral("/slow red.png")) > 0);
+    QCOMPARE(stage.setCover(nId, QStringLiteral("/blue.png"))->returnCode(), 0);
+    analysis.gate.release();
+    QTRY_COMPARE(answers.count(), 1);
+    QVERIFY(QTest::qWaitFor([&] { return !stage.source->runner()->isRunning(); }));
+    QVERIFY(stage.open());
+    QVERIFY(qBlue(QImage(stage.record(QStringLiteral("a.mp3"))->coverPath()).pixel(5, 5)) > 240);
+    QCOMPARE(ActionStage::namesIn(stage.library->coverFolder()).size(), 1);
 }
 
 void HostActionsTest::outlivesWhoAsked()
