@@ -46,6 +46,14 @@ public:
         return add(pMenu, pText, [pController = m_pController, pOperation] { (pController->*pOperation)(); });
     }
 
+    QMenu *addMenu(QMenu *pMenu, const char *pText) const
+    {
+        QMenu *pSubMenu = pMenu->addMenu(text(pText));
+        // The theme draws smooth corners, which would be black outside else.
+        pSubMenu->setAttribute(Qt::WA_TranslucentBackground);
+        return pSubMenu;
+    }
+
 private:
     const char *m_pContext;
     FileActionController *m_pController;
@@ -54,7 +62,7 @@ private:
 
 QMenu *addExportMenu(QMenu *pMenu, const Builder &builder)
 {
-    QMenu *pExport = pMenu->addMenu(builder.text(QT_TRANSLATE_NOOP("ImgPreviewWidget", "Export File")));
+    QMenu *pExport = builder.addMenu(pMenu, QT_TRANSLATE_NOOP("ImgPreviewWidget", "Export File"));
     builder.add(pExport, QT_TRANSLATE_NOOP("ImgPreviewWidget", "Export Library Pack"),
                 &FileActionController::exportToPackage);
     builder.add(pExport, QT_TRANSLATE_NOOP("ImgPreviewWidget", "Export to Computer"),
@@ -64,7 +72,7 @@ QMenu *addExportMenu(QMenu *pMenu, const Builder &builder)
 
 QMenu *addCopyMenu(QMenu *pMenu, const Builder &builder)
 {
-    QMenu *pCopy = pMenu->addMenu(builder.text(QT_TRANSLATE_NOOP("ImgPreviewWidget", "Copy/Paste")));
+    QMenu *pCopy = builder.addMenu(pMenu, QT_TRANSLATE_NOOP("ImgPreviewWidget", "Copy/Paste"));
     builder.add(pCopy, QT_TRANSLATE_NOOP("ImgPreviewWidget", "Copy the File"), &FileActionController::copyFile);
     builder.add(pCopy, QT_TRANSLATE_NOOP("ImgPreviewWidget", "Copy File Path"), &FileActionController::copyFilePath);
     QAction *pCopyTag =
@@ -115,13 +123,10 @@ TSCustomMenu *FileActionMenu::create(const FileActionType &type, const FileActio
                 &FileActionController::checkFilePath);
     QVector<QMenu *> rounded = {pMenu, addExportMenu(pMenu, builder), addCopyMenu(pMenu, builder)};
     if (hasSettings(type)) {
-        QMenu *pSettings = pMenu->addMenu(builder.text(QT_TRANSLATE_NOOP("ImgPreviewWidget", "File Settings")));
+        QMenu *pSettings = builder.addMenu(pMenu, QT_TRANSLATE_NOOP("ImgPreviewWidget", "File Settings"));
         builder.add(pSettings, type.pCoverItem, hooks.setCover);
         if (type.bSettingsRounded)
             rounded.append(pSettings);
-        else
-            // Its corners are the theme's, which would be black outside else.
-            pSettings->setAttribute(Qt::WA_TranslucentBackground);
     }
     builder.add(pMenu, QT_TRANSLATE_NOOP("ImgPreviewWidget", "Delete Permanently"),
                 &FileActionController::deleteComplete);
