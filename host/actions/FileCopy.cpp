@@ -92,7 +92,8 @@ public:
             qint64(m_state.st_blocks) / 8 > qint64(space.f_bavail) * qint64(space.f_frsize) / 4096)
             return IoStatus::ofErrno(ENOSPC, what);
         const bool bHoles = qint64(m_state.st_blocks) * 512 < m_state.st_size;
-        return finish(bHoles ? copyData() : copyRange(0, -1), what);
+        // No further than to where it ended when it was opened: one that grows is not run after.
+        return finish(bHoles ? copyData() : copyRange(0, m_state.st_size), what);
     }
 
 private:
@@ -122,20 +123,19 @@ private:
         return errno == ENXIO && ::ftruncate(m_nTo, m_state.st_size) == 0;
     }
 
-    /** To the file's end where nEnd is below 0. */
     bool copyRange(off_t nStart, off_t nEnd)
     {
         off_t nFromPosition = nStart;
         off_t nToPosition = nStart;
-        while (nEnd < 0 || nFromPosition < nEnd) {
-            const qint64 nWanted = nEnd < 0 ? k_nChunk : qMin<qint64>(k_nChunk, nEnd - nFromPosition);
+        while (nFromPosition < nEnd) {
+            const qint64 nWanted = qMin<qint64>(k_nChunk, nEnd - nFromPosition);
             const ssize_t nCopied = ::copy_file_range(m_nFrom, &nFromPosition, m_nTo, &nToPosition, size_t(nWanted), 0);
             if (nCopied == 0)
                 return true;
             if (nCopied < 0) {
                 const bool bUnable = errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP;
                 return bUnable && ::lseek(m_nFrom, nFromPosition, SEEK_SET) >= 0 &&
-                       ::lseek(m_nTo, nToPosition, SEEK_SET) >= 0 && copyBuffered(nEnd < 0 ? -1 : nEnd - nFromPosition);
+                       ::lseek(m_nTo, nToPosition, SEEK_SET) >= 0 && copyBuffered(nEnd - nFromPosition);
             }
             m_behind.written(nToPosition);
             if (!tell(nCopied))

@@ -1,5 +1,6 @@
 #include "ActionStage.h"
 #include "TestMain.h"
+#include "actions/FileCopy.h"
 #include "basemodule/IHostAnalysis.h"
 
 #include <QImage>
@@ -80,6 +81,8 @@ private Q_SLOTS:
     void answersForFaultyTargets_data();
     void answersForFaultyTargets();
     void tellsOfFaultySources();
+    void copiesChangingSources_data();
+    void copiesChangingSources();
     void keepsHoles();
     void cancelsSoonAndLeavesNothing();
     void reportsAtMostTwentyTimesASecond();
@@ -226,6 +229,37 @@ void HostActionsTest::tellsOfFaultySources()
     QCOMPARE(pAction->requestExport(stage.target(), {}, false), 0);
     QCOMPARE(pAction->requestExport(stage.target(), {4711, -1}, false), 0);
     QCOMPARE(pAction->requestExport(QString(), stage.allIds(), false), 0);
+}
+
+void HostActionsTest::copiesChangingSources_data()
+{
+    QTest::addColumn<int>("changes");
+    QTest::addColumn<int>("kind");
+    QTest::newRow("once") << 1 << int(IoStatus::Done);
+    QTest::newRow("time and again") << 1000 << int(IoStatus::Failed);
+}
+
+void HostActionsTest::copiesChangingSources()
+{
+    QFETCH(int, changes);
+    QFETCH(int, kind);
+    ActionStage stage;
+    const QString source = stage.write(QStringLiteral("a.jpg"), QByteArray(300000, 'x'));
+    const UniqueFd target(::open(QFile::encodeName(stage.target()).constData(), O_RDONLY | O_DIRECTORY));
+    qint64 nTold = 0;
+    const IoStatus status = copyFile(QFile::encodeName(source), target.get(), "copy", false, [&](qint64 nBytes) {
+        nTold += nBytes;
+        QFile file(source);
+        if (nBytes > 0 && changes-- > 0 && file.open(QIODevice::Append))
+            file.write("more");
+        return true;
+    });
+    QCOMPARE(int(status.kind), kind);
+    if (!status.isDone())
+        return;
+    // Nothing of the first try is left in the copy, nor in the progress.
+    QCOMPARE(ActionStage::content(stage.target() + QStringLiteral("/copy")), ActionStage::content(source));
+    QCOMPARE(nTold, QFile(source).size());
 }
 
 void HostActionsTest::keepsHoles()
