@@ -5,6 +5,8 @@
 #include "app/FolderTree.h"
 #include "app/MainWindow.h"
 #include "app/StatusLine.h"
+#include "app/panel/InfoPanel.h"
+#include "interfaces/actions/IFileAction.h"
 #include "library/Library.h"
 #include "theme/TSSkinSetting.h"
 
@@ -48,7 +50,19 @@ FileDeeds::FileDeeds(Library *pLibrary, HostDataSource *pDataSource, MainWindow 
     FolderTree *pFolders = pWindow->folderTree();
     pFolders->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(pFolders, &QWidget::customContextMenuRequested, this, &FileDeeds::showFolderMenu);
+    connect(pWindow->infoPanel(), &InfoPanel::signalRemoveCover, this, &FileDeeds::removeCover);
     connect(pDataSource->runner(), &ActionRunner::signalProblem, pWindow->statusLine(), &StatusLine::addProblem);
+}
+
+void FileDeeds::removeCover(qint64 nFileId)
+{
+    m_pCoverAction = m_pDataSource->fileAction();
+    connect(m_pCoverAction.data(), &IFileAction::signalFileResult, this,
+            [this](qint64 /*nActionId*/, const QSharedPointer<const IResponseInfo> &pInfo) {
+                if (pInfo->returnCode() != IResponseInfo::Success && m_pWindow != nullptr)
+                    m_pWindow->statusLine()->addProblem(pInfo->errorMessage());
+            });
+    m_pCoverAction->setFileCover(nFileId, QString());
 }
 
 bool FileDeeds::eventFilter(QObject *pWatched, QEvent *pEvent)

@@ -2,16 +2,19 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QSharedPointer>
 
 class ActionRunner;
 class HostDataSource;
+class IFileAction;
 class Library;
 class MainWindow;
 struct ActionProgress;
 
 /**
- * What the window offers beyond previews: importing packs (Ctrl+I, the folders' menu, a pack dropped on the window) and
- * protecting folders from deleting. Shows in the status line what went wrong with any action.
+ * What the window offers beyond previews: importing packs (Ctrl+I, the folders' menu, a pack dropped on the window),
+ * protecting folders from deleting, and taking chosen preview pictures away. Shows in the status line what went wrong
+ * with any action.
  *
  * Owner: HostSession. Thread: GUI thread only.
  */
@@ -33,6 +36,7 @@ protected:
 
 private:
     void choosePack();
+    void removeCover(qint64 nFileId);
     void showFolderMenu(const QPoint &position);
     void showImported(const QString &folder, int nFiles, const QString &error);
     QString importFolder() const;
@@ -40,4 +44,5 @@ private:
     Library *m_pLibrary;
     HostDataSource *m_pDataSource;
     QPointer<MainWindow> m_pWindow;
+    QSharedPointer<IFileAction> m_pCoverAction; ///< Of the latest removal.
 };

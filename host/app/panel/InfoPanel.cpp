@@ -30,6 +30,7 @@ InfoPanel::InfoPanel(Library *pLibrary, ThumbnailSource *pThumbnails, QWidget *p
     , m_pLayout(new QVBoxLayout(m_pContent))
     , m_pPicture(new PanelPicture(pThumbnails, m_pContent))
     , m_pPictureExtras(new QVBoxLayout)
+    , m_pRemoveCover(buildRemoveCover())
     , m_pName(new NameEdit(m_pContent))
     , m_pNameFault(new QLabel(m_pContent))
     , m_pMissing(buildMissing())
@@ -83,6 +84,15 @@ QWidget *InfoPanel::buildMissing()
     return pBox;
 }
 
+QPushButton *InfoPanel::buildRemoveCover()
+{
+    auto *pButton = new QPushButton(tr("Remove preview picture"), m_pContent);
+    pButton->setObjectName(QStringLiteral("hostRemoveCoverButton"));
+    pButton->setToolTip(tr("Shows the file by its own picture again"));
+    connect(pButton, &QPushButton::clicked, this, [this] { Q_EMIT signalRemoveCover(m_nFileId); });
+    return pButton;
+}
+
 void InfoPanel::forgetMissing()
 {
     QVector<qint64> missing;
@@ -121,6 +131,7 @@ void InfoPanel::buildLayout()
     m_pLayout->setContentsMargins(k_nMargin, k_nMargin, k_nMargin, k_nMargin);
     m_pLayout->setSpacing(8);
     m_pLayout->addWidget(m_pPicture);
+    m_pLayout->addWidget(m_pRemoveCover, 0, Qt::AlignLeading);
     m_pLayout->addLayout(m_pPictureExtras);
     m_pLayout->addWidget(m_pName);
     m_pLayout->addWidget(m_pNameFault);
@@ -210,6 +221,7 @@ void InfoPanel::showRecord()
     m_pNameFault->setVisible(pRecord != nullptr && !m_pNameFault->text().isEmpty());
     m_pNothing->setVisible(pRecord == nullptr);
     m_pMissing->setVisible(pRecord != nullptr && pRecord->isUnavailable());
+    m_pRemoveCover->setVisible(pRecord != nullptr && !pRecord->coverPath().isEmpty());
     m_pPicture->setFile(pRecord);
     ++m_nGeneration;
     if (pRecord == nullptr)

@@ -15,6 +15,7 @@ class NameEdit;
 class NotesList;
 class PanelPicture;
 class QLabel;
+class QPushButton;
 class QVBoxLayout;
 class ThumbnailSource;
 
@@ -48,6 +49,8 @@ public:
 Q_SIGNALS:
     /** The user is done here; the keys belong to the files again. */
     void signalLeft();
+    /** The user wants the file's own picture back in place of the chosen one. */
+    void signalRemoveCover(qint64 nFileId);
     /** The user wants to see this note on its picture. */
     void signalNoteActivated(qint64 nFileId, int nPosition);
 
@@ -59,6 +62,7 @@ private:
     void connectLibrary();
     void connectEdits();
     QWidget *buildMissing();
+    QPushButton *buildRemoveCover();
     void forgetMissing();
     QLabel *addHeading(const QString &text);
     void applyTheme();
@@ -72,6 +76,7 @@ private:
     QVBoxLayout *m_pLayout;
     PanelPicture *m_pPicture;
     QVBoxLayout *m_pPictureExtras;
+    QPushButton *m_pRemoveCover;
     NameEdit *m_pName;
     QLabel *m_pNameFault;
     QWidget *m_pMissing;
