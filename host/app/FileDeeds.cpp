@@ -59,8 +59,14 @@ void FileDeeds::removeCover(qint64 nFileId)
     m_pCoverAction = m_pDataSource->fileAction();
     connect(m_pCoverAction.data(), &IFileAction::signalFileResult, this,
             [this](qint64 /*nActionId*/, const QSharedPointer<const IResponseInfo> &pInfo) {
-                if (pInfo->returnCode() != IResponseInfo::Success && m_pWindow != nullptr)
+                if (m_pWindow == nullptr)
+                    return;
+                if (pInfo->returnCode() != IResponseInfo::Success)
                     m_pWindow->statusLine()->addProblem(pInfo->errorMessage());
+                // A preview in the window has no other way to hear that a picture in its strip is another one now.
+                const QList<QWidget *> children = m_pWindow->findChildren<QWidget *>();
+                for (QWidget *pChild : children)
+                    pChild->update();
             });
     m_pCoverAction->setFileCover(nFileId, QString());
 }

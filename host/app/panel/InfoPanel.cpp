@@ -89,7 +89,10 @@ QPushButton *InfoPanel::buildRemoveCover()
     auto *pButton = new QPushButton(tr("Remove preview picture"), m_pContent);
     pButton->setObjectName(QStringLiteral("hostRemoveCoverButton"));
     pButton->setToolTip(tr("Shows the file by its own picture again"));
-    connect(pButton, &QPushButton::clicked, this, [this] { Q_EMIT signalRemoveCover(m_nFileId); });
+    connect(pButton, &QPushButton::clicked, this, [this] {
+        Q_EMIT signalRemoveCover(m_nFileId);
+        Q_EMIT signalLeft();
+    });
     return pButton;
 }
 
