@@ -56,6 +56,11 @@ public:
     }
     void setFilesAhead(const QStringList & /*paths*/) override {}
     void setAheadBudget(qint64 /*nBytes*/) override {}
+    AnalysisOutcome analyse(const QString & /*path*/, const std::atomic_bool & /*cancelled*/) override
+    {
+        return AnalysisOutcome::Impossible;
+    }
+    void setThumbnailDiskBudget(qint64 /*nBytes*/) override {}
     void shutdown() override {}
 
     QSemaphore gate;
