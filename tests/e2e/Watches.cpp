@@ -25,7 +25,9 @@ public:
 protected:
     bool eventFilter(QObject *pWatched, QEvent *pEvent) override
     {
-        if (pEvent->type() == QEvent::Timer && pWatched != m_pOwn) {
+        // Qt sweeps its own pixmap cache half a minute after it was last used.
+        const bool bOurs = pWatched != m_pOwn && !pWatched->inherits("QPMCache");
+        if (pEvent->type() == QEvent::Timer && bOurs) {
             const QObject *pOwner = pWatched->inherits("QTimer") && pWatched->parent() ? pWatched->parent() : pWatched;
             ++(*m_pTimers)[QLatin1String(pOwner->metaObject()->className())];
         }
