@@ -8,6 +8,8 @@ namespace {
 
 /** As near to the right edge the preview offers its handle. */
 constexpr int k_nEdgeWidth = 12;
+/** A panel that went and came back with every step would flicker. */
+constexpr int k_nForbiddenAfterMsec = 250;
 
 } // namespace
 
@@ -18,6 +20,11 @@ FullPreviewPlace::FullPreviewPlace(QStackedWidget *pCenter, QWidget *pPanel, con
     , m_pPanel(pPanel)
     , m_makingRoom(makingRoom)
 {
+    m_forbidTimer.setSingleShot(true);
+    connect(&m_forbidTimer, &QTimer::timeout, this, [this] {
+        m_bPanelForbidden = true;
+        showPanel();
+    });
     showPanel();
 }
 
@@ -39,7 +46,12 @@ void FullPreviewPlace::enter(IPreviewDbClickWidget *pPreview, bool bPanelHidden)
         Q_EMIT signalPanelHidden(m_bPanelHidden);
     });
     connect(pPreview, &IPreviewDbClickWidget::signalRightViewIsForbidden, this, [this](bool bForbidden) {
-        m_bPanelForbidden = bForbidden;
+        if (bForbidden) {
+            m_forbidTimer.start(k_nForbiddenAfterMsec);
+            return;
+        }
+        m_forbidTimer.stop();
+        m_bPanelForbidden = false;
         showPanel();
     });
     showPanel();
@@ -57,6 +69,7 @@ void FullPreviewPlace::enter(IPreviewDbClickWidget *pPreview, bool bPanelHidden)
 void FullPreviewPlace::leave()
 {
     qApp->removeEventFilter(this);
+    m_forbidTimer.stop();
     if (m_pPreview != nullptr) {
         m_pPreview->disconnect(this);
         m_pCenter->removeWidget(m_pPreview->previewWidget());

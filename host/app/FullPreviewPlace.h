@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <QVector>
 
 class QStackedWidget;
@@ -45,6 +46,7 @@ private:
     const QVector<QWidget *> m_makingRoom;
     QVector<QPointer<QWidget>> m_hidden; ///< Those of them that are to come back.
     QPointer<IPreviewDbClickWidget> m_pPreview;
+    QTimer m_forbidTimer;
     bool m_bPanelWanted = true;
     bool m_bPanelHidden = false;
     bool m_bPanelForbidden = false;
