@@ -319,6 +319,14 @@ Missing</source>
         <source>%1 notes</source>
         <translation>%1 条批注</translation>
     </message>
+    <message>
+        <source>Remove preview picture</source>
+        <translation>移除预览图</translation>
+    </message>
+    <message>
+        <source>Shows the file by its own picture again</source>
+        <translation>重新以文件自身的画面显示</translation>
+    </message>
 </context>
 <context>
     <name>LabelChip</name>
