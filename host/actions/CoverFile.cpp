@@ -15,10 +15,10 @@ namespace {
 constexpr int k_nLongestSide = 1024;
 constexpr int k_nJpegQuality = 93;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CoverFile", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(CoverFile)
+};
 
 bool writePicture(const QImage &image, const QString &path, bool bTransparent)
 {
@@ -38,11 +38,11 @@ PreparedCover prepareCover(const QString &picturePath, const QString &coverFolde
     const QString name = QFileInfo(picturePath).fileName();
     const QImage image = read(picturePath, k_nLongestSide, task.cancelFlag());
     if (task.isCancelled()) {
-        pOutcome->addError(ActionOutcome::Cancelled, tr("Cancelled"));
+        pOutcome->addError(ActionOutcome::Cancelled, Words::tr("Cancelled"));
         return {};
     }
     if (image.isNull()) {
-        pOutcome->addError(ActionOutcome::Failed, tr("%1 is no picture that can be read").arg(name));
+        pOutcome->addError(ActionOutcome::Failed, Words::tr("%1 is no picture that can be read").arg(name));
         return {};
     }
     PreparedCover cover;
@@ -55,6 +55,6 @@ PreparedCover prepareCover(const QString &picturePath, const QString &coverFolde
         return cover;
     const bool bFull = errno == ENOSPC || errno == EDQUOT;
     pOutcome->addError(bFull ? ActionOutcome::NoSpace : ActionOutcome::Failed,
-                       tr("The preview picture cannot be kept in %1").arg(coverFolder));
+                       Words::tr("The preview picture cannot be kept in %1").arg(coverFolder));
     return {};
 }

@@ -18,10 +18,10 @@ constexpr qint64 k_nChunk = qint64(1) << 20;
 constexpr qint64 k_nWindow = qint64(32) << 20;
 constexpr qint64 k_nSmall = qint64(64) << 10;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("FileCopy", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(FileCopy)
+};
 
 QString nameOf(const QByteArray &path)
 {
@@ -30,7 +30,7 @@ QString nameOf(const QByteArray &path)
 
 IoStatus cancelled()
 {
-    return {IoStatus::Cancelled, tr("Cancelled")};
+    return {IoStatus::Cancelled, Words::tr("Cancelled")};
 }
 
 bool writeAll(int nFd, const char *pData, qint64 nBytes)
@@ -210,10 +210,10 @@ IoStatus IoStatus::ofErrno(int nError, const QString &what)
     switch (nError) {
     case ENOSPC:
     case EDQUOT:
-        return {NoSpace, tr("There is not enough space for %1").arg(what)};
+        return {NoSpace, Words::tr("There is not enough space for %1").arg(what)};
     case ENOENT:
     case ENOTDIR:
-        return {Missing, tr("%1 is not there any more").arg(what)};
+        return {Missing, Words::tr("%1 is not there any more").arg(what)};
     default:
         return {Failed, QStringLiteral("%1: %2").arg(what, qt_error_string(nError))};
     }
@@ -228,7 +228,7 @@ UniqueFd openSource(const QByteArray &path, struct stat *pState, IoStatus *pStat
         return UniqueFd();
     }
     if (!S_ISREG(pState->st_mode)) {
-        *pStatus = {IoStatus::Failed, tr("%1 is no file").arg(nameOf(path))};
+        *pStatus = {IoStatus::Failed, Words::tr("%1 is no file").arg(nameOf(path))};
         return UniqueFd();
     }
     return source;
@@ -268,7 +268,7 @@ IoStatus copyFile(const QByteArray &source, int nFolder, const QByteArray &name,
         onBytes(-nTold);
         nTold = 0;
     }
-    return {IoStatus::Failed, tr("%1 keeps changing while it is copied").arg(nameOf(source))};
+    return {IoStatus::Failed, Words::tr("%1 keeps changing while it is copied").arg(nameOf(source))};
 }
 
 void WriteBehind::written(qint64 nEnd)

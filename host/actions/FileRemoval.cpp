@@ -12,10 +12,10 @@
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("FileRemoval", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(FileRemoval)
+};
 
 IoStatus removeFile(const FileRecordPtr &pRecord)
 {
@@ -24,7 +24,7 @@ IoStatus removeFile(const FileRecordPtr &pRecord)
     if (::lstat(path.constData(), &state) != 0)
         return IoStatus::ofErrno(errno, pRecord->fileName());
     if (S_ISDIR(state.st_mode))
-        return {IoStatus::Failed, tr("%1 is a folder now").arg(pRecord->fileName())};
+        return {IoStatus::Failed, Words::tr("%1 is a folder now").arg(pRecord->fileName())};
     if (::unlink(path.constData()) == 0)
         return {};
     const int nError = errno;
@@ -44,7 +44,7 @@ IoStatus recycleFile(const FileRecordPtr &pRecord)
     if (nError == 0)
         return {};
     if (nError == ENOTSUP || nError == EXDEV)
-        return {IoStatus::Failed, tr("There is no recycle bin for %1").arg(pRecord->fileName())};
+        return {IoStatus::Failed, Words::tr("There is no recycle bin for %1").arg(pRecord->fileName())};
     return IoStatus::ofErrno(nError, pRecord->fileName());
 }
 

@@ -18,10 +18,10 @@ constexpr qint64 k_nMostBytesTogether = qint64(64) << 20;
 /** Copying is not the end: until everything has its name there is something left to do. */
 constexpr double k_fLastPercentBeforeEnd = 99.0;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("FolderExport", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(FolderExport)
+};
 
 } // namespace
 
@@ -105,7 +105,7 @@ ActionOutcome FolderExport::run(ActionTask &task)
     if (bGoOn)
         bGoOn = publish(&meter);
     if (bGoOn && !isTargetStillThere())
-        fail({IoStatus::Failed, tr("The folder %1 went away").arg(QFile::decodeName(m_folder))});
+        fail({IoStatus::Failed, Words::tr("The folder %1 went away").arg(QFile::decodeName(m_folder))});
     if (m_outcome.nCode == ActionOutcome::Done)
         meter.finish();
     return m_outcome;
@@ -129,7 +129,7 @@ bool FolderExport::copyNext(int nIndex, ByteMeter *pMeter)
     m_nWrittenBytes += pRecord->row().nSize;
     m_written.append({pRecord, staged, source.mid(source.lastIndexOf('/') + 1)});
     pMeter->fileDone();
-    return pMeter->add(0) || (fail({IoStatus::Cancelled, tr("Cancelled")}), false);
+    return pMeter->add(0) || (fail({IoStatus::Cancelled, Words::tr("Cancelled")}), false);
 }
 
 bool FolderExport::publish(ByteMeter *pMeter)
@@ -140,7 +140,7 @@ bool FolderExport::publish(ByteMeter *pMeter)
     }
     for (const Written &file : qAsConst(m_written)) {
         if (!pMeter->add(0)) {
-            fail({IoStatus::Cancelled, tr("Cancelled")});
+            fail({IoStatus::Cancelled, Words::tr("Cancelled")});
             return false;
         }
         QByteArray name;

@@ -19,10 +19,10 @@
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("PackImporter", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(PackImporter)
+};
 
 } // namespace
 
@@ -39,7 +39,8 @@ PackImporter::PackImporter(const QString &packPath, const QString &parentFolder,
 
 void PackImporter::fail(int nCode, const QString &reason)
 {
-    m_outcome.addError(nCode, tr("The pack %1 cannot be imported: %2").arg(QFileInfo(m_packPath).fileName(), reason));
+    m_outcome.addError(nCode,
+                       Words::tr("The pack %1 cannot be imported: %2").arg(QFileInfo(m_packPath).fileName(), reason));
 }
 
 void PackImporter::failWithErrno(int nError)
@@ -52,7 +53,7 @@ bool PackImporter::goOn(ActionTask &task)
 {
     if (!task.isCancelled())
         return true;
-    m_outcome.addError(ActionOutcome::Cancelled, tr("Cancelled"));
+    m_outcome.addError(ActionOutcome::Cancelled, Words::tr("Cancelled"));
     return false;
 }
 

@@ -26,10 +26,10 @@ QString formatName()
     return QStringLiteral("bigimgpreview-pack");
 }
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("PackManifest", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(PackManifest)
+};
 
 QJsonObject noteObject(const NoteRecord &note)
 {
@@ -173,18 +173,18 @@ bool PackManifest::read(const QByteArray &json, QVector<PackedFile> *pFiles, QSt
     const qint64 nVersion = top.number("version", 1, 1000000);
     const QJsonArray list = top.array("files", k_nMostFiles);
     if (!top.isValid() || list.isEmpty()) {
-        *pError = tr("its list of files is damaged");
+        *pError = Words::tr("its list of files is damaged");
         return false;
     }
     if (nVersion > k_nVersion) {
-        *pError = tr("it was made by a newer version of the program");
+        *pError = Words::tr("it was made by a newer version of the program");
         return false;
     }
     QSet<QString> entries;
     for (int i = 0; i < list.size(); ++i) {
         PackedFile file;
         if (!readFile(list.at(i), &file)) {
-            *pError = tr("entry %1 of its list of files is damaged").arg(i + 1);
+            *pError = Words::tr("entry %1 of its list of files is damaged").arg(i + 1);
             return false;
         }
         const int nBefore = entries.size();
@@ -192,7 +192,7 @@ bool PackManifest::read(const QByteArray &json, QVector<PackedFile> *pFiles, QSt
         if (!file.previewEntry.isEmpty())
             entries.insert(file.previewEntry.toLower());
         if (entries.size() != nBefore + (file.previewEntry.isEmpty() ? 1 : 2)) {
-            *pError = tr("its list names %1 twice").arg(file.entry);
+            *pError = Words::tr("its list names %1 twice").arg(file.entry);
             return false;
         }
         pFiles->append(file);

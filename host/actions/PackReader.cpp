@@ -18,22 +18,22 @@ constexpr qint64 k_nHarmlessBytes = qint64(1) << 30;
 constexpr qint64 k_nMostPreviewBytes = qint64(64) << 20;
 constexpr int k_nMostEntries = 2 * PackManifest::k_nMostFiles + 10;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("PackReader", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(PackReader)
+};
 
 /** What is wrong with an entry's name; empty: nothing. */
 QString nameFault(const QString &name)
 {
     const bool bDrive = name.size() >= 2 && name.at(1) == QLatin1Char(':');
     if (name.startsWith(QLatin1Char('/')) || name.startsWith(QLatin1Char('\\')) || bDrive)
-        return tr("it holds a file with an absolute name: %1").arg(name);
+        return Words::tr("it holds a file with an absolute name: %1").arg(name);
     for (const QString &part : name.split(QLatin1Char('/'))) {
         if (part == QLatin1String("..") || part.contains(QLatin1Char('\\')))
-            return tr("it holds a file that leads out of it: %1").arg(name);
+            return Words::tr("it holds a file that leads out of it: %1").arg(name);
         if (TargetNames::isDevice(part))
-            return tr("it holds a file with the name of a device: %1").arg(name);
+            return Words::tr("it holds a file with the name of a device: %1").arg(name);
     }
     return {};
 }
@@ -41,14 +41,14 @@ QString nameFault(const QString &name)
 QString entryFault(struct archive_entry *pEntry, const QString &name)
 {
     if (::archive_entry_pathname(pEntry) == nullptr || name.isEmpty() || name.contains(QChar::ReplacementCharacter))
-        return tr("it holds a file whose name cannot be read");
+        return Words::tr("it holds a file whose name cannot be read");
     if (::archive_entry_symlink(pEntry) != nullptr || ::archive_entry_hardlink(pEntry) != nullptr)
-        return tr("it holds a link: %1").arg(name);
+        return Words::tr("it holds a link: %1").arg(name);
     const auto nType = ::archive_entry_filetype(pEntry);
     if (nType != AE_IFREG && nType != AE_IFDIR)
-        return tr("it holds something that is no file: %1").arg(name);
+        return Words::tr("it holds something that is no file: %1").arg(name);
     if (::archive_entry_is_encrypted(pEntry) != 0)
-        return tr("it is encrypted");
+        return Words::tr("it is encrypted");
     return nameFault(name);
 }
 
@@ -66,7 +66,7 @@ PackReader::Archive PackReader::open(QString *pError) const
     ::archive_read_support_format_zip_seekable(pArchive.get());
     if (::archive_read_open_filename(pArchive.get(), m_path.constData(), k_nBlock) == ARCHIVE_OK)
         return pArchive;
-    *pError = tr("it cannot be opened: %1").arg(QString::fromUtf8(::archive_error_string(pArchive.get())));
+    *pError = Words::tr("it cannot be opened: %1").arg(QString::fromUtf8(::archive_error_string(pArchive.get())));
     return Archive(nullptr, &::archive_read_free);
 }
 
@@ -82,7 +82,7 @@ bool PackReader::forEachEntry(const EntryHandler &handle, QString *pError) const
         if (nStatus == ARCHIVE_EOF)
             return true;
         if (nStatus < ARCHIVE_WARN || nEntries >= k_nMostEntries) {
-            *pError = nEntries < k_nMostEntries ? tr("it is damaged") : tr("it holds too many files");
+            *pError = nEntries < k_nMostEntries ? Words::tr("it is damaged") : Words::tr("it holds too many files");
             return false;
         }
         const QString name = QString::fromUtf8(::archive_entry_pathname(pEntry));
@@ -105,12 +105,12 @@ bool PackReader::copyData(struct archive *pArchive, qint64 nMost, const std::fun
     for (;;) {
         const la_ssize_t nRead = ::archive_read_data(pArchive, buffer.data(), buffer.size());
         if (nRead < 0) {
-            *pError = tr("it is damaged: %1").arg(QString::fromUtf8(::archive_error_string(pArchive)));
+            *pError = Words::tr("it is damaged: %1").arg(QString::fromUtf8(::archive_error_string(pArchive)));
             return false;
         }
         nTaken += nRead;
         if (nTaken > nMost) {
-            *pError = tr("it unpacks to more than it says");
+            *pError = Words::tr("it unpacks to more than it says");
             return false;
         }
         if (nRead == 0)
@@ -124,18 +124,18 @@ bool PackReader::takeEntry(struct archive *pArchive, const QString &entry, qint6
 {
     const QString folded = entry.toCaseFolded();
     if (m_folded.contains(folded)) {
-        *pError = tr("it holds two files called %1").arg(entry);
+        *pError = Words::tr("it holds two files called %1").arg(entry);
         return false;
     }
     m_folded.insert(folded);
     if (nSize < 0) {
-        *pError = tr("it does not tell the size of %1").arg(entry);
+        *pError = Words::tr("it does not tell the size of %1").arg(entry);
         return false;
     }
     m_nTotal += nSize;
     const qint64 nPackBytes = fileState(m_path).nSize;
     if (m_nTotal > k_nHarmlessBytes && m_nTotal / k_nMostGrowth > nPackBytes) {
-        *pError = tr("it would unpack to far more than it can honestly hold");
+        *pError = Words::tr("it would unpack to far more than it can honestly hold");
         return false;
     }
     if (entry != QLatin1String(PackFormat::k_szManifest)) {
@@ -154,18 +154,18 @@ bool PackReader::compare(QString *pError) const
     QHash<QString, qint64> unlisted = m_sizes;
     for (const PackedFile &file : m_files) {
         if (!unlisted.contains(file.entry) || unlisted.take(file.entry) != file.nSize) {
-            *pError = tr("%1 is missing or is not what its list says").arg(file.entry);
+            *pError = Words::tr("%1 is missing or is not what its list says").arg(file.entry);
             return false;
         }
         if (file.previewEntry.isEmpty())
             continue;
         if (!unlisted.contains(file.previewEntry) || unlisted.take(file.previewEntry) > k_nMostPreviewBytes) {
-            *pError = tr("%1 is missing or too large").arg(file.previewEntry);
+            *pError = Words::tr("%1 is missing or too large").arg(file.previewEntry);
             return false;
         }
     }
     if (!unlisted.isEmpty())
-        *pError = tr("it holds a file that its list does not name: %1").arg(unlisted.cbegin().key());
+        *pError = Words::tr("it holds a file that its list does not name: %1").arg(unlisted.cbegin().key());
     return unlisted.isEmpty();
 }
 
@@ -177,7 +177,7 @@ bool PackReader::check(QString *pError)
     if (!forEachEntry(take, pError))
         return false;
     if (m_manifest.isEmpty()) {
-        *pError = tr("it has no list of its files");
+        *pError = Words::tr("it has no list of its files");
         return false;
     }
     return PackManifest::read(m_manifest, &m_files, pError) && compare(pError);

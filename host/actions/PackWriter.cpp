@@ -21,10 +21,10 @@ constexpr int k_nBuffer = 1 << 20;
 constexpr qint64 k_nMostDeflated = qint64(64) << 20;
 constexpr int k_nPrivateMode = 0644;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("PackWriter", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(PackWriter)
+};
 
 /** Whether files of this suffix shrink: most pictures, sounds and videos are compressed already. */
 bool isCompressible(const QString &suffix)
@@ -149,7 +149,7 @@ bool PackWriter::addFile(const FileRecordPtr &pRecord, ByteMeter *pMeter)
     status =
         addEntry(packed.entry, file.get(), state, bDeflate, [pMeter](qint64 nBytes) { return pMeter->add(nBytes); });
     if (status.isDone() && !isUnchanged(file.get(), state))
-        status = {IoStatus::Failed, tr("%1 changed while it was packed").arg(pRecord->fileName())};
+        status = {IoStatus::Failed, Words::tr("%1 changed while it was packed").arg(pRecord->fileName())};
     if (!status.isDone()) {
         fail(status, pRecord->fileId());
         return false;
@@ -206,7 +206,7 @@ IoStatus PackWriter::addEntry(const QString &entry, int nFd, const struct stat &
         m_pBehind->written(::lseek(m_pack.get(), 0, SEEK_CUR));
         nLeft -= nRead;
         if (!onBytes(nRead))
-            return {IoStatus::Cancelled, tr("Cancelled")};
+            return {IoStatus::Cancelled, Words::tr("Cancelled")};
     }
     return ::archive_write_finish_entry(m_pArchive) >= ARCHIVE_WARN ? IoStatus() : archiveError();
 }
@@ -233,7 +233,7 @@ bool PackWriter::finish(ByteMeter *pMeter)
         return false;
     }
     if (!pMeter->add(0)) {
-        fail({IoStatus::Cancelled, tr("Cancelled")});
+        fail({IoStatus::Cancelled, Words::tr("Cancelled")});
         return false;
     }
     const QByteArray folderPath = nativePath(QFileInfo(m_path).path());

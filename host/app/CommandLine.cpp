@@ -11,10 +11,10 @@
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CommandLine", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(CommandLine)
+};
 
 void readPlaces(const QStringList &places, CommandLine *pResult)
 {
@@ -30,13 +30,13 @@ void readPlaces(const QStringList &places, CommandLine *pResult)
         else if (state.bFile)
             files.append(path);
         else
-            pResult->error = tr("There is no file or folder %1").arg(QDir::toNativeSeparators(place));
+            pResult->error = Words::tr("There is no file or folder %1").arg(QDir::toNativeSeparators(place));
     }
     if (files.isEmpty())
         return;
     // A file comes with its folder, so further places have nowhere to be shown beside it.
     if (files.size() > 1 || !pResult->folders.isEmpty())
-        pResult->error = tr("Name one file, or any number of folders");
+        pResult->error = Words::tr("Name one file, or any number of folders");
     pResult->file = files.first();
 }
 
@@ -47,7 +47,7 @@ void readTheme(const QString &name, CommandLine *pResult)
     else if (name == QLatin1String("light"))
         pResult->theme = TSSkinSetting::LightTheme;
     else if (!name.isEmpty())
-        pResult->error = tr("There is no theme %1: dark or light").arg(name);
+        pResult->error = Words::tr("There is no theme %1: dark or light").arg(name);
 }
 
 } // namespace
@@ -56,21 +56,22 @@ CommandLine parseCommandLine(const QStringList &arguments)
 {
     CommandLine result;
     QCommandLineParser parser;
-    parser.setApplicationDescription(tr("Shows folders of files and previews them."));
+    parser.setApplicationDescription(Words::tr("Shows folders of files and previews them."));
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
-    const QString file = tr("file");
-    const QString folder = tr("folder");
-    const QCommandLineOption library(QStringLiteral("library"), tr("Keep the library in this file."), file);
-    const QCommandLineOption plugins(QStringLiteral("plugins"), tr("Load the plug-ins of this folder."), folder);
+    const QString file = Words::tr("file");
+    const QString folder = Words::tr("folder");
+    const QCommandLineOption library(QStringLiteral("library"), Words::tr("Keep the library in this file."), file);
+    const QCommandLineOption plugins(QStringLiteral("plugins"), Words::tr("Load the plug-ins of this folder."), folder);
     const QCommandLineOption tour(QStringLiteral("tour"),
-                                  tr("Show everything by itself, with pictures of each step in "
-                                     "this folder."),
+                                  Words::tr("Show everything by itself, with pictures of each step in "
+                                            "this folder."),
                                   folder);
-    const QCommandLineOption theme(QStringLiteral("theme"), tr("Start with this theme: dark or light."), tr("name"));
+    const QCommandLineOption theme(QStringLiteral("theme"), Words::tr("Start with this theme: dark or light."),
+                                   Words::tr("name"));
     parser.addOptions({library, plugins, tour, theme});
     parser.addPositionalArgument(QStringLiteral("place"),
-                                 tr("A file to preview, folders to show, or a library pack to import."),
+                                 Words::tr("A file to preview, folders to show, or a library pack to import."),
                                  QStringLiteral("[FILE|FOLDER…]"));
     if (!parser.parse(arguments)) {
         result.error = parser.errorText();

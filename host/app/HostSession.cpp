@@ -5,10 +5,13 @@
 #include "app/FileDeeds.h"
 #include "app/FileGridView.h"
 #include "app/FullPreviewPlace.h"
+#include "app/HostLanguage.h"
+#include "app/LanguageMenu.h"
 #include "app/MainWindow.h"
 #include "app/MainWindowHandle.h"
 #include "app/PreviewController.h"
 #include "app/StatusLine.h"
+#include "app/TitleBar.h"
 #include "app/panel/InfoPanel.h"
 #include "basemodule/IHostAnalysis.h"
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
@@ -60,6 +63,7 @@ void HostSession::start()
     // The library lists files on its own thread while the plug-ins are loaded here.
     showPlaces();
     loadPlugins();
+    connectLanguage();
     connectPreviews();
     connectFullPreview();
     connectAnalysis();
@@ -81,6 +85,16 @@ void HostSession::toggleTheme()
     const bool bToLight = pTheme->GetTheme() == TSSkinSetting::DarkTheme;
     pTheme->SetTheme(bToLight ? TSSkinSetting::LightTheme : TSSkinSetting::DarkTheme);
     m_ini.setValue(themeKey(), bToLight ? QStringLiteral("light") : QStringLiteral("dark"));
+}
+
+void HostSession::connectLanguage()
+{
+    LanguageMenu *pMenu = m_pWindow->titleBar()->languageMenu();
+    pMenu->setChosen(HostLanguage::remembered(m_ini));
+    connect(pMenu, &LanguageMenu::signalChosen, this, [this](const QString &code) {
+        HostLanguage::remember(&m_ini, code);
+        m_pWindow->statusLine()->setMessage(tr("The language takes effect at the next start."));
+    });
 }
 
 void HostSession::showPlaces()

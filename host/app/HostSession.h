@@ -42,6 +42,7 @@ public:
 
 private:
     void restoreTheme();
+    void connectLanguage();
     void showPlaces();
     void loadPlugins();
     void connectPreviews();

@@ -40,6 +40,7 @@ public:
     FileGridView *grid() const { return m_pGrid; }
     FolderTree *folderTree() const;
     StatusLine *statusLine() const { return m_pStatus; }
+    TitleBar *titleBar() const { return m_pTitleBar; }
     InfoPanel *infoPanel() const { return m_pPanel; }
     FullPreviewPlace *fullPreviewPlace() const { return m_pFullPlace; }
 

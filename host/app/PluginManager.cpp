@@ -12,10 +12,10 @@
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("PluginManager", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(PluginManager)
+};
 
 /** A text or a list of texts. */
 QStringList textsOf(const QJsonValue &value)
@@ -72,7 +72,7 @@ PluginState PluginManager::readMetaData(const QString &filePath)
     const QJsonObject metaData = state.pLoader->metaData();
     state.iid = metaData.value(QStringLiteral("IID")).toString();
     if (state.iid.isEmpty()) {
-        state.error = tr("it is no plug-in, or was built for another version");
+        state.error = Words::tr("it is no plug-in, or was built for another version");
         return state;
     }
     const QJsonObject own = metaData.value(QStringLiteral("MetaData")).toObject();
@@ -86,7 +86,7 @@ void PluginManager::loadFolder(const QString &folder)
     m_bRunning = true;
     const QDir dir(folder);
     if (!dir.exists()) {
-        m_folderProblems.append(tr("There is no plug-ins folder %1").arg(QDir::toNativeSeparators(folder)));
+        m_folderProblems.append(Words::tr("There is no plug-ins folder %1").arg(QDir::toNativeSeparators(folder)));
         return;
     }
     // By name, so that every start goes the same way.
@@ -99,8 +99,8 @@ void PluginManager::loadFolder(const QString &folder)
         if (state.error.isEmpty())
             load(&state);
     }
-    callStage(&IPlugin::initialize, tr("it could not be started"));
-    callStage(&IPlugin::extensionsInitialized, tr("it could not work with the other plug-ins"));
+    callStage(&IPlugin::initialize, Words::tr("it could not be started"));
+    callStage(&IPlugin::extensionsInitialized, Words::tr("it could not work with the other plug-ins"));
 }
 
 void PluginManager::load(PluginState *pState)
@@ -112,11 +112,11 @@ void PluginManager::load(PluginState *pState)
     }
     IPlugin *pPlugin = qobject_cast<IPlugin *>(pObject);
     if (pPlugin == nullptr || pPlugin->getObject() == nullptr) {
-        pState->error = tr("it is not a plug-in of this program");
+        pState->error = Words::tr("it is not a plug-in of this program");
         return;
     }
     if (!pPlugin->setPluginManager(this)) {
-        pState->error = tr("it refuses this program");
+        pState->error = Words::tr("it refuses this program");
         return;
     }
     pState->pPlugin = pPlugin;
@@ -165,7 +165,7 @@ QStringList PluginManager::problems() const
     QStringList lines = m_folderProblems;
     for (const PluginState &state : m_states) {
         if (!state.error.isEmpty())
-            lines.append(tr("%1 is not used: %2").arg(QFileInfo(state.filePath).fileName(), state.error));
+            lines.append(Words::tr("%1 is not used: %2").arg(QFileInfo(state.filePath).fileName(), state.error));
     }
     return lines;
 }

@@ -1,6 +1,7 @@
 #include "app/TitleBar.h"
 
 #include "app/HostIcons.h"
+#include "app/LanguageMenu.h"
 #include "theme/TSSkinSetting.h"
 
 #include <QApplication>
@@ -24,6 +25,8 @@ TitleBar::TitleBar(QWidget *pWindow, QWidget *pParent)
     : QWidget(pParent)
     , m_pLogo(new QLabel(this))
     , m_pTitle(new QLabel(QApplication::applicationDisplayName(), this))
+    , m_pLanguageButton(HostIcons::makeToolButton(QStringLiteral("hostLanguageButton"), tr("Language"), this))
+    , m_pLanguageMenu(new LanguageMenu(this))
     , m_pThemeButton(HostIcons::makeToolButton(QStringLiteral("hostThemeButton"), tr("Light or dark"), this))
     , m_pMinimizeButton(addButton(QStringLiteral("hostMinimizeButton"), tr("Minimise")))
     , m_pMaximizeButton(addButton(QStringLiteral("hostMaximizeButton"), tr("Maximise")))
@@ -44,11 +47,14 @@ TitleBar::TitleBar(QWidget *pWindow, QWidget *pParent)
     pLayout->addWidget(m_pLogo);
     pLayout->addWidget(m_pTitle);
     pLayout->addStretch();
+    pLayout->addWidget(m_pLanguageButton);
     pLayout->addWidget(m_pThemeButton);
     pLayout->addSpacing(8);
     for (QPushButton *pButton : {m_pMinimizeButton, m_pMaximizeButton, m_pCloseButton})
         pLayout->addWidget(pButton);
 
+    m_pLanguageButton->setMenu(m_pLanguageMenu);
+    m_pLanguageButton->setPopupMode(QToolButton::InstantPopup);
     connect(m_pThemeButton, &QToolButton::clicked, this, &TitleBar::signalThemeToggled);
     connect(m_pMinimizeButton, &QPushButton::clicked, pWindow, &QWidget::showMinimized);
     connect(m_pMaximizeButton, &QPushButton::clicked, this, &TitleBar::signalMaximizeToggled);
@@ -72,6 +78,7 @@ QPushButton *TitleBar::addButton(const QString &objectName, const QString &toolT
 void TitleBar::applyTheme()
 {
     m_pLogo->setPixmap(HostIcons::icon(QStringLiteral("nav_logo.svg")).pixmap(k_nLogoSize, k_nLogoSize));
+    HostIcons::setButtonIcon(m_pLanguageButton, QStringLiteral("host_language.svg"), QStringLiteral("\u6587"));
     HostIcons::setButtonIcon(m_pThemeButton, QStringLiteral("host_theme.svg"), QStringLiteral("\u2600"));
     m_pMinimizeButton->setStyleSheet(HostIcons::windowButtonStyleSheet(QStringLiteral("minisize")));
     m_pCloseButton->setStyleSheet(HostIcons::windowButtonStyleSheet(QStringLiteral("close")));

@@ -3,13 +3,14 @@
 #include <QPoint>
 #include <QWidget>
 
+class LanguageMenu;
 class QLabel;
 class QPushButton;
 class QToolButton;
 
 /**
- * The main window's own title bar: logo, title, the theme button and the window buttons. Moves the window when it is
- * dragged, by the window system where it can.
+ * The main window's own title bar: logo, title, buttons for language and theme, the window buttons. Moves the window
+ * when it is dragged, by the window system where it can.
  *
  * Owner: MainWindow. Thread: GUI thread only.
  */
@@ -18,6 +19,8 @@ class TitleBar : public QWidget {
 
 public:
     TitleBar(QWidget *pWindow, QWidget *pParent);
+
+    LanguageMenu *languageMenu() const { return m_pLanguageMenu; }
 
 Q_SIGNALS:
     void signalThemeToggled();
@@ -37,6 +40,8 @@ private:
 
     QLabel *m_pLogo;
     QLabel *m_pTitle;
+    QToolButton *m_pLanguageButton;
+    LanguageMenu *m_pLanguageMenu;
     QToolButton *m_pThemeButton;
     QPushButton *m_pMinimizeButton;
     QPushButton *m_pMaximizeButton;

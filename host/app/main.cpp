@@ -1,6 +1,8 @@
 #include "app/CommandLine.h"
+#include "app/HostLanguage.h"
 #include "app/HostSession.h"
 #include "app/Tour.h"
+#include "settings/HostSettings.h"
 
 #include <QApplication>
 #include <QTextCodec>
@@ -38,6 +40,8 @@ int main(int argc, char *argv[])
     QApplication::setApplicationVersion(QStringLiteral(BIGIMGPREVIEW_VERSION));
     QApplication::setStyle(QStringLiteral("Fusion"));
 
+    // Before anything that reads or shows texts, plug-ins among them.
+    HostLanguage::install(HostLanguage::remembered(QSettings(HostSettings::defaultPath(), QSettings::IniFormat)));
     const CommandLine commandLine = parseCommandLine(QApplication::arguments());
     if (!commandLine.error.isEmpty() || !commandLine.information.isEmpty())
         return answerOnConsole(commandLine);

@@ -17,10 +17,10 @@ namespace {
 
 constexpr int k_nLongestNameBytes = 255;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("SafeRename", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(SafeRename)
+};
 
 /** 0, or the system's error number. */
 int renameNative(const QByteArray &from, const QByteArray &to)
@@ -42,13 +42,13 @@ int renameNative(const QByteArray &from, const QByteArray &to)
 QString fileNameFault(const QString &name)
 {
     if (name.trimmed().isEmpty())
-        return tr("A file needs a name.");
+        return Words::tr("A file needs a name.");
     if (name == QLatin1String(".") || name == QLatin1String(".."))
-        return tr("This name stands for a folder.");
+        return Words::tr("This name stands for a folder.");
     if (name.contains(QLatin1Char('/')) || name.contains(QChar::Null))
-        return tr("A name cannot contain \"/\".");
+        return Words::tr("A name cannot contain \"/\".");
     if (QFile::encodeName(name).size() > k_nLongestNameBytes)
-        return tr("The name is too long.");
+        return Words::tr("The name is too long.");
     return {};
 }
 
@@ -59,15 +59,15 @@ bool renameWithoutReplacing(const QString &from, const QString &to, QString *pEr
     case 0:
         return true;
     case EEXIST:
-        *pError = tr("There is another file of this name.");
+        *pError = Words::tr("There is another file of this name.");
         break;
     case ENOENT:
-        *pError = tr("The file is not there any more.");
+        *pError = Words::tr("The file is not there any more.");
         break;
     case EACCES:
     case EPERM:
     case EROFS:
-        *pError = tr("The folder may not be changed.");
+        *pError = Words::tr("The folder may not be changed.");
         break;
     default:
         *pError = QString::fromLocal8Bit(std::strerror(nError));

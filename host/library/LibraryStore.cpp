@@ -11,10 +11,10 @@
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("LibraryStore", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(LibraryStore)
+};
 
 } // namespace
 
@@ -32,7 +32,7 @@ bool LibraryStore::open(const QString &path, QString *pError)
 {
     close();
     if (path != QLatin1String(":memory:") && !QDir().mkpath(QFileInfo(path).absolutePath())) {
-        *pError = tr("its folder cannot be made");
+        *pError = Words::tr("its folder cannot be made");
         return false;
     }
     m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);

@@ -7,10 +7,10 @@
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("LibraryStore", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(LibraryStore)
+};
 
 /** Bound values for "path = ? OR (path >= ? AND path < ?)": the folder and all below, served by the index. */
 void bindFolderRange(QSqlQuery *pQuery, const QString &folder, bool bRecursive)
@@ -178,7 +178,7 @@ bool LibraryStore::renameFile(const FileRow &file, const QString &newName, qint6
         taken.addBindValue(value);
     bool bDone = nFolderId != 0 && exec(&taken);
     if (bDone && taken.next()) {
-        m_lastError = tr("the library has another file of this name, which may be missing at present");
+        m_lastError = Words::tr("the library has another file of this name, which may be missing at present");
         bDone = false;
     }
     taken.finish();

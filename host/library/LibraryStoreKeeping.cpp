@@ -10,10 +10,10 @@
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("LibraryStore", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(LibraryStore)
+};
 
 } // namespace
 
@@ -45,7 +45,7 @@ QString LibraryStore::takeCoverFile(const QString &folder, const QString &file, 
     const QString name = QUuid::createUuid().toString(QUuid::Id128) + QLatin1Char('.') + suffix;
     if (QFile::rename(file, QDir(folder).filePath(name)))
         return name;
-    m_lastError = tr("the preview picture cannot be kept");
+    m_lastError = Words::tr("the preview picture cannot be kept");
     return {};
 }
 

@@ -5,10 +5,10 @@
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("LibraryStore", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(LibraryStore)
+};
 
 } // namespace
 
@@ -56,7 +56,7 @@ bool LibraryStore::writeLabels(const QVector<qint64> &fileIds, const TagRecordLi
             continue;
         done.insert(nLabelId);
         if (nLabelId == 0) {
-            m_lastError = tr("a label is neither named nor known");
+            m_lastError = Words::tr("a label is neither named nor known");
             return false;
         }
         for (const qint64 nFileId : fileIds) {

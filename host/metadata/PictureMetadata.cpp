@@ -12,10 +12,10 @@
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("FileMetadata", text);
-}
+/** What the user reads. */
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(FileMetadata)
+};
 
 /** The library prepares itself once for all threads, and must not talk to the console. */
 void prepare()
@@ -62,17 +62,17 @@ QString exposureOf(const Exiv2::ExifData &exif)
     const QLocale locale;
     const double fTime = number(exif, &Exiv2::exposureTime);
     if (fTime > 0.0 && std::isfinite(fTime))
-        parts.append(fTime < 0.4 ? tr("1/%1 s").arg(std::lround(1.0 / fTime))
-                                 : tr("%1 s").arg(locale.toString(fTime, 'g', 3)));
+        parts.append(fTime < 0.4 ? Words::tr("1/%1 s").arg(std::lround(1.0 / fTime))
+                                 : Words::tr("%1 s").arg(locale.toString(fTime, 'g', 3)));
     const double fAperture = number(exif, &Exiv2::fNumber);
     if (fAperture > 0.0 && std::isfinite(fAperture))
-        parts.append(tr("f/%1").arg(locale.toString(fAperture, 'g', 3)));
+        parts.append(Words::tr("f/%1").arg(locale.toString(fAperture, 'g', 3)));
     const double fSensitivity = number(exif, &Exiv2::isoSpeed);
     if (fSensitivity >= 1.0 && std::isfinite(fSensitivity))
-        parts.append(tr("ISO %1").arg(std::lround(fSensitivity)));
+        parts.append(Words::tr("ISO %1").arg(std::lround(fSensitivity)));
     const double fLength = number(exif, &Exiv2::focalLength);
     if (fLength > 0.0 && std::isfinite(fLength))
-        parts.append(tr("%1 mm").arg(locale.toString(fLength, 'g', 4)));
+        parts.append(Words::tr("%1 mm").arg(locale.toString(fLength, 'g', 4)));
     return parts.join(QStringLiteral("  "));
 }
 

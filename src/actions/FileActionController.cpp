@@ -14,7 +14,6 @@
 #include "interfaces/data/IPreviewDataSource.h"
 #include "plugin/PluginInnerData.h"
 
-#include <QCoreApplication>
 #include <QCursor>
 #include <QDebug>
 #include <QDesktopServices>
@@ -78,7 +77,7 @@ FileActionController::~FileActionController()
 
 QString FileActionController::text(const char *pSource) const
 {
-    return QCoreApplication::translate(m_type.pContext, pSource);
+    return m_type.text(pSource);
 }
 
 void FileActionController::showMenu(const QKeySequence &recycleKey)

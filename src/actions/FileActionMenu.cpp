@@ -5,7 +5,6 @@
 #include "common/TSCustomMenu.h"
 #include "plugin/PluginInnerData.h"
 
-#include <QCoreApplication>
 #include <QPainterPath>
 #include <QRegion>
 
@@ -18,15 +17,14 @@ constexpr int CornerRadius = 8;
 /** Adds entries with texts in the widget's words, whose functions act on the file that the menu was opened for. */
 class Builder {
 public:
-    Builder(const char *pContext, FileActionController *pController)
-        : m_pContext(pContext)
+    Builder(const FileActionType &type, FileActionController *pController)
+        : m_type(type)
         , m_pController(pController)
         , m_nFileId(PluginInnerData::instance()->currentFileId())
     {
     }
 
-    /** The texts are marked for one type; the other types' translations repeat them in their own context. */
-    QString text(const char *pSource) const { return QCoreApplication::translate(m_pContext, pSource); }
+    QString text(const char *pSource) const { return m_type.text(pSource); }
 
     QAction *add(QMenu *pMenu, const char *pText, const std::function<void()> &run) const
     {
@@ -55,7 +53,7 @@ public:
     }
 
 private:
-    const char *m_pContext;
+    const FileActionType &m_type;
     FileActionController *m_pController;
     qint64 m_nFileId;
 };
@@ -112,7 +110,7 @@ TSCustomMenu *FileActionMenu::create(const FileActionType &type, const FileActio
                                      const QKeySequence &recycleKey, FileActionController *pController,
                                      QWidget *pWidget)
 {
-    const Builder builder(type.pContext, pController);
+    const Builder builder(type, pController);
     auto *pMenu = new TSCustomMenu(pWidget);
     const auto open = [pController] {
         pController->defaultOpen();

@@ -1,6 +1,12 @@
 #include "actions/FileActionType.h"
 
-#include <QtGlobal>
+#include <QCoreApplication>
+
+QString FileActionType::text(const char *pSource) const
+{
+    const QString own = QCoreApplication::translate(pContext, pSource);
+    return own != QString::fromUtf8(pSource) ? own : QCoreApplication::translate(image().pContext, pSource);
+}
 
 const FileActionType &FileActionType::image()
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <functional>
 
 /** What tells the file menu and the file actions of one type widget from those of the others. */
@@ -11,6 +13,12 @@ struct FileActionType {
     bool bOpensFile;               ///< "Open with Default App" does something.
     bool bFixedCoverHidesSettings; ///< No "File Settings" where the record says that its preview picture is fixed.
     bool bSettingsRounded;         ///< The corners of "File Settings" are cut round as those of the other sub-menus.
+
+    /**
+     * The text in the widget's own words. Most texts are those of every type and marked for pictures only: theirs holds
+     * where the widget has none of its own.
+     */
+    QString text(const char *pSource) const;
 
     static const FileActionType &image();
     static const FileActionType &presentation();

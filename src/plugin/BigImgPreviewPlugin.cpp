@@ -2,6 +2,7 @@
 
 #include "interfaces/plugin/PluginInfo.h"
 #include "plugin/PluginInnerData.h"
+#include "plugin/PluginTranslation.h"
 #include "preview/PreviewDbClickWidget.h"
 #include "preview/PreviewSpaceDialog.h"
 
@@ -19,6 +20,7 @@ void prepareSharedState(const QVector<qint64> &fileIds, int nIndex, qint64 nFile
 BigImgPreviewPlugin::BigImgPreviewPlugin(QObject *pParent)
     : QObject(pParent)
 {
+    installPluginTranslation(this);
 }
 
 QObject *BigImgPreviewPlugin::getObject()

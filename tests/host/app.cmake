@@ -9,6 +9,7 @@ bigimgpreview_test(tst_host_watch SOURCES app/tst_host_watch.cpp app/LibraryFixt
 bigimgpreview_test(tst_host_grid SOURCES app/tst_host_grid.cpp LIBRARIES hostapp_core)
 bigimgpreview_test(tst_host_previews SOURCES app/tst_host_previews.cpp LIBRARIES hostapp_core)
 bigimgpreview_test(tst_host_notes SOURCES app/tst_host_notes.cpp LIBRARIES hostapp_core)
+bigimgpreview_test(tst_host_language SOURCES app/tst_host_language.cpp LIBRARIES hostapp_core)
 
 bigimgpreview_test(tst_host_plugins SOURCES app/tst_host_plugins.cpp LIBRARIES hostapp_core)
 # One module for each way in which a plug-in can be of no use.

@@ -1,0 +1,99 @@
+#include "TestMain.h"
+#include "app/HostLanguage.h"
+#include "app/HostSession.h"
+#include "app/LanguageMenu.h"
+#include "app/MainWindow.h"
+#include "app/TitleBar.h"
+#include "settings/HostSettings.h"
+
+#include <QAction>
+#include <QLocale>
+#include <QTemporaryDir>
+#include <QTranslator>
+
+/** The choice of a language: kept from start to start, and what the program shows then. */
+class HostLanguageTest : public LoggedTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isRemembered();
+    void unknownIsSystem();
+    void install_data();
+    void install();
+
+private:
+    /** What a new session finds chosen; chooses an entry when one is named. */
+    QString session(const QString &choose = {})
+    {
+        const QTemporaryDir folder;
+        CommandLine commandLine;
+        commandLine.libraryPath = folder.filePath(QStringLiteral("library.db"));
+        commandLine.pluginFolder = folder.path();
+        commandLine.folders = QStringList(folder.path());
+        log().expect(QStringLiteral("plug-in"));
+        HostSession host(commandLine, folder.path());
+        host.start();
+        QString checked;
+        QAction *pWanted = nullptr;
+        for (QAction *pAction : host.window()->titleBar()->languageMenu()->actions()) {
+            if (pAction->isChecked())
+                checked += pAction->text();
+            if (pAction->text() == choose)
+                pWanted = pAction;
+        }
+        if (pWanted != nullptr)
+            pWanted->trigger();
+        return checked;
+    }
+};
+
+void HostLanguageTest::isRemembered()
+{
+    QFile::remove(HostSettings::defaultPath());
+    const QString chinese = QStringLiteral("\u7b80\u4f53\u4e2d\u6587");
+    QCOMPARE(session(chinese), QStringLiteral("System"));
+    QCOMPARE(session(QStringLiteral("English")), chinese);
+    QCOMPARE(session(QStringLiteral("System")), QStringLiteral("English"));
+    QCOMPARE(session(), QStringLiteral("System"));
+}
+
+void HostLanguageTest::unknownIsSystem()
+{
+    const QTemporaryDir folder;
+    QSettings ini(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    for (const char *pCode : {"", "en", "zh_CN", "xx", "../zh_CN"}) {
+        const QString code = QString::fromLatin1(pCode);
+        HostLanguage::remember(&ini, code);
+        QCOMPARE(HostLanguage::remembered(ini), HostLanguage::isKnown(code) ? code : QString());
+    }
+    QVERIFY(!HostLanguage::isKnown(QStringLiteral("xx")));
+}
+
+void HostLanguageTest::install_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<int>("language");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("system, which has none here") << QString() << int(QLocale::C) << "Light or dark";
+    QTest::newRow("English") << QStringLiteral("en") << int(QLocale::English) << "Light or dark";
+    QTest::newRow("Chinese") << QStringLiteral("zh_CN") << int(QLocale::Chinese)
+                             << QStringLiteral("\u6d45\u8272\u6216\u6df1\u8272");
+}
+
+void HostLanguageTest::install()
+{
+    QFETCH(QString, code);
+    QFETCH(int, language);
+    QFETCH(QString, text);
+    HostLanguage::install(code);
+    const int nSet = QLocale().language();
+    const QString seen = TitleBar::tr("Light or dark");
+    // Before anything is compared: the next row begins without it.
+    qDeleteAll(qApp->findChildren<QTranslator *>());
+    QLocale::setDefault(QLocale::system());
+    QCOMPARE(nSet, language);
+    QCOMPARE(seen, text);
+}
+
+BIGIMGPREVIEW_TEST_MAIN(HostLanguageTest)
+#include "tst_host_language.moc"

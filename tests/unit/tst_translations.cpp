@@ -1,0 +1,145 @@
+#include "TestMain.h"
+#include "actions/FileActionType.h"
+#include "plugin/PluginTranslation.h"
+
+#include <QCoreApplication>
+#include <QDomDocument>
+#include <QFile>
+#include <QLocale>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+Q_DECLARE_METATYPE(const FileActionType *)
+
+namespace {
+
+/** What a translation must keep: the places of numbers and names, line ends, and the bracket that a key's text follows.
+ */
+QStringList marksOf(const QString &text)
+{
+    static const QRegularExpression mark(QStringLiteral("%L?\\d+%?|%n|\n|\\($"));
+    QStringList marks;
+    for (auto match = mark.globalMatch(text); match.hasNext();)
+        marks.append(match.next().captured());
+    marks.sort();
+    return marks;
+}
+
+} // namespace
+
+/** The translations against the sources as they are, and the plug-in's choice of one. */
+class tst_translations : public LoggedTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() override
+    {
+        QLocale::setDefault(QLocale::c());
+        LoggedTest::cleanup();
+    }
+    void complete_data();
+    void complete();
+    void followsTheLocale_data();
+    void followsTheLocale();
+    void everyTypeHasItsMenu_data();
+    void everyTypeHasItsMenu();
+};
+
+void tst_translations::complete_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QString>("file");
+    QTest::newRow("plug-in") << QStringLiteral("src") << QStringLiteral("bigimgpreview_zh_CN.ts");
+    QTest::newRow("host") << QStringLiteral("host") << QStringLiteral("host_zh_CN.ts");
+}
+
+void tst_translations::complete()
+{
+    QFETCH(QString, folder);
+    QFETCH(QString, file);
+    const QString source = QStringLiteral(BIGIMGPREVIEW_SOURCE_DIR "/") + folder;
+    const QTemporaryDir work;
+    const QString copy = work.filePath(file);
+    QVERIFY(QFile::copy(source + QStringLiteral("/translations/") + file, copy));
+    QProcess lupdate;
+    lupdate.start(QStringLiteral(LUPDATE),
+                  {QStringLiteral("-locations"), QStringLiteral("none"), source, QStringLiteral("-ts"), copy});
+    QVERIFY(lupdate.waitForFinished(60000));
+    QCOMPARE(lupdate.exitCode(), 0);
+    // Texts that it cannot place are never translated, and would not be missed below.
+    const QString said = QString::fromUtf8(lupdate.readAllStandardError());
+    for (const char *pComplaint : {"without context", "lacks Q_OBJECT"})
+        QVERIFY2(!said.contains(QLatin1String(pComplaint)), qPrintable(said));
+
+    QFile ts(copy);
+    QVERIFY(ts.open(QIODevice::ReadOnly));
+    QDomDocument document;
+    QVERIFY(document.setContent(&ts));
+    const QDomNodeList messages = document.elementsByTagName(QStringLiteral("message"));
+    QVERIFY(messages.size() > 50);
+    QStringList faults;
+    for (int i = 0; i < messages.size(); ++i) {
+        const QString text = messages.at(i).firstChildElement(QStringLiteral("source")).text();
+        const QDomElement translation = messages.at(i).firstChildElement(QStringLiteral("translation"));
+        // "unfinished" where it is new or open, "vanished" where the sources have no such text any more.
+        if (translation.hasAttribute(QStringLiteral("type")) || translation.text().isEmpty())
+            faults.append(QStringLiteral("%1: \"%2\"").arg(translation.attribute(QStringLiteral("type")), text));
+        else if (marksOf(text) != marksOf(translation.text()))
+            faults.append(QStringLiteral("other marks: \"%1\"").arg(text));
+    }
+    QVERIFY2(faults.isEmpty(), qPrintable(QStringLiteral("Run target update_translations and translate\n") +
+                                          faults.join(QLatin1Char('\n'))));
+}
+
+void tst_translations::followsTheLocale_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<bool>("translated");
+    QTest::newRow("simplified Chinese") << QStringLiteral("zh_CN") << true;
+    QTest::newRow("simplified Chinese elsewhere") << QStringLiteral("zh_SG") << true;
+    QTest::newRow("traditional Chinese") << QStringLiteral("zh_TW") << false;
+    QTest::newRow("English") << QStringLiteral("en_GB") << false;
+    QTest::newRow("no language") << QStringLiteral("C") << false;
+}
+
+void tst_translations::followsTheLocale()
+{
+    QFETCH(QString, locale);
+    QFETCH(bool, translated);
+    const auto close = [] {
+        return QCoreApplication::translate("HubTitleBar", "Close");
+    };
+    QLocale::setDefault(QLocale(locale));
+    {
+        QObject owner;
+        installPluginTranslation(&owner);
+        QCOMPARE(close() != QLatin1String("Close"), translated);
+    }
+    // An unloaded plug-in leaves nothing behind that texts are looked up in.
+    QCOMPARE(close(), QStringLiteral("Close"));
+}
+
+void tst_translations::everyTypeHasItsMenu_data()
+{
+    using TypeOf = const FileActionType &(*)();
+    QTest::addColumn<const FileActionType *>("type");
+    const TypeOf types[] = {&FileActionType::image, &FileActionType::presentation, &FileActionType::video,
+                            &FileActionType::audio};
+    for (const TypeOf type : types)
+        QTest::newRow(type().pTypeWord) << &type();
+}
+
+void tst_translations::everyTypeHasItsMenu()
+{
+    QFETCH(const FileActionType *, type);
+    QLocale::setDefault(QLocale(QStringLiteral("zh_CN")));
+    QObject owner;
+    QCOMPARE(type->text("Export File"), QStringLiteral("Export File"));
+    installPluginTranslation(&owner);
+    for (const char *pText : {"Export File", "Operation exception", type->pCoverItem, type->pCoverDone})
+        QVERIFY2(type->text(pText) != QString::fromUtf8(pText), pText);
+}
+
+BIGIMGPREVIEW_TEST_MAIN(tst_translations)
+#include "tst_translations.moc"
