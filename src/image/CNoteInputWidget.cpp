@@ -78,7 +78,12 @@ bool CNoteInputWidget::isEditing() const
 
 bool CNoteInputWidget::hasUnsavedText() const
 {
-    return !isHidden() && currentWidget() == m_pEditPage && m_pEditPage->isTextModified() && m_pEditPage->canSave();
+    return canSave() && m_pEditPage->isTextModified();
+}
+
+bool CNoteInputWidget::canSave() const
+{
+    return !isHidden() && currentWidget() == m_pEditPage && m_pEditPage->canSave();
 }
 
 void CNoteInputWidget::slot_saveNoteInfo()

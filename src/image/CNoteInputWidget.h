@@ -24,6 +24,8 @@ public:
     bool isEditing() const;
     /** A text was typed that would be lost. */
     bool hasUnsavedText() const;
+    /** The text may be written, and there is one to save. */
+    bool canSave() const;
     QString text() const { return m_pEditPage->text(); }
     void applyStyle();
 
