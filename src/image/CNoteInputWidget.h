@@ -28,6 +28,8 @@ public:
     bool canSave() const;
     QString text() const { return m_pEditPage->text(); }
     void applyStyle();
+    /** The focus, for what one does on the page that is open. */
+    void takeFocus();
 
 Q_SIGNALS:
     void signal_saveNoteInfo(QString strNoteText);

@@ -75,6 +75,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent *pEvent) override;
     void mouseDoubleClickEvent(QMouseEvent *pEvent) override;
     void leaveEvent(QEvent *pEvent) override;
+    void focusInEvent(QFocusEvent *pEvent) override;
     void keyPressEvent(QKeyEvent *pEvent) override;
     void hideEvent(QHideEvent *pEvent) override;
 

@@ -81,6 +81,14 @@ bool CNoteWidget::event(QEvent *pEvent)
     return QWidget::event(pEvent);
 }
 
+void CNoteWidget::focusInEvent(QFocusEvent *pEvent)
+{
+    QWidget::focusInEvent(pEvent);
+    // Who clicked in the tool bar goes on writing.
+    if (!m_pCard->isHidden())
+        m_pCard->takeFocus();
+}
+
 void CNoteWidget::leaveCard()
 {
     if (m_pCard->isHidden())
@@ -323,8 +331,12 @@ void CNoteWidget::keyPressEvent(QKeyEvent *pEvent)
 void CNoteWidget::hideEvent(QHideEvent *pEvent)
 {
     // Whoever hides the overlay has saved before what is to be saved.
-    if (isHidden())
+    if (isHidden()) {
         cancelSelectedRect();
+        // Otherwise the next widget of the window has it, which may be the host's, and the preview's keys are dead.
+        if (hasFocus() && parentWidget() != nullptr)
+            parentWidget()->setFocus();
+    }
     m_pFlashTimer->stop();
     m_nFlashed = -1;
     QWidget::hideEvent(pEvent);

@@ -94,6 +94,9 @@ void PictureNotes::enter()
     m_pOverlay->show();
     m_pOverlay->raise();
     m_pToolBar->raise();
+    // A click on a button would give the focus to the hub, and Escape would leave the preview and not the mode.
+    m_pToolBar->setFocusPolicy(Qt::ClickFocus);
+    m_pToolBar->setFocusProxy(m_pOverlay);
     m_pOverlay->setFocus();
     if (!m_bPlaceable)
         WaitNotice::showWarning(m_pWidget, tr("Comments cannot be placed while the picture cannot be shown"));
@@ -129,6 +132,8 @@ void PictureNotes::leave(bool bTell)
 void PictureNotes::becomeOff()
 {
     m_mode = Off;
+    m_pToolBar->setFocusProxy(nullptr); // first, as the policy would be the proxy's too
+    m_pToolBar->setFocusPolicy(Qt::NoFocus);
     m_pRefreshTimer->stop();
     m_pUndoNotice->hide();
     m_bPanning = false;

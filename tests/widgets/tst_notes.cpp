@@ -571,8 +571,16 @@ void tst_notes::keys()
     QTest::keyClick(textBox(), Qt::Key_Escape);
     QVERIFY(!card()->isVisible() && overlay()->isVisible());
     QCOMPARE(overlay()->regionCount(), 0);
+    // Neither a click in the tool bar nor leaving the mode takes the keys out of the preview.
+    m_pWidget->setFocusPolicy(Qt::StrongFocus); // as the hub has it
+    m_pWidget->activateWindow();
+    QTRY_VERIFY(overlay()->hasFocus());
+    QTest::mouseClick(m_pWidget->findChild<ImgPreviewToolBar *>()->button(ImgPreviewToolBar::FlipButton),
+                      Qt::LeftButton);
+    QVERIFY(overlay()->hasFocus());
     QTest::keyClick(overlay(), Qt::Key_Escape);
     QVERIFY(!overlay()->isVisible() && !pComment->isChecked());
+    QVERIFY(m_pWidget->hasFocus());
     m_pWidget->slot_EditBtnClicked(); // on, not off again
     QVERIFY(overlay()->isVisible());
     QCOMPARE(requests(), 0);
