@@ -37,7 +37,9 @@ QIcon badge(int nNumber, const QColor &color, double fRatio)
     painter.setFont(font);
     painter.setPen(qGray(color.rgb()) > 110 ? Qt::black : Qt::white);
     painter.drawText(QRect(0, 0, k_nBadgeSide, k_nBadgeSide), Qt::AlignCenter, QString::number(nNumber));
-    return QIcon(picture);
+    QIcon icon(picture);
+    icon.addPixmap(picture, QIcon::Selected); // as it is: a selection tints it, and the colour tells the note
+    return icon;
 }
 
 } // namespace

@@ -60,7 +60,7 @@ void CNoteInputWidget::openToEdit(const NoteDescription &note)
     m_note = note;
     m_pEditPage->setNote(note);
     turnTo(m_pEditPage);
-    m_pEditPage->focusText();
+    takeFocus();
 }
 
 void CNoteInputWidget::openToShow(const NoteDescription &note)
@@ -68,7 +68,15 @@ void CNoteInputWidget::openToShow(const NoteDescription &note)
     m_note = note;
     m_pShowPage->setNote(note);
     turnTo(m_pShowPage);
-    setFocus();
+    takeFocus();
+}
+
+void CNoteInputWidget::takeFocus()
+{
+    if (currentWidget() == m_pEditPage)
+        m_pEditPage->focusText();
+    else
+        setFocus();
 }
 
 bool CNoteInputWidget::isEditing() const
@@ -78,7 +86,12 @@ bool CNoteInputWidget::isEditing() const
 
 bool CNoteInputWidget::hasUnsavedText() const
 {
-    return !isHidden() && currentWidget() == m_pEditPage && m_pEditPage->isTextModified() && m_pEditPage->canSave();
+    return canSave() && m_pEditPage->isTextModified();
+}
+
+bool CNoteInputWidget::canSave() const
+{
+    return !isHidden() && currentWidget() == m_pEditPage && m_pEditPage->canSave();
 }
 
 void CNoteInputWidget::slot_saveNoteInfo()

@@ -24,8 +24,12 @@ public:
     bool isEditing() const;
     /** A text was typed that would be lost. */
     bool hasUnsavedText() const;
+    /** The text may be written, and there is one to save. */
+    bool canSave() const;
     QString text() const { return m_pEditPage->text(); }
     void applyStyle();
+    /** The focus, for what one does on the page that is open. */
+    void takeFocus();
 
 Q_SIGNALS:
     void signal_saveNoteInfo(QString strNoteText);

@@ -32,6 +32,7 @@ CNoteWidget::CNoteWidget(QWidget *pParent)
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(tr("Comments on the picture"));
+    setAccessibleDescription(tr("Ctrl+Tab chooses the next comment, Enter opens it and Delete deletes it"));
     m_pCard->hide();
     m_pBadge->hide();
     m_pFlashTimer->setInterval(FlashInterval);
@@ -81,7 +82,7 @@ void CNoteWidget::setNotes(const QVector<NoteRecord> &notes)
         keptPlace = m_places.at(nOld);
         const bool bStored = m_pSelected->nId < m_nStored;
         nKept = bStored ? positionInList(keptPlace.record, m_pSelected->nId, notes) : notes.size();
-        if (nKept < 0 && m_pCard->hasUnsavedText())
+        if (nKept < 0 && hasUnsaved())
             nKept = notes.size();
         if (nKept >= 0)
             pKept = std::move(m_regions.at(nOld));
@@ -187,8 +188,9 @@ void CNoteWidget::openCard(NoteRegin *pRegion, bool bToEdit)
     select(pRegion);
     pRegion->pWidget = m_pCard;
     const NoteGeometry::Corners &corners = m_places.at(size_t(pRegion->nId)).corners;
+    // What is stored are whole pixels, and those are told.
     const auto length = [](double fFrom, double fTo) {
-        return int(qMin(std::round(std::abs(fTo - fFrom)), 1e9));
+        return int(qMin(std::abs(NoteGeometry::truncated(fTo) - NoteGeometry::truncated(fFrom)), 1e9));
     };
     const NoteDescription note = {
         pRegion->nId + 1, pRegion->strText,
@@ -224,9 +226,17 @@ void CNoteWidget::placeCard()
     m_pCard->move(NoteGeometry::cardPlace(m_pCard->size(), region, freeArea).topLeft());
 }
 
+bool CNoteWidget::hasUnsaved() const
+{
+    if (m_pSelected == nullptr || !m_pCard->canSave())
+        return false;
+    return m_pCard->hasUnsavedText() || m_pSelected->nState == NoteResized ||
+           m_pSelected->color != m_selectedBefore.color;
+}
+
 NoteRegin *CNoteWidget::unsavedRegion()
 {
-    if (m_pSelected == nullptr || !m_pCard->hasUnsavedText())
+    if (!hasUnsaved())
         return nullptr;
     m_pSelected->strText = m_pCard->text();
     return m_pSelected;
@@ -250,6 +260,7 @@ void CNoteWidget::cancelSelectedRect()
     pRegion->color = m_selectedBefore.color;
     pRegion->strText = m_selectedBefore.strText;
     pRegion->nState = NoteIdle;
+    pRegion->ptPress = pRegion->ptLast = QPoint();
     Place &place = m_places.at(size_t(pRegion->nId));
     place.corners = NoteGeometry::cornersOf(place.record.rect);
     layRegion(pRegion, place.corners);

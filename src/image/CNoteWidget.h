@@ -47,7 +47,8 @@ public:
     /** Where a region's number lies. */
     QRect badgeRect(int nIndex) const;
     CNoteInputWidget *card() const { return m_pCard; }
-    /** The note that is being written where its text would be lost; null otherwise. It has that text. */
+    /** The note whose card is open where its text, colour or new size would be lost; null otherwise. It has that text.
+     */
     NoteRegin *unsavedRegion();
 
     /** Draws the eye to a note. */
@@ -74,6 +75,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent *pEvent) override;
     void mouseDoubleClickEvent(QMouseEvent *pEvent) override;
     void leaveEvent(QEvent *pEvent) override;
+    void focusInEvent(QFocusEvent *pEvent) override;
     void keyPressEvent(QKeyEvent *pEvent) override;
     void hideEvent(QHideEvent *pEvent) override;
 
@@ -93,6 +95,7 @@ private:
     int regionAt(const QPoint &pos) const;
     int handleAt(int nIndex, const QPoint &pos) const;
     bool isHeld() const;
+    bool hasUnsaved() const;
 
     // Input: see CNoteWidgetInput.cpp.
     void startDrawing(const QPoint &pos);
@@ -103,6 +106,7 @@ private:
     void releaseResized(NoteRegin *pRegion);
     void hover(const QPoint &pos);
     void leaveCard();
+    void selectNext(bool bForward);
     void escapeFromCard();
 
     void select(NoteRegin *pRegion);

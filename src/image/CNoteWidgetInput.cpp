@@ -16,6 +16,21 @@ QPoint keptIn(const QPoint &pos, const QRect &bounds)
             qBound(bounds.top(), pos.y(), bounds.top() + bounds.height())};
 }
 
+bool isEnter(const QKeyEvent *pEvent)
+{
+    return pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter;
+}
+
+/** From note to note by Ctrl+Tab, as Tab alone is a key of the preview: 1, -1, or 0 for another key. */
+int stepOf(const QKeyEvent *pEvent)
+{
+    if (!pEvent->modifiers().testFlag(Qt::ControlModifier))
+        return 0;
+    const bool bBack = pEvent->key() == Qt::Key_Backtab || pEvent->modifiers().testFlag(Qt::ShiftModifier);
+    const bool bTab = pEvent->key() == Qt::Key_Tab || pEvent->key() == Qt::Key_Backtab;
+    return bTab ? (bBack ? -1 : 1) : 0;
+}
+
 } // namespace
 
 bool CNoteWidget::isHeld() const
@@ -54,8 +69,10 @@ bool CNoteWidget::event(QEvent *pEvent)
 {
     if (pEvent->type() == QEvent::ShortcutOverride) {
         const auto *pKey = static_cast<QKeyEvent *>(pEvent);
+        // Delete also where no note is chosen: pressed once too often, it is not to remove the file.
         const bool bOwn = pKey->key() == Qt::Key_Escape ||
-                          (m_pSelected != nullptr && (pKey->key() == Qt::Key_Delete || pKey->key() == Qt::Key_Return));
+                          (pKey->key() == Qt::Key_Delete && pKey->modifiers() == Qt::NoModifier) ||
+                          (m_pSelected != nullptr && isEnter(pKey)) || stepOf(pKey) != 0;
         if (bOwn) {
             pEvent->accept();
             return true;
@@ -64,12 +81,20 @@ bool CNoteWidget::event(QEvent *pEvent)
     return QWidget::event(pEvent);
 }
 
+void CNoteWidget::focusInEvent(QFocusEvent *pEvent)
+{
+    QWidget::focusInEvent(pEvent);
+    // Who clicked in the tool bar goes on writing.
+    if (!m_pCard->isHidden())
+        m_pCard->takeFocus();
+}
+
 void CNoteWidget::leaveCard()
 {
     if (m_pCard->isHidden())
         return;
-    // A click beside the card loses nothing that was typed.
-    if (m_pCard->hasUnsavedText())
+    // A click beside the card loses nothing that was typed, chosen or drawn: Escape is there for that.
+    if (hasUnsaved())
         slot_saveNoteInfo(m_pCard->text());
     else
         cancelSelectedRect();
@@ -128,19 +153,22 @@ void CNoteWidget::dragTo(const QPoint &pos)
 {
     NoteRegin *pRegion = m_pDrawn ? m_pDrawn.get() : m_pSelected;
     const QRect before = dirtyRect(*pRegion);
-    const QPoint inside = keptIn(pos, pictureBounds());
+    const QRect bounds = pictureBounds();
     pRegion->ptLast = pos;
     if (m_pDrawn) {
         m_pDrawn->nState = NoteDrawing;
-        m_pDrawn->ptEnd = inside;
+        m_pDrawn->ptEnd = keptIn(pos, bounds);
         takeRectangle(pRegion, NoteGeometry::normalised(m_pDrawn->ptStart, m_pDrawn->ptEnd));
     } else if (!m_bDrawingAllowed || !m_toView.isInvertible()) {
         return;
     } else if (pRegion->nState == NoteMoving) {
-        takeRectangle(pRegion, NoteGeometry::shiftedInto(m_selectedBefore.rect.translated(pos - pRegion->ptPress),
-                                                         pictureBounds()));
+        takeRectangle(pRegion,
+                      NoteGeometry::shiftedInto(m_selectedBefore.rect.translated(pos - pRegion->ptPress), bounds));
     } else {
-        takeRectangle(pRegion, NoteGeometry::resized(m_selectedBefore.rect, m_nHeldHandle, inside - pRegion->ptPress));
+        // By the way of the handle, not by the place of the mouse: handles may be held outside the picture.
+        const QRect &rect = m_selectedBefore.rect;
+        const QPoint way = NoteGeometry::offsetWithin(rect, m_nHeldHandle, pos - pRegion->ptPress, bounds);
+        takeRectangle(pRegion, NoteGeometry::resized(rect, m_nHeldHandle, way));
     }
     update(before.united(dirtyRect(*pRegion)));
 }
@@ -254,6 +282,15 @@ void CNoteWidget::leaveEvent(QEvent *pEvent)
     m_nHovered = -1;
 }
 
+void CNoteWidget::selectNext(bool bForward)
+{
+    const int nCount = regionCount();
+    if (nCount == 0 || isHeld() || m_pDrawn || !m_pCard->isHidden())
+        return;
+    const int nFrom = m_pSelected != nullptr ? m_pSelected->nId : (bForward ? -1 : 0);
+    select(m_regions.at(size_t((nFrom + (bForward ? 1 : nCount - 1)) % nCount)).get());
+}
+
 void CNoteWidget::escapeFromCard()
 {
     const int nSelected = m_pSelected != nullptr && m_pSelected->nId < m_nStored ? m_pSelected->nId : -1;
@@ -275,7 +312,13 @@ void CNoteWidget::keyPressEvent(QKeyEvent *pEvent)
     case Qt::Key_Delete:
         slot_deleteNote();
         break;
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        if (const int nStep = stepOf(pEvent))
+            selectNext(nStep > 0);
+        break;
     case Qt::Key_Return:
+    case Qt::Key_Enter:
         if (m_pSelected != nullptr && m_pCard->isHidden())
             openCard(m_pSelected, true);
         break;
@@ -288,8 +331,12 @@ void CNoteWidget::keyPressEvent(QKeyEvent *pEvent)
 void CNoteWidget::hideEvent(QHideEvent *pEvent)
 {
     // Whoever hides the overlay has saved before what is to be saved.
-    if (isHidden())
+    if (isHidden()) {
         cancelSelectedRect();
+        // Otherwise the next widget of the window has it, which may be the host's, and the preview's keys are dead.
+        if (hasFocus() && parentWidget() != nullptr)
+            parentWidget()->setFocus();
+    }
     m_pFlashTimer->stop();
     m_nFlashed = -1;
     QWidget::hideEvent(pEvent);

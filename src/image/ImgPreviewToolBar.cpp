@@ -66,6 +66,8 @@ ImgPreviewToolBar::ImgPreviewToolBar(QWidget *pParent)
     for (const ButtonRow &row : ButtonRows) {
         auto *pButton = new CircleBtn(this, ButtonSide, ButtonSide);
         pButton->setIcons(QLatin1String(row.pNormalIcon), QLatin1String(row.pSelectedIcon));
+        // A click leaves the keys with the picture, or with the comment that is being written.
+        pButton->setFocusPolicy(Qt::TabFocus);
         m_buttons.append(pButton);
     }
     m_pCancelBtn->setText(tr("Cancel"));

@@ -10,6 +10,7 @@ constexpr int HandleSide = 16;
 constexpr int RoomInside = 24; ///< What has to be left of a region between its handles.
 constexpr int CardGap = 10;
 constexpr double WidgetLimit = 1e6;
+constexpr double RoundingError = 1e-6;
 
 int toCoordinate(double fValue)
 {
@@ -140,6 +141,17 @@ QRect NoteGeometry::resized(const QRect &rect, int nHandle, const QPoint &offset
     return normalised(first, second);
 }
 
+QPoint NoteGeometry::offsetWithin(const QRect &rect, int nHandle, const QPoint &offset, const QRect &bounds)
+{
+    const QPoint from = handlePoint(rect, nHandle);
+    const QPoint to = from + offset;
+    const int nRight = bounds.left() + bounds.width();
+    const int nBottom = bounds.top() + bounds.height();
+    return QPoint(qBound(qMin(bounds.left(), from.x()), to.x(), qMax(nRight, from.x())),
+                  qBound(qMin(bounds.top(), from.y()), to.y(), qMax(nBottom, from.y()))) -
+           from;
+}
+
 QRect NoteGeometry::shiftedInto(const QRect &rect, const QRect &bounds)
 {
     QRect result = rect;
@@ -174,4 +186,9 @@ double NoteGeometry::snapped(double fValue, double fFirst, double fSecond, doubl
     if (std::abs(fValue - fFirst) <= fTolerance)
         return fFirst;
     return std::abs(fValue - fSecond) <= fTolerance ? fSecond : fValue;
+}
+
+double NoteGeometry::truncated(double fValue)
+{
+    return std::trunc(fValue + std::copysign(RoundingError, fValue));
 }

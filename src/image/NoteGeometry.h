@@ -37,6 +37,9 @@ Qt::CursorShape cursorOf(int nHandle);
 /** A rectangle whose edges at the handle moved by an offset; pulled across, it turns over. */
 QRect resized(const QRect &rect, int nHandle, const QPoint &offset);
 
+/** An offset that takes the handle's point no farther out of the bounds than it lies already. */
+QPoint offsetWithin(const QRect &rect, int nHandle, const QPoint &offset, const QRect &bounds);
+
 /** Moved into the bounds, as far as it is not larger. */
 QRect shiftedInto(const QRect &rect, const QRect &bounds);
 
@@ -45,5 +48,8 @@ QRect cardPlace(const QSize &card, const QRect &region, const QRect &freeArea);
 
 /** An edge of a picture that a mapped coordinate means, when it lies within the tolerance of one that is stored. */
 double snapped(double fValue, double fFirst, double fSecond, double fTolerance);
+
+/** Towards zero, but not below a whole number that is missed by a rounding error only. */
+double truncated(double fValue);
 
 } // namespace NoteGeometry

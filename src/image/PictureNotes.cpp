@@ -19,12 +19,12 @@
 #include <QTimer>
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
 constexpr int RefreshDelay = 150;
 constexpr double HalfPixel = 0.5;
-constexpr double RoundingError = 1e-6;
 constexpr int LongestName = 40;
 
 bool isSameList(const QVector<NoteRecord> &left, const QVector<NoteRecord> &right)
@@ -33,12 +33,6 @@ bool isSameList(const QVector<NoteRecord> &left, const QVector<NoteRecord> &righ
         return a.rect == b.rect && a.value == b.value && a.text == b.text;
     };
     return left.size() == right.size() && std::equal(left.cbegin(), left.cend(), right.cbegin(), isSame);
-}
-
-/** Towards zero, but not below a whole number that is missed by a rounding error only. */
-int truncated(double fValue)
-{
-    return int(fValue + std::copysign(RoundingError, fValue));
 }
 
 } // namespace
@@ -100,6 +94,9 @@ void PictureNotes::enter()
     m_pOverlay->show();
     m_pOverlay->raise();
     m_pToolBar->raise();
+    // A click on a button would give the focus to the hub, and Escape would leave the preview and not the mode.
+    m_pToolBar->setFocusPolicy(Qt::ClickFocus);
+    m_pToolBar->setFocusProxy(m_pOverlay);
     m_pOverlay->setFocus();
     if (!m_bPlaceable)
         WaitNotice::showWarning(m_pWidget, tr("Comments cannot be placed while the picture cannot be shown"));
@@ -116,11 +113,15 @@ void PictureNotes::leave(bool bTell)
             notes[pUnsaved->nId] = note;
         else
             notes.append(note);
+        m_left = {m_nFileId, note.text, false};
         m_bLeaving = true;
-        const bool bSaved = PluginInnerData::instance()->setNotesOfFile(m_nFileId, notes);
+        const bool bSent = PluginInnerData::instance()->setNotesOfFile(m_nFileId, notes);
         m_bLeaving = false;
-        if (!bSaved)
+        const bool bSaved = bSent && !m_left.bFailed;
+        if (!bSaved) {
             QGuiApplication::clipboard()->setText(note.text);
+            m_left = Left();
+        }
         if (bTell)
             tellSaved(bSaved, m_fileName);
     }
@@ -131,6 +132,8 @@ void PictureNotes::leave(bool bTell)
 void PictureNotes::becomeOff()
 {
     m_mode = Off;
+    m_pToolBar->setFocusProxy(nullptr); // first, as the policy would be the proxy's too
+    m_pToolBar->setFocusPolicy(Qt::NoFocus);
     m_pRefreshTimer->stop();
     m_pUndoNotice->hide();
     m_bPanning = false;
@@ -173,8 +176,10 @@ QRect PictureNotes::pictureRect(const NoteRegin &region) const
     const QTransform toPicture = toView.inverted();
     const auto toPixel = [&](const QPoint &viewPoint) {
         const QPointF point = toPicture.map(QPointF(viewPoint));
-        return QPoint(truncated(NoteGeometry::snapped(point.x(), corners.start.x(), corners.end.x(), fTolerance)),
-                      truncated(NoteGeometry::snapped(point.y(), corners.start.y(), corners.end.y(), fTolerance)));
+        return QPoint(int(NoteGeometry::truncated(
+                          NoteGeometry::snapped(point.x(), corners.start.x(), corners.end.x(), fTolerance))),
+                      int(NoteGeometry::truncated(
+                          NoteGeometry::snapped(point.y(), corners.start.y(), corners.end.y(), fTolerance))));
     };
     const QPoint start = toPixel(region.ptStart);
     const QPoint end = toPixel(region.ptEnd);
@@ -244,6 +249,8 @@ void PictureNotes::reload()
 
 void PictureNotes::takeStored(qint64 nFileId)
 {
+    if (nFileId == m_left.nFileId)
+        m_left = Left();
     // Mostly the host has stored what is shown already.
     if (nFileId == m_nFileId && isCurrent() && m_pItem != nullptr &&
         !isSameList(m_notes, PluginInnerData::instance()->noteList()))
@@ -252,8 +259,18 @@ void PictureNotes::takeStored(qint64 nFileId)
 
 void PictureNotes::takeFailure(qint64 nFileId)
 {
-    if (nFileId == m_nFileId && !m_bLeaving && m_pWidget->isVisible())
+    if (m_bLeaving) {
+        m_left.bFailed = true;
+        return;
+    }
+    const Left left = nFileId == m_left.nFileId ? std::exchange(m_left, Left()) : Left();
+    if (left.nFileId >= 0 && nFileId != m_nFileId) {
+        // The user was told that it is saved, and looks at another file by now.
+        QGuiApplication::clipboard()->setText(left.text);
+        tellSaved(false, QString());
+    } else if (nFileId == m_nFileId && m_pWidget->isVisible()) {
         WaitNotice::showWarning(m_pWidget, tr("The comments could not be saved"));
+    }
 }
 
 void PictureNotes::follow()

@@ -58,6 +58,13 @@ private:
         NoteRecord note;
     };
 
+    /** A text that was sent while its file was left, until the host has answered. */
+    struct Left {
+        qint64 nFileId = -1;
+        QString text;
+        bool bFailed = false;
+    };
+
     QTransform pictureToView() const;
     QRect pictureRect(const NoteRegin &region) const;
     bool isCurrent() const;
@@ -86,4 +93,5 @@ private:
     bool m_bPanning = false;
     QPoint m_lastPan;
     Removed m_removed;
+    Left m_left;
 };

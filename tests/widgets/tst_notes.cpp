@@ -86,6 +86,8 @@ private Q_SLOTS:
     void rewritingMovesNothing();
     void deletesAndTakesBack();
     void keys();
+    void handlesAtThePicturesEdge();
+    void keysChooseANote();
     void clickBesideTheCardSaves();
     void oddNotes_data();
     void oddNotes();
@@ -93,6 +95,8 @@ private Q_SLOTS:
     void oddTexts();
     void textSurvivesTheStep_data();
     void textSurvivesTheStep();
+    void failureAfterTheStep_data();
+    void failureAfterTheStep();
     void hostsAnswers_data();
     void hostsAnswers();
     void hostsOwnListCounts();
@@ -567,11 +571,64 @@ void tst_notes::keys()
     QTest::keyClick(textBox(), Qt::Key_Escape);
     QVERIFY(!card()->isVisible() && overlay()->isVisible());
     QCOMPARE(overlay()->regionCount(), 0);
+    // Neither a click in the tool bar nor leaving the mode takes the keys out of the preview.
+    m_pWidget->setFocusPolicy(Qt::StrongFocus); // as the hub has it
+    m_pWidget->activateWindow();
+    QTRY_VERIFY(overlay()->hasFocus());
+    QTest::mouseClick(m_pWidget->findChild<ImgPreviewToolBar *>()->button(ImgPreviewToolBar::FlipButton),
+                      Qt::LeftButton);
+    QVERIFY(overlay()->hasFocus());
     QTest::keyClick(overlay(), Qt::Key_Escape);
     QVERIFY(!overlay()->isVisible() && !pComment->isChecked());
+    QVERIFY(m_pWidget->hasFocus());
     m_pWidget->slot_EditBtnClicked(); // on, not off again
     QVERIFY(overlay()->isVisible());
     QCOMPARE(requests(), 0);
+}
+
+/** Held outside the picture, a handle does not jump; pulled outwards, it stays at the edge. */
+void tst_notes::handlesAtThePicturesEdge()
+{
+    m_stored[1] = {makeNote(QRect(1400, 800, 200, 200))};
+    comment();
+    const QRect before = regionRect();
+    const QPoint grip = before.topLeft() + QPoint(before.width() + 5, before.height() + 5);
+    drag(grip, grip + QPoint(1, 0));
+    QCOMPARE(regionRect(), before);
+    drag(grip, grip + QPoint(40, -10));
+    QCOMPARE(regionRect(), before.adjusted(0, 0, 0, -10));
+    // A click elsewhere keeps the new size; a drag that is broken off leaves no trace.
+    drag(QPoint(10, 10), QPoint(10, 10));
+    QCOMPARE(regionRect(), before.adjusted(0, 0, 0, -10));
+    QCOMPARE(m_stored[1].first().rect, QRect(1400, 800, 200, 180));
+    QTest::mousePress(overlay(), Qt::LeftButton, {}, regionRect().center());
+    QTest::keyClick(overlay(), Qt::Key_Escape);
+    QVERIFY(overlay()->region(0)->ptPress.isNull() && overlay()->region(0)->ptLast.isNull());
+}
+
+void tst_notes::keysChooseANote()
+{
+    comment();
+    QTest::keyClick(overlay(), Qt::Key_Tab, Qt::ControlModifier); // no note yet
+    for (const int nLeft : {100, 500, 900})
+        m_stored[1].append(makeNote(QRect(nLeft, 100, 99, 99), QByteArray::number(nLeft).constData()));
+    comment();
+    QTest::keyClick(overlay(), Qt::Key_Tab, Qt::ControlModifier);
+    QTest::keyClick(overlay(), Qt::Key_Tab, Qt::ControlModifier);
+    QTest::keyClick(overlay(), Qt::Key_Delete);
+    QCOMPARE(textsOf(m_stored[1]), (QStringList{QStringLiteral("100"), QStringLiteral("900")}));
+    QTest::keyClick(overlay(), Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+    QTest::keyClick(overlay(), Qt::Key_Enter);
+    QCOMPARE(textBox()->toPlainText(), QStringLiteral("900"));
+    QTest::keyClick(textBox(), Qt::Key_Escape);
+    QTest::keyClick(overlay(), Qt::Key_Delete);
+    // Once more finds no note chosen, and is still no command to remove the file.
+    QKeyEvent event(QEvent::ShortcutOverride, Qt::Key_Delete, Qt::NoModifier);
+    event.ignore();
+    QCoreApplication::sendEvent(overlay(), &event);
+    QVERIFY(event.isAccepted());
+    QTest::keyClick(overlay(), Qt::Key_Delete);
+    QCOMPARE(textsOf(m_stored[1]), QStringList(QStringLiteral("100")));
 }
 
 void tst_notes::clickBesideTheCardSaves()
@@ -707,6 +764,34 @@ void tst_notes::textSurvivesTheStep()
     QCOMPARE(textsOf(data()->noteList()), QStringList(QStringLiteral("other")));
     QCOMPARE(QGuiApplication::clipboard()->text(), accepted ? QString() : QStringLiteral("typed"));
     QCOMPARE(notices(), 1); // and the user is told
+}
+
+void tst_notes::failureAfterTheStep_data()
+{
+    QTest::addColumn<int>("reply");
+    QTest::addColumn<int>("notices");
+    QTest::newRow("late") << int(Reply::OnDemand) << 2; // "saved", and then the truth
+    QTest::newRow("inside the request") << int(Reply::InsideRequest) << 1;
+}
+
+void tst_notes::failureAfterTheStep()
+{
+    QFETCH(int, reply);
+    comment();
+    drag(QPoint(500, 300), QPoint(600, 340));
+    write(QStringLiteral("typed"));
+    host().desk.reply = Reply(reply);
+    host().desk.response = FakeResponse::failure(5);
+    QGuiApplication::clipboard()->clear();
+    data()->setCurrentFile(2);
+    m_pWidget->quitPreview();
+    if (reply == int(Reply::OnDemand)) {
+        m_pWidget->loadImage(data()->currentFilePath(), 0, 1, 1.0, 0);
+        finishWorkers();
+        host().desk.answer(0, FakeResponse::failure(5));
+    }
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("typed"));
+    QTEST(notices(), "notices");
 }
 
 void tst_notes::hostsAnswers_data()
