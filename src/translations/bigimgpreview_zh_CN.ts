@@ -25,6 +25,10 @@
         <source>Comments on the picture</source>
         <translation>图片批注</translation>
     </message>
+    <message>
+        <source>Ctrl+Tab chooses the next comment, Enter opens it and Delete deletes it</source>
+        <translation>Ctrl+Tab 选择下一条批注，Enter 打开，Delete 删除</translation>
+    </message>
 </context>
 <context>
     <name>CPopupTitleBarWidget</name>
