@@ -250,10 +250,13 @@ void FaultsTest::closesWhenTheFileGoes()
 {
     QVERIFY(showCopies({QStringLiteral("landscape.jpg"), QStringLiteral("landscape.png")}));
     QVERIFY(m_pHost->open(QStringLiteral("landscape.jpg")));
+    const FileRecordPtr pRecord = m_pHost->session().model().recordAt(m_pHost->row());
     QVERIFY(QFile::remove(path(QStringLiteral("landscape.jpg"))));
     m_pHost->session().library()->rescan();
     QVERIFY(waitUntilClosed());
-    QTRY_COMPARE(m_pHost->fileCount(), 1);
+    // Not forgotten, but dimmed.
+    QTRY_VERIFY(m_pHost->session().library()->record(pRecord->fileId())->isUnavailable());
+    QCOMPARE(m_pHost->fileCount(), 2);
     QVERIFY(m_pHost->open(QStringLiteral("landscape.png")));
     QVERIFY(m_pHost->returnToGrid());
 }

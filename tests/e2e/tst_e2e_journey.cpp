@@ -165,9 +165,10 @@ void JourneyTest::zoomsByKeyAndButton_data()
     QTest::addColumn<QByteArray>("buttonName");
     QTest::addColumn<int>("nStart"); // key that sets the zoom beforehand
     QTest::addColumn<int>("nPercent");
-    // 6000 x 4000 pixels in a window of 1180 x 760, with a margin of one pixel.
-    const int nWindow = qRound(758 / 40.0);
-    const int nWidth = qRound(1178 / 60.0);
+    // 6000 x 4000 pixels in the window, with a margin of one pixel.
+    const QSize size = m_pHost->session().window()->size();
+    const int nWindow = qRound(qMin((size.width() - 2) / 60.0, (size.height() - 2) / 40.0));
+    const int nWidth = qRound((size.width() - 2) / 60.0);
     QTest::newRow("in") << int(Qt::Key_Plus) << QByteArray("Zoom In") << int(Qt::Key_F) << 25;
     QTest::newRow("out") << int(Qt::Key_Minus) << QByteArray("Zoom Out") << int(Qt::Key_1) << 75;
     QTest::newRow("actual") << int(Qt::Key_1) << QByteArray("Actual Size") << int(Qt::Key_F) << 100;
