@@ -184,9 +184,11 @@ void HostSession::leavePreview(qint64 nFileId)
     m_pWindow->activateWindow();
     m_pWindow->grid()->selectFile(nFileId);
     m_pWindow->grid()->setFocus();
-    // After the columns that came back have taken their room.
-    QTimer::singleShot(0, m_pWindow.get(), [this, nFileId] {
-        m_pWindow->grid()->returnTo(nFileId);
+    // After the columns that came back have taken their room; who has chosen another file by then keeps it.
+    const qint64 nLeftAt = m_pWindow->grid()->currentFileId();
+    QTimer::singleShot(0, m_pWindow.get(), [this, nLeftAt] {
+        if (m_pWindow->grid()->currentFileId() == nLeftAt)
+            m_pWindow->grid()->returnTo(nLeftAt);
         m_pWindow->infoPanel()->showFile(m_pWindow->grid()->currentFileId());
     });
 }
