@@ -9,6 +9,9 @@ FileMetadata readFileMetadata(const QString &path)
 {
     FileMetadata metadata;
     const QByteArray native = nativePath(path);
+    // A pipe in a file's place would be waited for until somebody writes to it.
+    if (!fileState(native).bFile)
+        return metadata;
     readPictureMetadata(native, &metadata);
     if (metadata.dimensions.isEmpty()) {
         // Reads the header alone.

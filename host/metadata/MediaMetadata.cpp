@@ -21,6 +21,13 @@ bool isCover(const AVStream &stream)
     return (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
 }
 
+/** A picture is no video either, though the library has demuxers for those: one that is broken got here. */
+bool isPicture(const AVInputFormat &format)
+{
+    const QByteArray name(format.name);
+    return name == "image2" || name.endsWith("_pipe");
+}
+
 } // namespace
 
 void readMediaMetadata(const QByteArray &native, FileMetadata *pMetadata)
@@ -32,6 +39,8 @@ void readMediaMetadata(const QByteArray &native, FileMetadata *pMetadata)
     if (avformat_open_input(&pOpened, address.constData(), nullptr, nullptr) != 0)
         return;
     const std::unique_ptr<AVFormatContext, CloseInput> pContext(pOpened);
+    if (isPicture(*pContext->iformat))
+        return;
     // Enough of the file for the codec, never all of it.
     constexpr qint64 k_nMostProbed = 2 << 20;
     pContext->probesize = k_nMostProbed;
