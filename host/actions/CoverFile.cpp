@@ -1,10 +1,11 @@
 #include "actions/CoverFile.h"
 
+#include "files/PictureWriter.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImageWriter>
 
 #include <cerrno>
 #include <unistd.h>
@@ -20,14 +21,14 @@ struct Words {
     Q_DECLARE_TR_FUNCTIONS(CoverFile)
 };
 
-bool writePicture(const QImage &image, const QString &path, bool bTransparent)
+bool writeCover(const QImage &image, const QString &path, bool bTransparent)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
         return false;
-    QImageWriter writer(&file, bTransparent ? QByteArrayLiteral("png") : QByteArrayLiteral("jpg"));
-    writer.setQuality(bTransparent ? -1 : k_nJpegQuality);
-    return writer.write(image) && file.flush() && ::fsync(file.handle()) == 0;
+    return writePicture(&file, image, bTransparent ? QByteArrayLiteral("png") : QByteArrayLiteral("jpg"),
+                        bTransparent ? -1 : k_nJpegQuality) &&
+           file.flush() && ::fsync(file.handle()) == 0;
 }
 
 } // namespace
@@ -51,7 +52,7 @@ PreparedCover prepareCover(const QString &picturePath, const QString &coverFolde
     QDir().mkpath(coverFolder);
     errno = 0;
     cover.pFile = leftovers.make(QFile::encodeName(coverFolder));
-    if (writePicture(image, QFile::decodeName(cover.pFile->path()), bTransparent))
+    if (writeCover(image, QFile::decodeName(cover.pFile->path()), bTransparent))
         return cover;
     const bool bFull = errno == ENOSPC || errno == EDQUOT;
     pOutcome->addError(bFull ? ActionOutcome::NoSpace : ActionOutcome::Failed,

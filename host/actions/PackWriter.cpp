@@ -58,7 +58,9 @@ PackWriter::~PackWriter()
 {
     if (m_pArchive == nullptr)
         return;
-    ::archive_write_fail(m_pArchive);
+    // What freeing it still writes is not for the file.
+    if (m_nWriteError == 0)
+        m_nWriteError = ECANCELED;
     ::archive_write_free(m_pArchive);
 }
 
@@ -71,8 +73,33 @@ void PackWriter::fail(const IoStatus &status, qint64 nFileId)
 
 IoStatus PackWriter::archiveError() const
 {
-    const IoStatus status = IoStatus::ofErrno(::archive_errno(m_pArchive), QFileInfo(m_path).fileName());
+    const int nError = m_nWriteError != 0 ? m_nWriteError : ::archive_errno(m_pArchive);
+    const IoStatus status = IoStatus::ofErrno(nError, QFileInfo(m_path).fileName());
     return {status.kind == IoStatus::Missing ? IoStatus::Failed : status.kind, status.error};
+}
+
+// An archive that was told of an error would never give its buffer back, so it is told of none and asked no more.
+ssize_t PackWriter::writeBytes(struct archive *, void *pThis, const void *pBytes, size_t nBytes)
+{
+    auto *pWriter = static_cast<PackWriter *>(pThis);
+    const char *pNext = static_cast<const char *>(pBytes);
+    for (size_t nLeft = nBytes; nLeft > 0 && pWriter->m_nWriteError == 0;) {
+        const ssize_t nWritten = ::write(pWriter->m_pack.get(), pNext, nLeft);
+        if (nWritten < 0 && errno == EINTR)
+            continue;
+        if (nWritten <= 0) {
+            pWriter->m_nWriteError = nWritten < 0 ? errno : EIO;
+            break;
+        }
+        pNext += nWritten;
+        nLeft -= size_t(nWritten);
+    }
+    return ssize_t(nBytes);
+}
+
+bool PackWriter::isWhole(int nResult) const
+{
+    return nResult >= ARCHIVE_WARN && m_nWriteError == 0;
 }
 
 bool PackWriter::openPack()
@@ -90,7 +117,7 @@ bool PackWriter::openPack()
     ::archive_write_set_format_option(m_pArchive, "zip", "hdrcharset", "UTF-8");
     ::archive_write_set_bytes_per_block(m_pArchive, k_nBuffer);
     ::archive_write_set_bytes_in_last_block(m_pArchive, 1);
-    if (::archive_write_open_fd(m_pArchive, m_pack.get()) == ARCHIVE_OK)
+    if (::archive_write_open(m_pArchive, this, nullptr, &PackWriter::writeBytes, nullptr) == ARCHIVE_OK)
         return true;
     fail(archiveError());
     return false;
@@ -185,7 +212,7 @@ bool PackWriter::beginEntry(const QString &entry, qint64 nSize, qint64 nModified
     ::archive_entry_set_perm(header.get(), mode_t(nMode));
     ::archive_entry_set_size(header.get(), nSize);
     ::archive_entry_set_mtime(header.get(), time_t(nModifiedSec), 0);
-    return ::archive_write_header(m_pArchive, header.get()) >= ARCHIVE_WARN;
+    return isWhole(::archive_write_header(m_pArchive, header.get()));
 }
 
 IoStatus PackWriter::addEntry(const QString &entry, int nFd, const struct stat &state, bool bDeflate,
@@ -201,27 +228,27 @@ IoStatus PackWriter::addEntry(const QString &entry, int nFd, const struct stat &
             return IoStatus::ofErrno(errno, entry.section(QLatin1Char('/'), -1));
         if (nRead == 0)
             break; // Shorter than it was: told by its state afterwards.
-        if (::archive_write_data(m_pArchive, m_buffer.constData(), size_t(nRead)) != nRead)
+        if (::archive_write_data(m_pArchive, m_buffer.constData(), size_t(nRead)) != nRead || m_nWriteError != 0)
             return archiveError();
         m_pBehind->written(::lseek(m_pack.get(), 0, SEEK_CUR));
         nLeft -= nRead;
         if (!onBytes(nRead))
             return {IoStatus::Cancelled, Words::tr("Cancelled")};
     }
-    return ::archive_write_finish_entry(m_pArchive) >= ARCHIVE_WARN ? IoStatus() : archiveError();
+    return isWhole(::archive_write_finish_entry(m_pArchive)) ? IoStatus() : archiveError();
 }
 
 bool PackWriter::addBytes(const QString &entry, const QByteArray &bytes)
 {
     return beginEntry(entry, bytes.size(), 0, k_nPrivateMode, false) &&
            ::archive_write_data(m_pArchive, bytes.constData(), size_t(bytes.size())) == bytes.size() &&
-           ::archive_write_finish_entry(m_pArchive) >= ARCHIVE_WARN;
+           isWhole(::archive_write_finish_entry(m_pArchive));
 }
 
 bool PackWriter::finish(ByteMeter *pMeter)
 {
     if (!addBytes(QLatin1String(PackFormat::k_szManifest), PackManifest::write(m_packed)) ||
-        ::archive_write_close(m_pArchive) != ARCHIVE_OK) {
+        ::archive_write_close(m_pArchive) != ARCHIVE_OK || m_nWriteError != 0) {
         fail(archiveError());
         return false;
     }

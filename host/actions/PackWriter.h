@@ -32,6 +32,9 @@ private:
     bool beginEntry(const QString &entry, qint64 nSize, qint64 nModifiedSec, int nMode, bool bDeflate);
     bool finish(ByteMeter *pMeter);
     QString entryFor(const char *folder, const QByteArray &name);
+    static ssize_t writeBytes(struct archive *, void *pThis, const void *pBytes, size_t nBytes);
+    /** Whether the archive took it, and the file what came of it so far. */
+    bool isWhole(int nResult) const;
     IoStatus archiveError() const;
     void fail(const IoStatus &status, qint64 nFileId = 0);
 
@@ -43,6 +46,7 @@ private:
     std::unique_ptr<Leftover> m_pUnfinished;
     UniqueFd m_pack;
     struct archive *m_pArchive = nullptr;
+    int m_nWriteError = 0; ///< The errno of the first write that failed; nothing is written from then on.
     std::unique_ptr<WriteBehind> m_pBehind;
     QVector<PackedFile> m_packed;
     QSet<QString> m_entries;

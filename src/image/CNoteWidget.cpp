@@ -291,10 +291,7 @@ void CNoteWidget::slot_saveNoteInfo(QString strNoteText)
 void CNoteWidget::markStored(const NoteRegin &region)
 {
     Place &place = m_places.at(size_t(region.nId));
-    const QPoint start = place.corners.start.toPoint();
-    const QPoint end = place.corners.end.toPoint();
-    place.record = {QRect(start, QSize(end.x() - start.x(), end.y() - start.y())), NoteText::packed(region.color),
-                    region.strText};
+    place.record = {NoteGeometry::rectOf(place.corners), NoteText::packed(region.color), region.strText};
     m_nStored = qMax(m_nStored, region.nId + 1);
 }
 

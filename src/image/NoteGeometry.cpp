@@ -3,6 +3,7 @@
 #include <QTransform>
 
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -70,6 +71,16 @@ NoteGeometry::Corners NoteGeometry::cornersOf(const QRect &rect)
 {
     // Not by width() and height(), which overflow where the corners lie far apart.
     return {QPointF(rect.left(), rect.top()), QPointF(double(rect.right()) + 1.0, double(rect.bottom()) + 1.0)};
+}
+
+QRect NoteGeometry::rectOf(const Corners &corners)
+{
+    const auto whole = [](double fValue) {
+        return int(qBound(double(std::numeric_limits<int>::min()), std::round(fValue),
+                          double(std::numeric_limits<int>::max())));
+    };
+    return QRect(QPoint(whole(corners.start.x()), whole(corners.start.y())),
+                 QPoint(whole(corners.end.x() - 1.0), whole(corners.end.y() - 1.0)));
 }
 
 QPoint NoteGeometry::mapped(const QTransform &transform, const QPointF &point)

@@ -23,6 +23,9 @@ struct Corners {
 /** A stored rectangle's corners; any four numbers are good, so that a damaged note can still be seen and deleted. */
 Corners cornersOf(const QRect &rect);
 
+/** The rectangle of these corners, to the nearest pixel and within what a rectangle can hold. */
+QRect rectOf(const Corners &corners);
+
 /** A point mapped and kept within what integers of a widget can be used for. */
 QPoint mapped(const QTransform &transform, const QPointF &point);
 

@@ -678,7 +678,7 @@ void tst_notes::oddNotes()
     write(QStringLiteral("!"));
     pressSave();
     QCOMPARE(m_stored[1].first().text, QStringLiteral("note!"));
-    QCOMPARE(m_stored[1].first().rect, rect);
+    QVERIFY(m_stored[1].first().rect == rect); // comparing by name would print sizes, which overflow
     const QPoint badge = overlay()->badgeRect(0).center();
     drag(badge, badge);
     QTest::keyClick(card(), Qt::Key_Delete);

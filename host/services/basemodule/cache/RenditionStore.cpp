@@ -1,6 +1,7 @@
 #include "services/basemodule/cache/RenditionStore.h"
 
 #include "files/NativePath.h"
+#include "files/PictureWriter.h"
 #include "services/basemodule/cache/ThumbnailFiles.h"
 #include "services/basemodule/decode/PictureReader.h"
 #include "services/basemodule/decode/RawReader.h"
@@ -9,7 +10,6 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
-#include <QImageWriter>
 #include <QSaveFile>
 #include <QStandardPaths>
 #include <QtConcurrent>
@@ -22,18 +22,12 @@ namespace {
 
 constexpr int kLargestSide = 3840;
 constexpr int kJpegQuality = 92;
+constexpr int kPngQuality = 80;
 
 bool isInState(const QString &path, qint64 nSize, qint64 nModifiedMsec)
 {
     const FileKey key = fileKey(path);
     return !key.isNull() && key.size == nSize && key.modified / 1000000 == nModifiedMsec;
-}
-
-bool writeImage(QIODevice &device, const QImage &image, bool bTransparent)
-{
-    QImageWriter writer(&device, bTransparent ? QByteArrayLiteral("png") : QByteArrayLiteral("jpg"));
-    writer.setQuality(bTransparent ? 80 : kJpegQuality);
-    return writer.write(image);
 }
 
 } // namespace
@@ -131,7 +125,10 @@ bool RenditionStore::make(const Source &source, const QString &target)
         return false;
     QImage image = result.picture.toUprightImage();
     ThumbnailFiles::noteOriginalSize(&image, result);
-    return writeImage(file, image, target.endsWith(QLatin1String(".png"))) && file.commit();
+    const bool bTransparent = target.endsWith(QLatin1String(".png"));
+    return writePicture(&file, image, bTransparent ? QByteArrayLiteral("png") : QByteArrayLiteral("jpg"),
+                        bTransparent ? kPngQuality : kJpegQuality) &&
+           file.commit();
 }
 
 bool RenditionStore::makeFromRaw(const Source &source, const QString &target)

@@ -1,12 +1,12 @@
 #include "services/basemodule/cache/ThumbnailFiles.h"
 
+#include "files/PictureWriter.h"
 #include "services/basemodule/decode/PictureReader.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
 #include <QImageReader>
-#include <QImageWriter>
 #include <QTemporaryFile>
 #include <QUrl>
 
@@ -33,6 +33,8 @@ const char *folderOf(int nBucket)
 
 /** Within these bytes of a thumbnail stand the texts that tell where it comes from. */
 constexpr int kHeadLength = 2048;
+
+constexpr int kPngQuality = 80;
 
 // The address exactly as other programs of the desktop write it: its digest names the file.
 QByteArray uriOf(const QString &path)
@@ -194,13 +196,11 @@ void ThumbnailFiles::store(const QImage &image, const QString &thumbnailPath, co
     QTemporaryFile file(folder + QStringLiteral("/.bigimgpreview-XXXXXX"));
     if (!file.open())
         return;
-    QImageWriter writer(&file, QByteArrayLiteral("png"));
-    writer.setQuality(80);
     QImage noted = image;
     noted.setText(QStringLiteral("Thumb::URI"), QString::fromUtf8(uri));
     noted.setText(QStringLiteral("Thumb::MTime"), QString::number(nModifiedSec));
     noted.setText(QStringLiteral("Software"), QStringLiteral("bigimgpreview"));
-    if (!writer.write(noted) || !file.flush())
+    if (!writePicture(&file, noted, QByteArrayLiteral("png"), kPngQuality) || !file.flush())
         return;
     const QByteArray from = QFile::encodeName(file.fileName());
     file.close();
