@@ -4,19 +4,24 @@
 
 #if defined(__SANITIZE_THREAD__)
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QMutex>
 #include <QObject>
 #include <QReadWriteLock>
+#include <QThread>
 #include <QThreadPool>
 
+#include <cstring>
 #include <dlfcn.h>
+#include <future>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <sanitizer/tsan_interface.h>
 
 namespace {
-int queuedSignals; ///< Stands for all queued signals together.
+int queuedSignals; ///< Stands for all queued signals, calls and events together.
 
 template <class Function>
 Function original(const char *symbol)
@@ -24,7 +29,7 @@ Function original(const char *symbol)
     void *const address = dlsym(RTLD_NEXT, symbol);
     Function function;
     static_assert(sizeof(function) == sizeof(address), "a plain function");
-    memcpy(&function, &address, sizeof(function));
+    std::memcpy(&function, &address, sizeof(function));
     return function;
 }
 
@@ -105,6 +110,46 @@ void QMutex::unlock() noexcept
     next(this);
 }
 
+void QReadWriteLock::lockForRead()
+{
+    static const auto next = original<void (*)(QReadWriteLock *)>("_ZN14QReadWriteLock11lockForReadEv");
+    next(this);
+    __tsan_acquire(this);
+}
+
+void QReadWriteLock::lockForWrite()
+{
+    static const auto next = original<void (*)(QReadWriteLock *)>("_ZN14QReadWriteLock12lockForWriteEv");
+    next(this);
+    __tsan_acquire(this);
+}
+
+void QReadWriteLock::unlock()
+{
+    static const auto next = original<void (*)(QReadWriteLock *)>("_ZN14QReadWriteLock6unlockEv");
+    __tsan_release(this);
+    next(this);
+}
+
+QThread *QThread::createThreadImpl(std::future<void> &&function)
+{
+    static const auto next =
+        original<QThread *(*)(std::future<void> &&)>("_ZN7QThread16createThreadImplEOSt6futureIvE");
+    auto work = std::make_shared<std::future<void>>(std::move(function));
+    return next(std::async(std::launch::deferred, [work] {
+        work->get();
+        __tsan_release(QThread::currentThread());
+    }));
+}
+
+bool QThread::wait(QDeadlineTimer deadline)
+{
+    static const auto next = original<bool (*)(QThread *, QDeadlineTimer)>("_ZN7QThread4waitE14QDeadlineTimer");
+    const bool done = next(this, deadline);
+    __tsan_acquire(this);
+    return done;
+}
+
 void QThreadPool::start(QRunnable *pRunnable, int nPriority)
 {
     static const auto next = original<void (*)(QThreadPool *, QRunnable *, int)>("_ZN11QThreadPool5startEP9QRunnablei");
@@ -140,11 +185,31 @@ void QMetaObject::activate(QObject *pSender, const QMetaObject *pMeta, int nSign
     next(pSender, pMeta, nSignal, ppArguments);
 }
 
+bool QMetaObject::invokeMethodImpl(QObject *pObject, QtPrivate::QSlotObjectBase *pSlot, Qt::ConnectionType type,
+                                   void *pResult)
+{
+    static const auto next = original<bool (*)(QObject *, QtPrivate::QSlotObjectBase *, Qt::ConnectionType, void *)>(
+        "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv");
+    __tsan_release(&queuedSignals);
+    return next(pObject, pSlot, type, pResult);
+}
+
+void QCoreApplication::postEvent(QObject *pReceiver, QEvent *pEvent, int nPriority)
+{
+    static const auto next =
+        original<void (*)(QObject *, QEvent *, int)>("_ZN16QCoreApplication9postEventEP7QObjectP6QEventi");
+    __tsan_release(&queuedSignals);
+    next(pReceiver, pEvent, nPriority);
+}
+
 bool QObject::event(QEvent *pEvent)
 {
     static const auto next = original<bool (*)(QObject *, QEvent *)>("_ZN7QObject5eventEP6QEvent");
     __tsan_acquire(&queuedSignals);
-    return next(this, pEvent);
+    const bool recognised = next(this, pEvent);
+    // What a thread's event loop did is done for whoever waits for that thread.
+    __tsan_release(QThread::currentThread());
+    return recognised;
 }
 
 #endif
