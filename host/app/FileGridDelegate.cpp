@@ -61,9 +61,10 @@ void FileGridDelegate::paintPlaceholder(QPainter *pPainter, const QRect &area, c
                                         bool bComing) const
 {
     const TSSkinSetting *pTheme = TSSkinSetting::GetInstance();
-    pPainter->setPen(Qt::NoPen);
+    // Outlined, as a card under the mouse can have the same colour.
+    pPainter->setPen(QPen(pTheme->GetPopupWinBorderColor(), 1));
     pPainter->setBrush(pTheme->GetPlaceholderBackgroundColor());
-    pPainter->drawRoundedRect(area.adjusted(16, 8, -16, -8), 4, 4);
+    pPainter->drawRoundedRect(QRectF(area.adjusted(16, 8, -16, -8)).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
     if (bComing)
         return;
     QFont font = pPainter->font();
