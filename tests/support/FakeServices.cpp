@@ -20,7 +20,8 @@ int FakeCacheManager::lookup(const QString &cacheKey, QPixmap *pPixmap)
     if (found == pictures.constEnd()) {
         return failed.contains(cacheKey) ? Unavailable : missing;
     }
-    *pPixmap = QPixmap::fromImage(*found);
+    if (pPixmap != nullptr)
+        *pPixmap = QPixmap::fromImage(*found);
     return Found;
 }
 

@@ -1,9 +1,8 @@
+#include "../IdleAnalysis.h"
 #include "ActionStage.h"
 #include "TestMain.h"
 #include "actions/FileCopy.h"
-#include "basemodule/IHostAnalysis.h"
 
-#include <QImage>
 #include <QSemaphore>
 
 #include <fcntl.h>
@@ -39,7 +38,7 @@ private:
 };
 
 /** Reads red for pictures called slow, once the gate has been opened, and blue for all others. */
-class GatedAnalysis final : public IHostAnalysis {
+class GatedAnalysis final : public IdleAnalysis {
 public:
     QImage readPicture(const QString &path, int nLongestSide, const std::atomic_bool & /*cancelled*/) override
     {
@@ -50,19 +49,6 @@ public:
         image.fill(bSlow ? Qt::red : Qt::blue);
         return image;
     }
-    RenditionPaths renditionPaths(const QString & /*path*/, qint64 /*nSize*/, qint64 /*nModifiedMsec*/) override
-    {
-        return {};
-    }
-    void setFilesAhead(const QStringList & /*paths*/) override {}
-    void setAheadBudget(qint64 /*nBytes*/) override {}
-    AnalysisOutcome analyse(const QString & /*path*/, const std::atomic_bool & /*cancelled*/) override
-    {
-        return AnalysisOutcome::Impossible;
-    }
-    void setThumbnailDiskBudget(qint64 /*nBytes*/) override {}
-    void shutdown() override {}
-
     QSemaphore gate;
 };
 
@@ -90,7 +76,6 @@ private Q_SLOTS:
     void copiesChangingSources();
     void keepsHoles();
     void cancelsSoonAndLeavesNothing();
-    void reportsAtMostTwentyTimesASecond();
     void removes();
     void recyclesWithWayBack_data();
     void recyclesWithWayBack();
@@ -309,35 +294,6 @@ void HostActionsTest::cancelsSoonAndLeavesNothing()
     QCOMPARE(results.first().at(1).value<ResponseInfoPtr>()->returnCode(), 2);
     QCOMPARE(ActionStage::namesIn(stage.target()), QStringList());
     QCOMPARE(ActionStage::namesIn(stage.library->unfinishedFolder()), QStringList());
-}
-
-void HostActionsTest::reportsAtMostTwentyTimesASecond()
-{
-    ActionStage stage;
-    for (int i = 0; i < 3000; ++i)
-        stage.write(QStringLiteral("%1.jpg").arg(i));
-    QVERIFY(stage.open());
-    const auto pAction = stage.source->exportAction();
-    QVector<qint64> times;
-    QVector<double> percents;
-    QElapsedTimer clock;
-    clock.start();
-    connect(pAction.data(), &IExportAction::signalExportProgress, this,
-            [&](qint64, double fPercent, int nTotal, int nAlready) {
-                times.append(clock.elapsed());
-                percents.append(fPercent);
-                QCOMPARE(nTotal, 3000);
-                QVERIFY(nAlready <= nTotal);
-            });
-    QSignalSpy results(pAction.data(), &IExportAction::signalExportResult);
-    QVERIFY(pAction->requestExport(stage.target(), stage.allIds(), false) > 0);
-    QTRY_COMPARE_WITH_TIMEOUT(results.count(), 1, 60000);
-    QVERIFY(!times.isEmpty());
-    for (int i = 20; i < times.size(); ++i)
-        QVERIFY(times.at(i) - times.at(i - 20) >= 1000);
-    QVERIFY(std::is_sorted(percents.cbegin(), percents.cend()));
-    QVERIFY(percents.last() <= 100.0);
-    QCOMPARE(ActionStage::namesIn(stage.target()).size(), 3000);
 }
 
 void HostActionsTest::removes()

@@ -1,3 +1,4 @@
+#include "../IdleAnalysis.h"
 #include "LibraryFixture.h"
 #include "app/AnalysisQueue.h"
 
@@ -6,17 +7,8 @@
 namespace {
 
 /** An analysis that takes as long as the test wants. */
-class GatedAnalysis : public IHostAnalysis {
+class GatedAnalysis final : public IdleAnalysis {
 public:
-    virtual ~GatedAnalysis() = default;
-
-    RenditionPaths renditionPaths(const QString &, qint64, qint64) override { return {}; }
-    void setFilesAhead(const QStringList &) override {}
-    void setAheadBudget(qint64) override {}
-    void setThumbnailDiskBudget(qint64) override {}
-    void shutdown() override {}
-    QImage readPicture(const QString &, int, const std::atomic_bool &) override { return {}; }
-
     AnalysisOutcome analyse(const QString &path, const std::atomic_bool &cancelled) override
     {
         {

@@ -6,7 +6,6 @@
 #include "app/panel/InfoPanel.h"
 #include "app/panel/LabelChip.h"
 #include "app/panel/LabelEditor.h"
-#include "app/panel/MetadataTable.h"
 
 #include <QCompleter>
 #include <QImage>
@@ -51,7 +50,6 @@ private Q_SLOTS:
     void completesLabels();
     void forgetsMissingFiles();
     void takesPreviewPictureAway();
-    void writesDurations();
     void listsLabels();
     void followsTheFullPreview();
 
@@ -207,14 +205,6 @@ void HostPanelTest::takesPreviewPictureAway()
     pRemove->click();
     QTRY_VERIFY(!pRemove->isVisible());
     QCOMPARE(m_place->library->record(nId)->coverPath(), QString());
-}
-
-void HostPanelTest::writesDurations()
-{
-    QCOMPARE(durationText(0), QStringLiteral("0:00"));
-    QCOMPARE(durationText(59600), QStringLiteral("1:00"));
-    QCOMPARE(durationText(754321), QStringLiteral("12:34"));
-    QCOMPARE(durationText(3723000), QStringLiteral("1:02:03"));
 }
 
 void HostPanelTest::listsLabels()

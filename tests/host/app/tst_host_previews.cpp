@@ -1,3 +1,4 @@
+#include "../IdleAnalysis.h"
 #include "HostRecords.h"
 #include "TestMain.h"
 #include "app/CommandLine.h"
@@ -54,16 +55,9 @@ public:
     QPointer<FakeDialog> pDialog;
 };
 
-class FakeAnalysis : public IHostAnalysis {
+class AheadAnalysis final : public IdleAnalysis {
 public:
-    virtual ~FakeAnalysis() = default;
-    RenditionPaths renditionPaths(const QString &, qint64, qint64) override { return {}; }
     void setFilesAhead(const QStringList &paths) override { ahead = paths; }
-    void setAheadBudget(qint64) override {}
-    AnalysisOutcome analyse(const QString &, const std::atomic_bool &) override { return AnalysisOutcome::Done; }
-    void setThumbnailDiskBudget(qint64) override {}
-    void shutdown() override {}
-    QImage readPicture(const QString &, int, const std::atomic_bool &) override { return {}; }
 
     QStringList ahead;
 };
@@ -132,7 +126,7 @@ void HostPreviewsTest::announcesNeighbours()
     fill(&model);
     QWidget window;
     FakePreviewPlugin plugin;
-    FakeAnalysis analysis;
+    AheadAnalysis analysis;
     PreviewController previews(&window, &model, nullptr);
     previews.setPlugin(&plugin, {}, nullptr);
     previews.setAnalysis(&analysis);
