@@ -45,7 +45,6 @@ private Q_SLOTS:
     void worksThroughEverything();
     void raisesWhatIsLookedAt();
     void goesOnAfterInterruption();
-    void analysesChangedFilesAgain();
 };
 
 void HostAnalysisTest::worksThroughEverything()
@@ -129,21 +128,6 @@ void HostAnalysisTest::goesOnAfterInterruption()
     QTRY_COMPARE(analysis.started(), QStringList{QStringLiteral("later.jpg")});
     QTRY_VERIFY(!queue.isBusy() && !place.library->isScanning());
     QCOMPARE(analysis.started().size(), 1);
-}
-
-void HostAnalysisTest::analysesChangedFilesAgain()
-{
-    LibraryFixture place;
-    place.write(QStringLiteral("a.jpg"));
-    place.open();
-    GatedAnalysis analysis;
-    analysis.bOpen = true;
-    AnalysisQueue queue(place.library.get());
-    place.library->showFolders({place.files()});
-    queue.setAnalysis(&analysis);
-    QTRY_COMPARE(analysis.started().size(), 1);
-    place.write(QStringLiteral("a.jpg"), QByteArray(40, 'y'));
-    QTRY_COMPARE(analysis.started().size(), 2);
 }
 
 BIGIMGPREVIEW_TEST_MAIN(HostAnalysisTest)

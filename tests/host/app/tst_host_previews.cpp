@@ -72,7 +72,6 @@ private Q_SLOTS:
     void opensOneAtATime();
     void announcesNeighbours();
     void endsInOrder();
-    void doesWithoutPlugin();
     void readsCommandLine_data();
     void readsCommandLine();
 
@@ -164,17 +163,6 @@ void HostPreviewsTest::endsInOrder()
              QStringList({QStringLiteral("source"), QStringLiteral("handle"), QStringLiteral("create 1 0 of 6"),
                           QStringLiteral("clear"), QStringLiteral("no handle")}));
     QVERIFY(plugin.pDialog == nullptr);
-}
-
-void HostPreviewsTest::doesWithoutPlugin()
-{
-    FileGridModel model;
-    fill(&model);
-    QWidget window;
-    PreviewController previews(&window, &model, nullptr);
-    previews.setPlugin(nullptr, {}, nullptr);
-    QVERIFY(!previews.isAvailable());
-    QVERIFY(!previews.openQuickPreview(1));
 }
 
 void HostPreviewsTest::readsCommandLine_data()
