@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QPointer>
 #include <QStackedWidget>
-#include <QWheelEvent>
 #include <QWindow>
 #include <QtTest>
 
@@ -156,24 +155,6 @@ void doubleClick(QWidget *pTarget, const QPoint &place)
 {
     QWidget *pWindow = pTarget->window();
     QTest::mouseDClick(pWindow->windowHandle(), Qt::LeftButton, Qt::NoModifier, pTarget->mapTo(pWindow, place));
-}
-
-void wheel(const QPoint &viewPosition, int nDelta)
-{
-    const QPoint position = inWindow(viewPosition);
-    QWheelEvent event(position, dialog()->mapToGlobal(position), QPoint(), QPoint(0, nDelta), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(dialog()->windowHandle(), &event);
-}
-
-void drag(const QPoint &fromInView, const QPoint &offset)
-{
-    QWindow *pWindow = dialog()->windowHandle();
-    const QPoint from = inWindow(fromInView);
-    QTest::mousePress(pWindow, Qt::LeftButton, Qt::NoModifier, from);
-    QTest::mouseMove(pWindow, from + offset / 2);
-    QTest::mouseMove(pWindow, from + offset);
-    QTest::mouseRelease(pWindow, Qt::LeftButton, Qt::NoModifier, from + offset);
 }
 
 bool waitForPicture()

@@ -45,8 +45,6 @@ void key(Qt::Key key);
 void sendKey(QWindow *pWindow, Qt::Key key);
 void click(QWidget *pTarget);
 void doubleClick(QWidget *pTarget, const QPoint &place);
-void wheel(const QPoint &viewPosition, int nDelta);
-void drag(const QPoint &fromInView, const QPoint &offset);
 
 /** Wait; false when the patience ends first. */
 bool waitForPicture();

@@ -35,15 +35,11 @@ class JourneyTest : public LoggedTest {
 
 private Q_SLOTS:
     void initTestCase(); // opens the file of the command line
-    void opensFromTheGridAndReturns_data();
     void opensFromTheGridAndReturns();
     void opensTheFullPreviewAndReturns();
     void followsTheWindow();
     void stepsWithTheSelection();
-    void zoomsByKeyAndButton_data();
     void zoomsByKeyAndButton();
-    void zoomsAboutTheMouse();
-    void dragsThePicture();
     void turnsAndFlips();
     void showsEverySample();
     void isIdle();
@@ -67,31 +63,22 @@ void JourneyTest::initTestCase()
     QCOMPARE(m_pHost->currentName(), QStringLiteral("wide_gamut.jpg"));
 }
 
-void JourneyTest::opensFromTheGridAndReturns_data()
-{
-    QTest::addColumn<int>("openingKey");
-    QTest::addColumn<int>("leavingKey"); // 0: a double click
-    QTest::newRow("space, escape") << int(Qt::Key_Space) << int(Qt::Key_Escape);
-    QTest::newRow("space, space") << int(Qt::Key_Space) << int(Qt::Key_Space);
-    QTest::newRow("space, double click") << int(Qt::Key_Space) << 0;
-}
-
 void JourneyTest::opensFromTheGridAndReturns()
 {
-    QFETCH(int, openingKey);
-    QFETCH(int, leavingKey);
-    QVERIFY(m_pHost->select(QStringLiteral("landscape.png")));
-    key(Qt::Key(openingKey));
-    QVERIFY(waitForPicture());
-    QVERIFY(!isPlaceholder());
-    QCOMPARE(dialog()->geometry(), m_pHost->session().window()->geometry());
-    if (leavingKey == 0)
-        doubleClick(view()->viewport(), view()->viewport()->rect().center());
-    else
-        key(Qt::Key(leavingKey));
-    QVERIFY(waitUntilClosed());
-    QVERIFY(m_pHost->returnToGrid());
-    QCOMPARE(m_pHost->currentName(), QStringLiteral("landscape.png"));
+    for (const char *pWay : {"escape", "space", "double click"}) {
+        QVERIFY(m_pHost->select(QStringLiteral("landscape.png")));
+        key(Qt::Key_Space);
+        QVERIFY(waitForPicture());
+        QVERIFY(!isPlaceholder());
+        QCOMPARE(dialog()->geometry(), m_pHost->session().window()->geometry());
+        if (*pWay == 'd')
+            doubleClick(view()->viewport(), view()->viewport()->rect().center());
+        else
+            key(*pWay == 'e' ? Qt::Key_Escape : Qt::Key_Space);
+        QVERIFY2(waitUntilClosed(), pWay);
+        QVERIFY(m_pHost->returnToGrid());
+        QCOMPARE(m_pHost->currentName(), QStringLiteral("landscape.png"));
+    }
 }
 
 void JourneyTest::opensTheFullPreviewAndReturns()
@@ -159,73 +146,32 @@ void JourneyTest::stepsWithTheSelection()
     QCOMPARE(m_pHost->grid()->selectionModel()->selectedIndexes().size(), 1);
 }
 
-void JourneyTest::zoomsByKeyAndButton_data()
+void JourneyTest::zoomsByKeyAndButton()
 {
-    QTest::addColumn<int>("zoomKey");
-    QTest::addColumn<QByteArray>("buttonName");
-    QTest::addColumn<int>("nStart"); // key that sets the zoom beforehand
-    QTest::addColumn<int>("nPercent");
     // 6000 x 4000 pixels in the window, with a margin of one pixel.
     const QSize size = m_pHost->session().window()->size();
     const int nWindow = qRound(qMin((size.width() - 2) / 60.0, (size.height() - 2) / 40.0));
     const int nWidth = qRound((size.width() - 2) / 60.0);
-    QTest::newRow("in") << int(Qt::Key_Plus) << QByteArray("Zoom In") << int(Qt::Key_F) << 25;
-    QTest::newRow("out") << int(Qt::Key_Minus) << QByteArray("Zoom Out") << int(Qt::Key_1) << 75;
-    QTest::newRow("actual") << int(Qt::Key_1) << QByteArray("Actual Size") << int(Qt::Key_F) << 100;
-    QTest::newRow("window") << int(Qt::Key_F) << QByteArray("Fit to Window") << int(Qt::Key_1) << nWindow;
-    QTest::newRow("width") << int(Qt::Key_W) << QByteArray("Fit to Width") << int(Qt::Key_1) << nWidth;
-}
-
-void JourneyTest::zoomsByKeyAndButton()
-{
-    QFETCH(int, zoomKey);
-    QFETCH(QByteArray, buttonName);
-    QFETCH(int, nStart);
-    QFETCH(int, nPercent);
+    const std::tuple<Qt::Key, const char *, Qt::Key, int> rows[] = {{Qt::Key_Plus, "Zoom In", Qt::Key_F, 25},
+                                                                    {Qt::Key_Minus, "Zoom Out", Qt::Key_1, 75},
+                                                                    {Qt::Key_1, "Actual Size", Qt::Key_F, 100},
+                                                                    {Qt::Key_F, "Fit to Window", Qt::Key_1, nWindow},
+                                                                    {Qt::Key_W, "Fit to Width", Qt::Key_1, nWidth}};
     QVERIFY(m_pHost->open(QStringLiteral("large_24mp.jpg")));
-    for (const bool bByKey : {true, false}) {
-        key(Qt::Key(nStart));
-        QAbstractButton *pButton = button(buttonName);
-        QVERIFY(pButton != nullptr);
-        // An animation that runs switches the buttons off.
-        QTRY_VERIFY(pButton->isEnabled());
-        if (bByKey)
-            key(Qt::Key(zoomKey));
-        else
-            click(pButton);
-        QTRY_VERIFY(pButton->isEnabled());
-        QTRY_COMPARE(percent(), nPercent);
+    for (const auto &[zoomKey, pButtonName, startKey, nPercent] : rows) {
+        for (const bool bByKey : {true, false}) {
+            key(startKey);
+            QAbstractButton *pButton = button(pButtonName);
+            QVERIFY(pButton != nullptr);
+            QTRY_VERIFY(pButton->isEnabled()); // an animation that runs switches the buttons off
+            if (bByKey)
+                key(zoomKey);
+            else
+                click(pButton);
+            QTRY_VERIFY(pButton->isEnabled());
+            QTRY_COMPARE(percent(), nPercent);
+        }
     }
-    QVERIFY(m_pHost->returnToGrid());
-}
-
-void JourneyTest::zoomsAboutTheMouse()
-{
-    QVERIFY(m_pHost->open(QStringLiteral("wide_gamut.jpg")));
-    QTRY_COMPARE(percent(), 100);
-    const QPoint mouse(view()->width() / 3, view()->height() / 3);
-    const QPointF before = picture()->mapFromScene(view()->mapToScene(mouse));
-    for (const int nDelta : {120, 120, 120, -120}) {
-        const int nPercent = percent();
-        wheel(mouse, nDelta);
-        QVERIFY(nDelta > 0 ? percent() > nPercent : percent() < nPercent);
-        const QPointF after = picture()->mapFromScene(view()->mapToScene(mouse));
-        QVERIFY2((after - before).manhattanLength() < 3.0, qPrintable(QString::number(percent())));
-    }
-    QVERIFY(m_pHost->returnToGrid());
-}
-
-void JourneyTest::dragsThePicture()
-{
-    QVERIFY(m_pHost->open(QStringLiteral("wide_gamut.jpg")));
-    QTRY_VERIFY(isAbout(colorAt(0.25, 0.25), k_red));
-    const QPoint from = view()->mapFromScene(picture()->sceneBoundingRect().center());
-    const QPoint offset(90, -60);
-    drag(from, offset);
-    const QPoint to = view()->mapFromScene(picture()->sceneBoundingRect().center());
-    QVERIFY2((to - from - offset).manhattanLength() <= 2,
-             qPrintable(QStringLiteral("%1 %2").arg((to - from).x()).arg((to - from).y())));
-    QVERIFY(isAbout(colorAt(0.25, 0.25), k_red));
     QVERIFY(m_pHost->returnToGrid());
 }
 

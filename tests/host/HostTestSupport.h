@@ -1,6 +1,5 @@
 #pragma once
 
-#include "interfaces/data/IFileInfo.h"
 #include "interfaces/services/IImageDecoder.h"
 #include "services/basemodule/BaseModule.h"
 
@@ -104,37 +103,4 @@ struct TestModule {
         QFile::remove(path);
         return QFile::copy(sample(pName), path) ? path : QString();
     }
-};
-
-/** A file record with nothing but what the base module reads. */
-class FileInfo final : public IFileInfo {
-public:
-    FileInfo(const QString &path, const RenditionPaths &renditions)
-        : m_path(path)
-        , m_renditions(renditions)
-    {
-    }
-
-    qint64 fileId() const override { return 1; }
-    qint64 fileType() const override { return 0; }
-    QString filePath() const override { return m_path; }
-    QString fileName() const override { return m_path.section(QLatin1Char('/'), -1); }
-    QString suffix() const override { return m_path.section(QLatin1Char('.'), -1); }
-    QString description() const override { return {}; }
-    QString largePreviewPath() const override { return m_renditions.largePreview; }
-    QString thumbnailPath() const override { return m_renditions.thumbnail; }
-    TagRecordList tags() const override { return {}; }
-    QVector<NoteRecord> notes() const override { return {}; }
-    bool hasVideo(const QString &) const override { return false; }
-    bool needsLoader() const override { return true; }
-    bool isPreviewPictureFixed() const override { return false; }
-    bool isUnavailable() const override { return false; }
-    bool hasCachePicture() const override { return true; }
-    bool isFileMissing() const override { return false; }
-    bool isPictureType() const override { return true; }
-    int pictureKind() const override { return 0; }
-
-private:
-    const QString m_path;
-    const RenditionPaths m_renditions;
 };

@@ -1,5 +1,5 @@
 # Tests of the reference host's own parts: library, settings service, plug-in manager, grid and previews.
-bigimgpreview_test(tst_host_library SOURCES app/tst_host_library.cpp LIBRARIES hostlibrary)
+bigimgpreview_test(tst_host_library SOURCES app/tst_host_library.cpp app/LibraryFixture.h LIBRARIES hostlibrary)
 bigimgpreview_test(tst_host_scanner SOURCES app/tst_host_scanner.cpp LIBRARIES hostlibrary)
 bigimgpreview_test(tst_host_settings SOURCES app/tst_host_settings.cpp LIBRARIES hostsettings_core)
 bigimgpreview_test(tst_host_analysis SOURCES app/tst_host_analysis.cpp app/LibraryFixture.h LIBRARIES hostapp_core)
@@ -8,7 +8,7 @@ bigimgpreview_test(tst_host_panel SOURCES app/tst_host_panel.cpp app/LibraryFixt
 bigimgpreview_test(tst_host_watch SOURCES app/tst_host_watch.cpp app/LibraryFixture.h LIBRARIES hostlibrary)
 bigimgpreview_test(tst_host_grid SOURCES app/tst_host_grid.cpp LIBRARIES hostapp_core)
 bigimgpreview_test(tst_host_previews SOURCES app/tst_host_previews.cpp LIBRARIES hostapp_core)
-bigimgpreview_test(tst_host_notes SOURCES app/tst_host_notes.cpp LIBRARIES hostapp_core)
+bigimgpreview_test(tst_host_notes SOURCES app/tst_host_notes.cpp app/LibraryFixture.h LIBRARIES hostapp_core)
 bigimgpreview_test(tst_host_language SOURCES app/tst_host_language.cpp LIBRARIES hostapp_core)
 
 bigimgpreview_test(tst_host_plugins SOURCES app/tst_host_plugins.cpp LIBRARIES hostapp_core)

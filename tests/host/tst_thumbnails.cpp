@@ -1,3 +1,4 @@
+#include "FakeRecords.h"
 #include "HostTestSupport.h"
 #include "Scenes.h"
 #include "services/basemodule/cache/ThumbnailCache.h"
@@ -16,11 +17,16 @@ using basemodule::ThumbnailFiles;
 
 namespace {
 
+/** A record of the file with what the base module reads of it. */
 FileInfoPtr infoOf(TestModule &host, const QString &path)
 {
     const QFileInfo file(path);
-    return FileInfoPtr(
-        new FileInfo(path, host.module->renditionPaths(path, file.size(), file.lastModified().toMSecsSinceEpoch())));
+    const RenditionPaths paths =
+        host.module->renditionPaths(path, file.size(), file.lastModified().toMSecsSinceEpoch());
+    const auto pInfo = QSharedPointer<FakeFileInfo>::create(1, 0, path);
+    pInfo->largePreview = paths.largePreview;
+    pInfo->thumbnail = paths.thumbnail;
+    return pInfo;
 }
 
 /** Asks for a thumbnail and waits for the answer. */
@@ -249,7 +255,7 @@ void TestThumbnails::endInTheMiddle()
         QTest::qWait(i * 7);
         // The cache outlives its module where somebody still holds it.
         host.module.reset();
-        const FileInfoPtr pInfo(new FileInfo(sample("landscape.jpg"), RenditionPaths()));
+        const auto pInfo = QSharedPointer<FakeFileInfo>::create(1, 0, sample("landscape.jpg"));
         pCache->submitRequest(pCache->createRequest(pInfo, QSize(100, 100), 1.0));
     }
 }

@@ -20,9 +20,8 @@ qint64 ActionDesk::enter(ActionRequest request, const Answer &answer, const Prog
     } else if (reply == Reply::Queued || reply == Reply::Twice) {
         answerQueued(nRequest, pResponse);
     }
-    if (reply == Reply::Twice) {
+    if (reply == Reply::Twice)
         answerQueued(nRequest, pResponse);
-    }
     return request.id;
 }
 
@@ -31,9 +30,8 @@ void ActionDesk::cancel(qint64 nActionId)
     cancelled.append(nActionId);
     const auto found = std::find_if(requests.cbegin(), requests.cend(),
                                     [nActionId](const ActionRequest &request) { return request.id == nActionId; });
-    if (answersCancel && found != requests.cend()) {
+    if (answersCancel && found != requests.cend())
         answerQueued(int(std::distance(requests.cbegin(), found)), FakeResponse::failure(1));
-    }
 }
 
 void ActionDesk::answerQueued(int nRequest, const ResponseInfoPtr &pResponse)
@@ -89,9 +87,8 @@ private:
     auto emitter(void (Interface::*answer)(Arguments...))
     {
         return [action = QPointer<Interface>(this), answer](Arguments... arguments) {
-            if (action) {
+            if (action)
                 (action.data()->*answer)(arguments...);
-            }
         };
     }
 };

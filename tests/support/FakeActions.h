@@ -21,6 +21,8 @@ enum class Reply {
     RefuseNegative ///< Refused with id -1.
 };
 
+Q_DECLARE_METATYPE(Reply)
+
 enum class ActionKind { Export, Remove, Recycle, File, Comment, Tag };
 
 /** One request as it reached the host. */

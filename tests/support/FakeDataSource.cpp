@@ -3,20 +3,17 @@
 FileInfoPtr FakeDataSource::fileInfo(qint64 nFileId, TagRecordList *pTags)
 {
     const QSharedPointer<FakeFileInfo> pFile = m_records.value(nFileId);
-    if (!pFile || !has(SourcePart::Records)) {
+    if (!pFile || !has(SourcePart::Records))
         return {};
-    }
-    if (pTags != nullptr) {
+    if (pTags != nullptr)
         *pTags += pFile->tagList;
-    }
     return pFile;
 }
 
 void FakeDataSource::fillFileInformation(const QVector<qint64> &fileIds, QVector<FileInfoPtr> *pList)
 {
     for (const qint64 nFileId : fileIds) {
-        if (const QSharedPointer<FakeFileInfo> pFile = m_records.value(nFileId)) {
+        if (const QSharedPointer<FakeFileInfo> pFile = m_records.value(nFileId))
             pList->append(pFile);
-        }
     }
 }

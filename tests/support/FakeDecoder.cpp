@@ -81,9 +81,8 @@ public:
 
     IDecodedBitmap *createBitmap(double fScaleX, double fScaleY) override
     {
-        if (m_picture.gate) {
+        if (m_picture.gate)
             m_picture.gate->pass();
-        }
         const QSize size(std::max(1, qRound(m_picture.size.width() * fScaleX)),
                          std::max(1, qRound(m_picture.size.height() * fScaleY)));
         return m_picture.hasBitmap ? new Bitmap(m_state, m_picture, size) : nullptr;
@@ -126,9 +125,8 @@ void FakeDecoder::openGates()
 {
     const std::lock_guard<std::mutex> lock(m_state->mutex);
     for (const FakePicture &picture : qAsConst(m_state->pictures)) {
-        if (picture.gate) {
+        if (picture.gate)
             picture.gate->open();
-        }
     }
 }
 

@@ -52,8 +52,7 @@ QSharedPointer<Gate> FakeHost::addSlowPicture(qint64 nId, qint64 nType, const QS
 
 void FakeHost::removeFiles(const QVector<qint64> &fileIds)
 {
-    for (const qint64 nFileId : fileIds) {
+    for (const qint64 nFileId : fileIds)
         source->removeFile(nFileId);
-    }
     source->files.announceRemoved(fileIds);
 }

@@ -17,10 +17,10 @@ QString FakeCacheManager::cacheKey(const FileInfoPtr &pInfo, const QSize &size) 
 int FakeCacheManager::lookup(const QString &cacheKey, QPixmap *pPixmap)
 {
     const auto found = pictures.constFind(cacheKey);
-    if (found == pictures.constEnd()) {
+    if (found == pictures.constEnd())
         return failed.contains(cacheKey) ? Unavailable : missing;
-    }
-    *pPixmap = QPixmap::fromImage(*found);
+    if (pPixmap != nullptr)
+        *pPixmap = QPixmap::fromImage(*found);
     return Found;
 }
 
@@ -32,9 +32,8 @@ ThumbnailRequest FakeCacheManager::createRequest(const FileInfoPtr &pInfo, const
 void FakeCacheManager::submitRequest(const ThumbnailRequest &request)
 {
     requests.append(request);
-    if (answersAtOnce) {
+    if (answersAtOnce)
         finishAll();
-    }
 }
 
 QImage FakeCacheManager::largePicture(const FileInfoPtr &pInfo) const
@@ -44,9 +43,8 @@ QImage FakeCacheManager::largePicture(const FileInfoPtr &pInfo) const
 
 void FakeCacheManager::finish(const QString &cacheKey, const QImage &picture)
 {
-    if (!picture.isNull()) {
+    if (!picture.isNull())
         pictures.insert(cacheKey, picture);
-    }
     Q_EMIT signalLoadPixmapFinished(cacheKey, !picture.isNull());
 }
 
@@ -56,9 +54,8 @@ void FakeCacheManager::finishAll()
     picture.fill(Qt::darkGreen);
     const QVector<ThumbnailRequest> asked = requests;
     for (const ThumbnailRequest &request : asked) {
-        if (!pictures.contains(request.cacheKey)) {
+        if (!pictures.contains(request.cacheKey))
             finish(request.cacheKey, picture);
-        }
     }
 }
 
@@ -101,9 +98,8 @@ bool FakeRenderer::openDocument(qint64 nFileId, const QString &)
 {
     openGate.pass();
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_documents.value(nFileId).pages.isEmpty()) {
+    if (m_documents.value(nFileId).pages.isEmpty())
         return false;
-    }
     m_open.insert(nFileId);
     return true;
 }
@@ -127,17 +123,14 @@ QImage FakeRenderer::renderPage(qint64 nFileId, int nPage, const QSize &pixelSiz
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         --m_running;
-        if (m_open.contains(nFileId)) {
+        if (m_open.contains(nFileId))
             document = m_documents.value(nFileId);
-        }
     }
-    if (nPage < 0 || nPage >= document.pages.size() || document.broken.contains(nPage)) {
+    if (nPage < 0 || nPage >= document.pages.size() || document.broken.contains(nPage))
         return {};
-    }
     QSize size = document.pages.at(nPage);
-    if (!pixelSize.isEmpty()) {
+    if (!pixelSize.isEmpty())
         size.scale(pixelSize, Qt::KeepAspectRatio);
-    }
     QImage page(size, QImage::Format_RGB32);
     page.fill(QColor::fromHsv((nPage * 47) % 360, 90, 230));
     return page;

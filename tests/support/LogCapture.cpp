@@ -31,9 +31,8 @@ QStringList LogCapture::lines(QtMsgType type) const
     const std::lock_guard<std::mutex> lock(m_mutex);
     QStringList result;
     for (const Line &line : m_lines) {
-        if (line.type == type) {
+        if (line.type == type)
             result.append(line.text);
-        }
     }
     return result;
 }
@@ -68,9 +67,8 @@ QStringList LogCapture::unannounced() const
     QStringList result;
     for (const Line &line : m_lines) {
         const bool bad = line.type == QtWarningMsg || line.type == QtCriticalMsg;
-        if (bad && !beginsWithAny(line.text, m_expected)) {
+        if (bad && !beginsWithAny(line.text, m_expected))
             result.append(line.text);
-        }
     }
     return result;
 }
@@ -78,14 +76,12 @@ QStringList LogCapture::unannounced() const
 void LogCapture::record(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     LogCapture *log = s_current;
-    if (log == nullptr) {
+    if (log == nullptr)
         return;
-    }
     {
         const std::lock_guard<std::mutex> lock(log->m_mutex);
         log->m_lines.append({type, text});
     }
-    if (log->m_previous != nullptr) {
+    if (log->m_previous != nullptr)
         log->m_previous(type, context, text);
-    }
 }

@@ -28,6 +28,42 @@ FakePicture broken(int nHow)
     return picture;
 }
 
+/** A picture of this size and layout, each pixel of a colour of its own. */
+FakePicture patterned(const QSize &size, int nLayout, int nSpare, QImage *pExpected)
+{
+    const bool bSmall = nLayout <= 2;
+    const bool bRedFirst = nLayout == 1 || nLayout == 4;
+    *pExpected = QImage(size, QImage::Format_ARGB32);
+    FakePicture picture;
+    picture.layout = nLayout;
+    picture.rowLength = size.width() * (bSmall ? 3 : 4) + nSpare;
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            const QRgb c = qRgba(10 + x, 60 + y, 200 - x - y, bSmall ? 255 : 90 + x);
+            pExpected->setPixel(x, y, c);
+            picture.pixels.append(char(bRedFirst ? qRed(c) : qBlue(c)));
+            picture.pixels.append(char(qGreen(c)));
+            picture.pixels.append(char(bRedFirst ? qBlue(c) : qRed(c)));
+            if (!bSmall)
+                picture.pixels.append(char(qAlpha(c)));
+        }
+        picture.pixels.append(QByteArray(nSpare, '\xEE'));
+    }
+    return picture;
+}
+
+/** Frames of one pixel: the smallest animation. */
+QByteArray gif(int nFrames)
+{
+    QByteArray file = QByteArray::fromHex("47494638396101000100800000ff0000ffffff");
+    file += QByteArray::fromHex("21ff0b4e45545343415045322e300301000000");
+    for (int i = 0; i < nFrames; ++i) {
+        file += QByteArray::fromHex("21f9040402000000");
+        file += QByteArray::fromHex("2c00000000010001000002024401") + '\0';
+    }
+    return file + ';';
+}
+
 } // namespace
 
 class tst_loader : public PluginTest {
@@ -36,20 +72,14 @@ class tst_loader : public PluginTest {
 private Q_SLOTS:
     void fallbacks_data();
     void fallbacks();
-    void brokenPictureIsReleased_data();
     void brokenPictureIsReleased();
     void otherModes();
-    void layouts_data();
     void layouts();
-    void turnedUpright_data();
     void turnedUpright();
     void oneDecodeAtATime();
     void clearWaitsForTheDecode();
-    void levelsComeWithThePicture();
     void abandonedLoads_data();
     void abandonedLoads();
-    void resultOfADeadReceiver();
-    void animations_data();
     void animations();
 };
 
@@ -103,23 +133,17 @@ void tst_loader::fallbacks()
     delete pTask;
 }
 
-void tst_loader::brokenPictureIsReleased_data()
-{
-    QTest::addColumn<int>("how");
-    const char *const names[] = {"not opened", "no document", "vector", "no data", "no bitmap", "unknown layout"};
-    for (int i = 0; i < 6; ++i)
-        QTest::newRow(names[i]) << i;
-}
-
+/** Not opened, without document, vector, without data or bitmap, of an unknown layout. */
 void tst_loader::brokenPictureIsReleased()
 {
-    QFETCH(int, how);
-    host().decoder.setPicture(Source, broken(how));
-    QVERIFY(PictureDecoder::decode(Source).image.isNull());
-    QCOMPARE(host().decoder.counts().opened, 1);
-    QVERIFY(host().decoder.counts().isBalanced());
-    QVERIFY(data()->decodeLock()->tryLock());
-    data()->decodeLock()->unlock();
+    for (int nHow = 0; nHow < 6; ++nHow) {
+        host().decoder.setPicture(Source, broken(nHow));
+        QVERIFY2(PictureDecoder::decode(Source).image.isNull(), qPrintable(QString::number(nHow)));
+        QCOMPARE(host().decoder.counts().opened, nHow + 1);
+        QVERIFY(host().decoder.counts().isBalanced());
+        QVERIFY(data()->decodeLock()->tryLock());
+        data()->decodeLock()->unlock();
+    }
 }
 
 void tst_loader::otherModes()
@@ -152,77 +176,36 @@ void tst_loader::otherModes()
     QCOMPARE(opened.count() + rendered.count() + read.count(), 2);
 }
 
-void tst_loader::layouts_data()
-{
-    QTest::addColumn<int>("layout");
-    QTest::addColumn<int>("columns");
-    QTest::addColumn<int>("spare"); // bytes at the end of each row
-    for (const int nLayout : {1, 2, 3, 4, 6}) {
-        for (const int nColumns : {1, 2, 3, 5, 8})
-            QTest::addRow("layout %d, %d columns", nLayout, nColumns) << nLayout << nColumns << 0;
-        QTest::addRow("layout %d, spare bytes", nLayout) << nLayout << 5 << 2;
-    }
-}
-
+/** Every layout in every width, and with bytes to spare at the end of each row. */
 void tst_loader::layouts()
 {
-    QFETCH(int, layout);
-    QFETCH(int, columns);
-    QFETCH(int, spare);
-    constexpr int Rows = 3;
-    const bool bSmall = layout <= 2;
-    const bool bRedFirst = layout == 1 || layout == 4;
-    const auto colour = [bSmall](int x, int y) {
-        return qRgba(10 + x, 60 + y, 200 - x - y, bSmall ? 255 : 90 + x);
-    };
-    FakePicture picture;
-    picture.layout = layout;
-    picture.rowLength = columns * (bSmall ? 3 : 4) + spare;
-    for (int y = 0; y < Rows; ++y) {
-        for (int x = 0; x < columns; ++x) {
-            const QRgb c = colour(x, y);
-            picture.pixels.append(char(bRedFirst ? qRed(c) : qBlue(c)));
-            picture.pixels.append(char(qGreen(c)));
-            picture.pixels.append(char(bRedFirst ? qBlue(c) : qRed(c)));
-            if (!bSmall)
-                picture.pixels.append(char(qAlpha(c)));
+    for (const int nLayout : {1, 2, 3, 4, 6}) {
+        for (const auto &[nColumns, nSpare] : {std::pair(1, 0), {2, 0}, {3, 0}, {5, 0}, {8, 0}, {5, 2}}) {
+            QImage expected;
+            host().decoder.setPicture(Source, patterned(QSize(nColumns, 3), nLayout, nSpare, &expected));
+            const QImage image = PictureDecoder::decode(Source).image;
+            QVERIFY2(image.convertToFormat(QImage::Format_ARGB32) == expected,
+                     qPrintable(QStringLiteral("layout %1, %2 columns").arg(nLayout).arg(nColumns)));
         }
-        picture.pixels.append(QByteArray(spare, '\xEE'));
     }
-    host().decoder.setPicture(Source, picture);
-    const QImage image = PictureDecoder::decode(Source).image;
-    QCOMPARE(image.size(), QSize(columns, Rows));
-    for (int y = 0; y < Rows; ++y) {
-        for (int x = 0; x < columns; ++x)
-            QCOMPARE(QColor::fromRgba(image.pixel(x, y)), QColor::fromRgba(colour(x, y)));
-    }
-}
-
-void tst_loader::turnedUpright_data()
-{
-    QTest::addColumn<int>("rotation");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QPoint>("corner"); // where the stored picture's top left pixel stands upright
-    QTest::newRow("0") << 0 << QSize(3, 2) << QPoint(0, 0);
-    QTest::newRow("90") << 90 << QSize(2, 3) << QPoint(1, 0);
-    QTest::newRow("180") << 180 << QSize(3, 2) << QPoint(2, 1);
-    QTest::newRow("270") << 270 << QSize(2, 3) << QPoint(0, 2);
 }
 
 void tst_loader::turnedUpright()
 {
-    FakePicture picture;
-    QFETCH(int, rotation);
-    picture.rotation = rotation;
-    picture.rowLength = 12;
-    picture.pixels = QByteArray("\x00\x00\xFF\xFF", 4) + QByteArray(20, '\xFF'); // one red pixel, five white ones
-    host().decoder.setPicture(Source, picture);
-    const QImage image = PictureDecoder::decode(Source).image;
-    QTEST(image.size(), "size");
-    QFETCH(QPoint, corner);
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            QCOMPARE(image.pixelColor(x, y), QColor(QPoint(x, y) == corner ? Qt::red : Qt::white));
+    // Where the stored picture's top left pixel stands upright.
+    const QMap<int, QPoint> corners{{0, {0, 0}}, {90, {1, 0}}, {180, {2, 1}}, {270, {0, 2}}};
+    for (auto corner = corners.cbegin(); corner != corners.cend(); ++corner) {
+        FakePicture picture;
+        picture.rotation = corner.key();
+        picture.rowLength = 12;
+        picture.pixels = QByteArray("\x00\x00\xFF\xFF", 4) + QByteArray(20, '\xFF'); // one red pixel, five white ones
+        host().decoder.setPicture(Source, picture);
+        const QImage image = PictureDecoder::decode(Source).image;
+        QCOMPARE(image.size(), corner.key() % 180 == 0 ? QSize(3, 2) : QSize(2, 3));
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                QCOMPARE(image.pixelColor(x, y), QColor(QPoint(x, y) == corner.value() ? Qt::red : Qt::white));
+        }
     }
 }
 
@@ -265,39 +248,14 @@ void tst_loader::clearWaitsForTheDecode()
     QVERIFY(data()->dataSource() == nullptr);
 }
 
-void tst_loader::levelsComeWithThePicture()
-{
-    FakePicture large;
-    large.size = QSize(2100, 1100);
-    host().decoder.setPicture(Source, large);
-    const auto pLoad = QSharedPointer<PictureLoad>::create();
-    PreviewResourceThread task(1);
-    int nLevels = -1;
-    connect(
-        &task, &PreviewResourceThread::signal_imageReadEnd, this, [&nLevels, pLoad] { nLevels = pLoad->levels.size(); },
-        Qt::DirectConnection);
-    task.setAutoDelete(false);
-    task.setMode(LoadImageMode);
-    task.setPaths(Source, Large, Thumb);
-    task.setLoad(pLoad);
-    task.run();
-    QCOMPARE(nLevels, 2); // there before the picture is announced
-    QCOMPARE(pLoad->levels.at(1).size(), QSize(525, 275));
-    task.setLoad({});
-    task.run();
-    QCOMPARE(nLevels, 2);
-}
-
 void tst_loader::abandonedLoads_data()
 {
-    QTest::addColumn<bool>("before");
+    QTest::addColumn<bool>("before"); // it began, or while it decodes
     QTest::addColumn<bool>("wantedAgain");
-    QTest::addColumn<int>("opened");
-    QTest::addColumn<bool>("picture");
-    QTest::newRow("before it began") << true << false << 0 << false;
-    QTest::newRow("while it decodes") << false << false << 1 << false;
-    QTest::newRow("before it began, and wanted again") << true << true << 1 << true;
-    QTest::newRow("while it decodes, and wanted again") << false << true << 1 << true;
+    for (const bool bBefore : {true, false}) {
+        for (const bool bAgain : {true, false})
+            QTest::addRow("%s%s", bBefore ? "before" : "during", bAgain ? ", again" : "") << bBefore << bAgain;
+    }
 }
 
 /** A load that nobody waits for ends early, and says so; it tries no second file and complains of none. */
@@ -330,85 +288,42 @@ void tst_loader::abandonedLoads()
     }
     finishWorkers();
     const std::unique_ptr<PreviewResourceThread> pOwner(pTask);
-    QFETCH(bool, picture);
     QCOMPARE(ended.count(), 1);
-    QCOMPARE(ended.at(0).at(1).value<QImage>().isNull(), !picture);
-    QCOMPARE(ended.at(0).at(2).toString(), picture ? QString(Source) : QString());
-    QCOMPARE(ended.at(0).at(3).toBool(), picture);
-    QCOMPARE(pLoad->isGivenUp(), !picture);
+    QCOMPARE(ended.at(0).at(1).value<QImage>().isNull(), !wantedAgain);
+    QCOMPARE(ended.at(0).at(2).toString(), wantedAgain ? QString(Source) : QString());
+    QCOMPARE(ended.at(0).at(3).toBool(), wantedAgain);
+    QCOMPARE(pLoad->isGivenUp(), !wantedAgain);
     pLoad->setWanted();
-    QCOMPARE(pLoad->isGivenUp(), !picture); // for good
-    QTEST(host().decoder.counts().opened, "opened");
+    QCOMPARE(pLoad->isGivenUp(), !wantedAgain); // for good
+    QCOMPARE(host().decoder.counts().opened, before && !wantedAgain ? 0 : 1);
     QVERIFY(!log().hasLine(QStringLiteral("load ")));
 }
 
-void tst_loader::resultOfADeadReceiver()
-{
-    const auto pGate = host().addSlowPicture(1, 10, Source);
-    auto pReceiver = std::make_unique<QObject>();
-    int nCalls = 0;
-    auto *pTask = new PreviewResourceThread(1);
-    connect(pTask, &PreviewResourceThread::signal_imageReadEnd, pReceiver.get(), [&nCalls] { ++nCalls; });
-    pTask->setMode(LoadImageMode);
-    pTask->setPaths(Source, Large, Thumb);
-    QThreadPool::globalInstance()->start(pTask);
-    QTRY_COMPARE(pGate->waiting(), 1);
-    pReceiver.reset();
-    pGate->open();
-    finishWorkers();
-    QCOMPARE(nCalls, 0);
-}
-
-/** Two frames of one pixel: the smallest animation. */
-static QByteArray gif(int nFrames)
-{
-    QByteArray file = QByteArray::fromHex("47494638396101000100800000ff0000ffffff");
-    file += QByteArray::fromHex("21ff0b4e45545343415045322e300301000000");
-    for (int i = 0; i < nFrames; ++i) {
-        file += QByteArray::fromHex("21f9040402000000");
-        file += QByteArray::fromHex("2c00000000010001000002024401") + '\0';
-    }
-    return file + ';';
-}
-
-void tst_loader::animations_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("plays");
-    QTest::newRow("two frames") << gif(2) << true;
-    QTest::newRow("one frame") << gif(1) << false;
-    QTest::newRow("no picture") << QByteArray("text") << false;
-    QTest::newRow("empty") << QByteArray() << false;
-    QTest::newRow("cut off in the first frame") << gif(2).left(58) << false;
-    QTest::newRow("still") << QByteArray::fromBase64(
-                                  "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNk+M9QDwAD"
-                                  "hgGAWjR9awAAAABJRU5ErkJggg==")
-                           << false;
-}
-
+/** Those that play are handed over as they are; one frame, no picture, nothing and half a frame are none. */
 void tst_loader::animations()
 {
     QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("x.gif"));
-    QFETCH(QByteArray, content);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-    file.close();
-    const auto pCancel = QSharedPointer<QAtomicInt>::create(0);
-    AnimationFileTask task(3, path, pCancel);
-    task.setAutoDelete(false);
-    QSignalSpy read(&task, &AnimationFileTask::signal_animationRead);
-    task.run();
-    QFETCH(bool, plays);
-    QCOMPARE(read.count(), plays ? 1 : 0);
-    if (plays)
-        QCOMPARE(read.at(0), (QVariantList{3LL, path, content}));
-    AnimationFileTask missing(3, path + QStringLiteral(".gone"), pCancel);
+    for (const QByteArray &content : {gif(2), gif(1), QByteArray("text"), QByteArray(), gif(2).left(58)}) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        file.close();
+        const auto pCancel = QSharedPointer<QAtomicInt>::create(0);
+        AnimationFileTask task(3, path, pCancel);
+        task.setAutoDelete(false);
+        QSignalSpy read(&task, &AnimationFileTask::signal_animationRead);
+        task.run();
+        const bool bPlays = content == gif(2);
+        QCOMPARE(read.count(), bPlays ? 1 : 0);
+        if (bPlays)
+            QCOMPARE(read.at(0), (QVariantList{3LL, path, content}));
+        pCancel->storeRelaxed(1);
+        task.run(); // nobody waits for it any more
+        QCOMPARE(read.count(), bPlays ? 1 : 0);
+    }
+    AnimationFileTask missing(3, path + QStringLiteral(".gone"), QSharedPointer<QAtomicInt>::create(0));
     missing.setAutoDelete(false);
     missing.run();
-    pCancel->storeRelaxed(1);
-    task.run(); // nobody waits for it any more
-    QCOMPARE(read.count(), plays ? 1 : 0);
 }
 
 BIGIMGPREVIEW_TEST_MAIN(tst_loader)

@@ -15,14 +15,6 @@ void remove(FakeHost &host, const char *pClassName)
     host.registry.remove(QLatin1String(pClassName));
 }
 
-QVector<qint64> ids(const QVector<FileInfoPtr> &files)
-{
-    QVector<qint64> result;
-    for (const FileInfoPtr &pFile : files)
-        result.append(pFile->fileId());
-    return result;
-}
-
 } // namespace
 
 class tst_shared_state : public PluginTest {
@@ -31,22 +23,14 @@ class tst_shared_state : public PluginTest {
 private Q_SLOTS:
     void missingServices_data();
     void missingServices();
-    void missingSourceParts_data();
     void missingSourceParts();
-    void removedFilesChooseTheNext_data();
-    void removedFilesChooseTheNext();
     void newRecordOfTheSameFileIsFound();
     void notesAreSentWhole();
-    void refusedNotesAreLogged();
     void notesBelongToTheCurrentFile();
-    void pasteTags_data();
     void pasteTags();
     void tagResults_data();
     void tagResults();
-    void tagResultsCountOnce();
-    void copyTagsAndPath();
     void clearReleasesTheHost();
-    void fileTypes_data();
     void fileTypes();
     void fileTypeTable();
 
@@ -83,50 +67,29 @@ void tst_shared_state::useEverything()
 
 void tst_shared_state::missingServices_data()
 {
-    QTest::addColumn<HostChange>("change");
-    QTest::addColumn<QString>("present"); // what is still there
+    QTest::addColumn<QString>("missing"); // what cannot be used then
     QTest::addColumn<QString>("line");
-    const QString all = QStringLiteral("keys settings cache decoder renderer center");
-    const QString noSettings = QStringLiteral("cache decoder renderer center");
-    const QString noBase = QStringLiteral("keys settings center");
-    const QString noSettingLine = QStringLiteral("m_pSettingPlugin is nullptr");
-    const auto row = [](const char *pName, const HostChange &change, const QString &present, const QString &line = {}) {
-        QTest::newRow(pName) << change << present << line;
+    QTest::addColumn<HostChange>("change");
+    const char *const noPlugin = "m_pSettingPlugin is nullptr";
+    const auto row = [](const char *pName, const char *pMissing, const char *pLine, const HostChange &change) {
+        QTest::newRow(pName) << QString::fromLatin1(pMissing) << QString::fromLatin1(pLine) << change;
     };
-    row(
-        "nothing", [](FakeHost &) {}, all);
-    row(
-        "settings", [](FakeHost &host) { remove(host, "ISettingPlugin"); }, noSettings, noSettingLine);
-    row(
-        "settings list with null", [](FakeHost &host) { host.registry[QStringLiteral("ISettingPlugin")] = {nullptr}; },
-        noSettings, noSettingLine);
-    row(
-        "settings object", [](FakeHost &host) { host.setting.hasObject = false; }, noSettings, noSettingLine);
-    row(
-        "settings interface", [](FakeHost &host) { host.setting.answersInterface = false; }, noSettings, noSettingLine);
-    row(
-        "shortcuts", [](FakeHost &host) { host.setting.shortcuts = nullptr; }, QStringLiteral("settings ") + noSettings,
-        QStringLiteral("m_pShortcutSetting is nullptr"));
-    row(
-        "settings values", [](FakeHost &host) { host.setting.settings = nullptr; },
-        QStringLiteral("keys ") + noSettings);
-    row(
-        "base", [](FakeHost &host) { remove(host, "IBaseModulePlugin"); }, noBase);
-    row(
-        "base object", [](FakeHost &host) { host.base.hasObject = false; }, noBase);
-    row(
-        "cache", [](FakeHost &host) { host.base.cache.reset(); }, QString(all).remove(QStringLiteral("cache ")));
-    row(
-        "decoder", [](FakeHost &host) { host.base.decoder = nullptr; },
-        QString(all).remove(QStringLiteral("decoder ")));
-    row(
-        "renderer", [](FakeHost &host) { host.base.renderer = nullptr; },
-        QString(all).remove(QStringLiteral("renderer ")));
-    row(
-        "data centre", [](FakeHost &host) { remove(host, "IDataCenterPlugin"); },
-        QString(all).remove(QStringLiteral(" center")));
-    row(
-        "everything", [](FakeHost &host) { host.registry.clear(); }, QString(), noSettingLine);
+    row("nothing", "", "", [](FakeHost &) {});
+    row("settings", "keys settings", noPlugin, [](FakeHost &host) { remove(host, "ISettingPlugin"); });
+    row("settings list with null", "keys settings", noPlugin,
+        [](FakeHost &host) { host.registry[QStringLiteral("ISettingPlugin")] = {nullptr}; });
+    row("settings object", "keys settings", noPlugin, [](FakeHost &host) { host.setting.hasObject = false; });
+    row("settings interface", "keys settings", noPlugin, [](FakeHost &host) { host.setting.answersInterface = false; });
+    row("shortcuts", "keys", "m_pShortcutSetting is nullptr", [](FakeHost &host) { host.setting.shortcuts = nullptr; });
+    row("settings values", "settings", "", [](FakeHost &host) { host.setting.settings = nullptr; });
+    row("base", "cache decoder renderer", "", [](FakeHost &host) { remove(host, "IBaseModulePlugin"); });
+    row("base object", "cache decoder renderer", "", [](FakeHost &host) { host.base.hasObject = false; });
+    row("cache", "cache", "", [](FakeHost &host) { host.base.cache.reset(); });
+    row("decoder", "decoder", "", [](FakeHost &host) { host.base.decoder = nullptr; });
+    row("renderer", "renderer", "", [](FakeHost &host) { host.base.renderer = nullptr; });
+    row("data centre", "center", "", [](FakeHost &host) { remove(host, "IDataCenterPlugin"); });
+    row("everything", "keys settings cache decoder renderer center", noPlugin,
+        [](FakeHost &host) { host.registry.clear(); });
 }
 
 void tst_shared_state::missingServices()
@@ -139,10 +102,10 @@ void tst_shared_state::missingServices()
     host().renderer.setDocument(7, {QSize(4, 3)});
     attachHost();
 
-    QStringList present;
-    const auto note = [&present](bool bThere, const char *pName) {
-        if (bThere)
-            present.append(QLatin1String(pName));
+    QStringList missing;
+    const auto note = [&missing](bool bThere, const char *pName) {
+        if (!bThere)
+            missing.append(QLatin1String(pName));
     };
     note(data()->shortcutText(IShortcutSetting::ZoomIn) == QLatin1String("Ctrl+="), "keys");
     note(data()->settingsText() == QLatin1String("/export"), "settings");
@@ -150,7 +113,7 @@ void tst_shared_state::missingServices()
     note(!PictureDecoder::decode(QStringLiteral("/1.png")).image.isNull(), "decoder");
     note(data()->openPresentation(7, QStringLiteral("/7.pptx")) && data()->presentationPageCount(7) == 1, "renderer");
     note(data()->dataCenter() != nullptr, "center");
-    QTEST(present.join(QLatin1Char(' ')), "present");
+    QTEST(missing.join(QLatin1Char(' ')), "missing");
     QFETCH(QString, line);
     QCOMPARE(log().count(Manager), line.isEmpty() ? 0 : 1);
     QVERIFY(line.isEmpty() || log().hasLine(Manager + line));
@@ -163,65 +126,24 @@ void tst_shared_state::missingServices()
     QVERIFY(data()->cacheManager() == nullptr);
 }
 
-void tst_shared_state::missingSourceParts_data()
-{
-    QTest::addColumn<QList<int>>("parts");
-    QList<int> all;
-    for (int i = int(SourcePart::FileList); i <= int(SourcePart::TagAction); ++i) {
-        QTest::addRow("part %d", i) << QList<int>{i};
-        all.append(i);
-    }
-    QTest::newRow("all") << all;
-    QTest::newRow("no source") << QList<int>{-1};
-}
-
+/** Each part alone, all of them, and the source itself. */
 void tst_shared_state::missingSourceParts()
 {
-    QFETCH(QList<int>, parts);
-    for (const int nPart : parts)
-        host().source->absent.insert(SourcePart(nPart));
-    for (const qint64 nId : {1, 2, 3})
-        host().addPicture(nId, 10, QStringLiteral("/%1.png").arg(nId));
-    attachHost();
-    if (parts.contains(-1))
-        data()->setDataSource({});
+    QSet<SourcePart> all;
+    for (int i = int(SourcePart::FileList); i <= int(SourcePart::TagAction); ++i)
+        all.insert(SourcePart(i));
+    QVector<QSet<SourcePart>> rows{all};
+    for (const SourcePart part : all)
+        rows.append({part});
+    for (const QSet<SourcePart> &row : rows) {
+        for (const qint64 nId : {1, 2, 3})
+            host().addPicture(nId, 10, QStringLiteral("/%1.png").arg(nId));
+        host().source->absent = row;
+        attachHost();
+        useEverything();
+    }
+    data()->setDataSource({});
     useEverything();
-}
-
-void tst_shared_state::removedFilesChooseTheNext_data()
-{
-    using Ids = QVector<qint64>;
-    QTest::addColumn<qint64>("current");
-    QTest::addColumn<Ids>("removed");
-    QTest::addColumn<qint64>("expected");
-    QTest::addColumn<Ids>("left");
-    QTest::newRow("middle") << 3LL << Ids{3} << 4LL << Ids{1, 2, 4, 5};
-    QTest::newRow("with the next") << 3LL << Ids{4, 3} << 5LL << Ids{1, 2, 5};
-    QTest::newRow("to the end") << 3LL << Ids{3, 4, 5} << 2LL << Ids{1, 2};
-    QTest::newRow("all but the first") << 3LL << Ids{2, 3, 4, 5} << 1LL << Ids{1};
-    QTest::newRow("last") << 5LL << Ids{5} << 4LL << Ids{1, 2, 3, 4};
-    QTest::newRow("first") << 1LL << Ids{1} << 2LL << Ids{2, 3, 4, 5};
-    QTest::newRow("everything") << 3LL << Ids{1, 2, 3, 4, 5} << 3LL << Ids{};
-    QTest::newRow("ids of no file") << 5LL << Ids{5, 77, 5} << 4LL << Ids{1, 2, 3, 4};
-    QTest::newRow("current not listed") << 9LL << Ids{1} << 2LL << Ids{2, 3, 4, 5};
-}
-
-void tst_shared_state::removedFilesChooseTheNext()
-{
-    for (const qint64 nId : {1, 2, 3, 4, 5, 9})
-        host().addFile(nId, 10, QStringLiteral("/%1.png").arg(nId));
-    QFETCH(qint64, current);
-    QFETCH(QVector<qint64>, removed);
-    openFiles({1, 2, 3, 4, 5}, current);
-    for (const qint64 nId : removed)
-        host().source->removeFile(nId);
-    data()->removeFiles(removed);
-    QTEST(data()->currentFileId(), "expected");
-    QCOMPARE(data()->currentFileInfo()->fileId(), data()->currentFileId());
-    data()->dropFiles(removed);
-    data()->refillFileInformation();
-    QTEST(data()->fileIds(), "left");
-    QTEST(ids(data()->fileInformationList()), "left");
 }
 
 void tst_shared_state::newRecordOfTheSameFileIsFound()
@@ -269,21 +191,6 @@ void tst_shared_state::notesAreSentWhole()
     QCOMPARE(host().desk.requests.last().fileIds, (QVector<qint64>{1}));
 }
 
-void tst_shared_state::refusedNotesAreLogged()
-{
-    host().addFile(1, 10, QStringLiteral("/1.png"));
-    openFiles({1}, 1);
-    host().desk.reply = Reply::RefuseNegative;
-    data()->addOrModifyNote(3, QStringLiteral("a"), QRect(), 0);
-    QVERIFY(log().hasLine(QStringLiteral("modify(add) comment action id <= 0")));
-    host().desk.reply = Reply::RefuseZero;
-    data()->addOrModifyNote(3, QStringLiteral("b"), QRect(), 0);
-    QVERIFY(log().hasLine(QStringLiteral("modify comment action id <= 0")));
-    data()->deleteNote(3);
-    QVERIFY(log().hasLine(QStringLiteral("modify(del) comment action id <= 0")));
-    QVERIFY(data()->notes().isEmpty());
-}
-
 void tst_shared_state::notesBelongToTheCurrentFile()
 {
     host().addFile(1, 10, QStringLiteral("/1.png"))->noteList = {{QRect(), 1, QStringLiteral("a")}};
@@ -293,34 +200,23 @@ void tst_shared_state::notesBelongToTheCurrentFile()
     QVERIFY(data()->currentFileInfo() == nullptr);
 }
 
-void tst_shared_state::pasteTags_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QList<quint64>>("expected");
-    QTest::newRow("empty parts") << QStringLiteral("12,,34,") << QList<quint64>{12, 34};
-    QTest::newRow("letters") << QStringLiteral("abc") << QList<quint64>{0};
-    QTest::newRow("mixed") << QStringLiteral("5,x") << QList<quint64>{5, 0};
-    QTest::newRow("largest") << QStringLiteral("18446744073709551615") << QList<quint64>{~0ULL};
-    QTest::newRow("negative") << QStringLiteral("-1") << QList<quint64>{0};
-}
-
 void tst_shared_state::pasteTags()
 {
     host().addFile(8, 10, QStringLiteral("/8.png"));
     openFiles({8}, 8);
-    QFETCH(QString, text);
-    QGuiApplication::clipboard()->setText(text);
     host().desk.reply = Reply::RefuseZero;
-    data()->pasteTags();
-    const ActionRequest request = host().desk.requests.value(0);
-    QCOMPARE(request.kind, ActionKind::Tag);
-    QCOMPARE(request.fileIds, (QVector<qint64>{8}));
-    QList<quint64> tagIds;
-    for (const TagRecordPtr &pTag : request.tags) {
-        tagIds.append(pTag->id);
-        QVERIFY(pTag->name.isEmpty());
+    const QVector<std::pair<const char *, QList<quint64>>> rows = {
+        {"12,,34,", {12, 34}}, {"abc", {0}}, {"5,x", {5, 0}}, {"18446744073709551615", {~0ULL}}, {"-1", {0}}};
+    for (const auto &row : rows) {
+        QGuiApplication::clipboard()->setText(QLatin1String(row.first));
+        data()->pasteTags();
+        const ActionRequest request = host().desk.of(ActionKind::Tag).last();
+        QCOMPARE(request.fileIds, (QVector<qint64>{8}));
+        QList<quint64> tagIds;
+        for (const TagRecordPtr &pTag : request.tags)
+            tagIds.append(pTag->id);
+        QCOMPARE(tagIds, row.second);
     }
-    QTEST(tagIds, "expected");
     QVERIFY(log().hasLine(QStringLiteral("files associate tags action id <= 0")));
 }
 
@@ -349,45 +245,14 @@ void tst_shared_state::tagResults()
     host().desk.reply = Reply::OnDemand;
     QSignalSpy updates(data(), &PluginInnerData::signalUpdateRightPanel);
     data()->pasteTags();
+    data()->pasteTags();
     QFETCH(ResponseInfoPtr, response);
-    host().desk.answer(0, response);
+    host().desk.answer(0, response); // of a request that the later one replaced
+    QCOMPARE(updates.count(), 0);
+    host().desk.answer(1, response);
     QTEST(updates.count(), "updates");
     if (!updates.isEmpty())
         QCOMPARE(updates.at(0).at(0).toLongLong(), 8LL);
-}
-
-void tst_shared_state::tagResultsCountOnce()
-{
-    host().addFile(8, 10, QStringLiteral("/8.png"));
-    openFiles({8}, 8);
-    QGuiApplication::clipboard()->setText(QStringLiteral("1"));
-    host().desk.reply = Reply::OnDemand;
-    QSignalSpy updates(data(), &PluginInnerData::signalUpdateRightPanel);
-    for (int i = 0; i < 3; ++i)
-        data()->pasteTags();
-    host().desk.answer(0); // of a request that a later one replaced
-    QCOMPARE(updates.count(), 0);
-    host().desk.answer(2);
-    QCOMPARE(updates.count(), 1);
-}
-
-void tst_shared_state::copyTagsAndPath()
-{
-    const auto pFile = host().addFile(1, 10, QStringLiteral("/dir/ä b.png"));
-    openFiles({1}, 1);
-    pFile->tagList = {makeTag(12), makeTag(34)}; // linked after the file was opened
-    QClipboard *pClipboard = QGuiApplication::clipboard();
-    data()->copyTags();
-    QCOMPARE(pClipboard->text(), QStringLiteral("12,34"));
-    data()->copyFilePath();
-    QCOMPARE(pClipboard->text(), QStringLiteral("/dir/ä b.png"));
-    pFile->tagList.clear();
-    data()->copyTags();
-    QCOMPARE(pClipboard->text(), QString());
-    pClipboard->setText(QStringLiteral("kept"));
-    data()->setCurrentFile(2);
-    data()->copyFilePath();
-    QCOMPARE(pClipboard->text(), QStringLiteral("kept"));
 }
 
 void tst_shared_state::clearReleasesTheHost()
@@ -410,59 +275,27 @@ void tst_shared_state::clearReleasesTheHost()
     QVERIFY(data()->mainWindowHandle() == &host().window);
 }
 
-void tst_shared_state::fileTypes_data()
-{
-    QTest::addColumn<qint64>("type");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](qint64 nType, const char *pExpected) {
-        QTest::addRow("%lld", nType) << nType << QString::fromLatin1(pExpected);
-    };
-    row(0, "");
-    row(-1, "");
-    row(4, "");
-    row(1, "preview");
-    row(10, "preview");
-    row(30, "preview gif");
-    row(100, "preview");
-    row(120, "preview psd");
-    row(121, "preview");
-    row(131, "preview");
-    row(191, "preview");
-    row(192, "preview presentation");
-    row(193, "preview presentation");
-    row(194, "preview");
-    row(200, "preview");
-    row(210, "preview audio");
-    row(620, "preview audio");
-    row(754, "preview audio");
-    row(220, "preview video");
-    row(650, "preview video");
-    row(300, "");
-    row(690, "");
-    row(800, "");
-    row(1100, "");
-    row(3000, "");
-    row(1213, "");
-    row(1218, "");
-    row(1220, "preview");
-    row(qint64(1) << 32 | 10, "");
-}
-
 void tst_shared_state::fileTypes()
 {
-    QFETCH(qint64, type);
-    QStringList words;
-    const auto note = [&words](bool bIs, const char *pWord) {
-        if (bIs)
-            words.append(QLatin1String(pWord));
-    };
-    note(isPreviewableType(type), "preview");
-    note(isVideoType(type), "video");
-    note(isAudioType(type), "audio");
-    note(isGifType(type), "gif");
-    note(isPresentationType(type), "presentation");
-    note(isPsdType(type), "psd");
-    QTEST(words.join(QLatin1Char(' ')), "expected");
+    const QHash<const char *, QVector<qint64>> rows = {
+        {"", {0, -1, 4, 300, 690, 800, 1100, 1213, 1218, 3000, qint64(1) << 32 | 10}},
+        {"preview", {1, 10, 100, 121, 131, 191, 194, 200, 1220}},
+        {"preview video", {220, 650}},
+        {"preview audio", {210, 620, 754}},
+        {"preview gif", {30}},
+        {"preview presentation", {192, 193}},
+        {"preview psd", {120}}};
+    for (auto row = rows.cbegin(); row != rows.cend(); ++row) {
+        for (const qint64 nType : row.value()) {
+            QString words(QLatin1String(isPreviewableType(nType) ? "preview" : ""));
+            words += QLatin1String(isVideoType(nType) ? " video" : "");
+            words += QLatin1String(isAudioType(nType) ? " audio" : "");
+            words += QLatin1String(isGifType(nType) ? " gif" : "");
+            words += QLatin1String(isPresentationType(nType) ? " presentation" : "");
+            words += QLatin1String(isPsdType(nType) ? " psd" : "");
+            QVERIFY2(words == QLatin1String(row.key()), qPrintable(QString::number(nType)));
+        }
+    }
 }
 
 /** Sums over the whole table, so that no id or group can slip. */

@@ -67,45 +67,36 @@ class tst_theme : public QObject {
 
 private Q_SLOTS:
     void cleanup() { TSSkinSetting::GetInstance()->SetTheme(TSSkinSetting::DarkTheme); }
-    void contrastOfTextAndIcons_data();
     void contrastOfTextAndIcons();
-    void toolbarIconsStayReadableOnAnyPicture_data();
     void toolbarIconsStayReadableOnAnyPicture();
-    void everyIconDraws_data();
     void everyIconDraws();
-    void iconColorsFollowTheTheme();
-    void styleSheetsAreFilledIn_data();
     void styleSheetsAreFilledIn();
-    void unknownNamesAnswerEmpty_data();
     void unknownNamesAnswerEmpty();
     void setThemeEmitsOncePerChange();
 };
 
-void tst_theme::contrastOfTextAndIcons_data()
+void tst_theme::contrastOfTextAndIcons()
 {
-    QTest::addColumn<QColor>("front");
-    QTest::addColumn<QColor>("ground");
-    QTest::addColumn<double>("least");
-
     for (const auto theme : {TSSkinSetting::DarkTheme, TSSkinSetting::LightTheme}) {
         const ThemeColors &c = themeColors(theme);
         const auto add = [theme](const char *pair, const QColor &front, const QColor &ground, double least) {
             const QColor opaque =
                 over(ground, ground.alphaF(), theme == TSSkinSetting::DarkTheme ? Qt::white : Qt::black);
-            QTest::addRow("%s %s", themeFolder(theme).data(), pair) << front << opaque << least;
+            const double found = contrast(front, opaque);
+            QVERIFY2(found >= least, qPrintable(QStringLiteral("%1 %2 is only %3 : 1")
+                                                    .arg(QLatin1String(themeFolder(theme)), QLatin1String(pair))
+                                                    .arg(found, 0, 'f', 2)));
         };
-        const std::pair<const char *, QColor> grounds[] = {
-            {"window", c.window},
-            {"left column", c.leftColumn},
-            {"right column", c.rightColumn},
-            {"title bar", c.titleBar},
-            {"pop-up", c.popupBackground},
-            {"input", c.inputAndButton},
-            {"hover", c.hover},
-            {"selected row", c.selection},
-            {"notice", c.notification1},
-            {"warning notice", c.notification2},
-        };
+        const std::pair<const char *, QColor> grounds[] = {{"window", c.window},
+                                                           {"left column", c.leftColumn},
+                                                           {"right column", c.rightColumn},
+                                                           {"title bar", c.titleBar},
+                                                           {"pop-up", c.popupBackground},
+                                                           {"input", c.inputAndButton},
+                                                           {"hover", c.hover},
+                                                           {"selected row", c.selection},
+                                                           {"notice", c.notification1},
+                                                           {"warning notice", c.notification2}};
         for (const auto &ground : grounds) {
             add(qPrintable(QStringLiteral("text on %1").arg(QLatin1String(ground.first))), c.text, ground.second, 4.5);
             add(qPrintable(QStringLiteral("secondary text on %1").arg(QLatin1String(ground.first))), c.secondaryText,
@@ -126,135 +117,83 @@ void tst_theme::contrastOfTextAndIcons_data()
     }
 }
 
-void tst_theme::contrastOfTextAndIcons()
-{
-    QFETCH(QColor, front);
-    QFETCH(QColor, ground);
-    QFETCH(double, least);
-    const double found = contrast(front, ground);
-    QVERIFY2(found >= least, qPrintable(QStringLiteral("%1 on %2 is only %3 : 1")
-                                            .arg(front.name(), ground.name(), QString::number(found, 'f', 2))));
-}
-
-void tst_theme::toolbarIconsStayReadableOnAnyPicture_data()
-{
-    QTest::addColumn<int>("theme");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QColor>("picture");
-    for (const int theme : {TSSkinSetting::DarkTheme, TSSkinSetting::LightTheme}) {
-        for (const char *state : {"normal", "select"}) {
-            for (const QColor &picture : {QColor(Qt::black), QColor(Qt::gray), QColor(Qt::white)})
-                QTest::addRow("%d %s on %s", theme, state, qPrintable(picture.name()))
-                    << theme << QStringLiteral("preview_enlarge_%1.svg").arg(QLatin1String(state)) << picture;
-        }
-    }
-}
-
 // The buttons may lie straight on a photo: stroke and disc must differ whatever is behind.
 void tst_theme::toolbarIconsStayReadableOnAnyPicture()
 {
-    QFETCH(int, theme);
-    QFETCH(QString, name);
-    QFETCH(QColor, picture);
-    TSSkinSetting::GetInstance()->SetTheme(TSSkinSetting::Theme(theme));
-    QImage image(104, 104, QImage::Format_ARGB32_Premultiplied);
-    image.fill(picture);
-    QPainter painter(&image);
-    QSvgRenderer(TSSkinSetting::GetInstance()->GetResourceAbsolutePath(name)).render(&painter);
-    painter.end();
-    const QColor stroke = image.pixelColor(47, 47); // the cross in the lens
-    const QColor disc = image.pixelColor(52, 8);
-    QVERIFY2(contrast(stroke, disc) >= 3.0, qPrintable(QString::number(contrast(stroke, disc))));
-}
-
-void tst_theme::everyIconDraws_data()
-{
-    QTest::addColumn<QString>("name");
-    for (const QString &name : iconNames())
-        QTest::newRow(qPrintable(name)) << name;
+    for (const auto theme : {TSSkinSetting::DarkTheme, TSSkinSetting::LightTheme}) {
+        TSSkinSetting::GetInstance()->SetTheme(theme);
+        for (const char *pName : {"preview_enlarge_normal.svg", "preview_enlarge_select.svg"}) {
+            for (const Qt::GlobalColor picture : {Qt::black, Qt::gray, Qt::white}) {
+                QImage image(104, 104, QImage::Format_ARGB32_Premultiplied);
+                image.fill(picture);
+                QPainter painter(&image);
+                const QString path = TSSkinSetting::GetInstance()->GetResourceAbsolutePath(QLatin1String(pName));
+                QSvgRenderer(path).render(&painter);
+                painter.end();
+                const QColor stroke = image.pixelColor(47, 47); // the cross in the lens
+                const QColor disc = image.pixelColor(52, 8);
+                QVERIFY2(contrast(stroke, disc) >= 3.0, qPrintable(QString::number(contrast(stroke, disc))));
+            }
+        }
+    }
 }
 
 void tst_theme::everyIconDraws()
 {
-    QFETCH(QString, name);
     for (const auto theme : {TSSkinSetting::DarkTheme, TSSkinSetting::LightTheme}) {
         TSSkinSetting::GetInstance()->SetTheme(theme);
-        const QString path = TSSkinSetting::GetInstance()->GetResourceAbsolutePath(name);
-        QCOMPARE(path, QStringLiteral(":/bigimgpreview/%1/%2").arg(themeFolder(theme), name));
-        QCOMPARE(TSSkinSetting::GetInstance()->GetResourcePath(name), QStringLiteral("image:url(%1);").arg(path));
-        QSvgRenderer renderer(path);
-        QVERIFY(renderer.isValid());
-        QImage image(renderer.defaultSize(), QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::transparent);
-        const QImage empty = image;
-        QPainter painter(&image);
-        renderer.render(&painter);
-        painter.end();
-        QVERIFY(image != empty);
-        QVERIFY2(qAlpha(image.pixel(0, 0)) < 128, "drawn to the very corner: cut off");
+        for (const QString &name : iconNames()) {
+            const QString path = TSSkinSetting::GetInstance()->GetResourceAbsolutePath(name);
+            QCOMPARE(path, QStringLiteral(":/bigimgpreview/%1/%2").arg(themeFolder(theme), name));
+            QCOMPARE(TSSkinSetting::GetInstance()->GetResourcePath(name), QStringLiteral("image:url(%1);").arg(path));
+            QSvgRenderer renderer(path);
+            QVERIFY2(renderer.isValid(), qPrintable(path));
+            QImage image(renderer.defaultSize(), QImage::Format_ARGB32_Premultiplied);
+            image.fill(Qt::transparent);
+            const QImage empty = image;
+            QPainter painter(&image);
+            renderer.render(&painter);
+            painter.end();
+            QVERIFY2(image != empty, qPrintable(path));
+            QVERIFY2(qAlpha(image.pixel(0, 0)) < 128, qPrintable(path)); // drawn to the very corner: cut off
+        }
     }
-}
-
-void tst_theme::iconColorsFollowTheTheme()
-{
-    for (const auto theme : {TSSkinSetting::DarkTheme, TSSkinSetting::LightTheme}) {
-        TSSkinSetting::GetInstance()->SetTheme(theme);
-        QFile file(TSSkinSetting::GetInstance()->GetResourceAbsolutePath(QStringLiteral("preview_back_normal.svg")));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QString text = QString::fromUtf8(file.readAll());
-        QVERIFY(text.contains(themeColors(theme).icon.name(), Qt::CaseInsensitive));
-        QVERIFY(!text.contains(QLatin1Char('@')));
-    }
-}
-
-void tst_theme::styleSheetsAreFilledIn_data()
-{
-    QTest::addColumn<QString>("name");
-    for (const char *name : {"menu", "host", "tooltip"})
-        QTest::newRow(name) << QString::fromLatin1(name);
 }
 
 void tst_theme::styleSheetsAreFilledIn()
 {
-    QFETCH(QString, name);
     static const QRegularExpression url(QStringLiteral("url\\(([^)]*)\\)"));
     for (const auto theme : {TSSkinSetting::DarkTheme, TSSkinSetting::LightTheme}) {
         TSSkinSetting::GetInstance()->SetTheme(theme);
-        const QString styleSheet = TSSkinSetting::GetInstance()->GetStyleSheet(name);
-        QVERIFY(!styleSheet.isEmpty());
-        QVERIFY2(!styleSheet.contains(QLatin1Char('@')),
-                 qPrintable(styleSheet.mid(styleSheet.indexOf(QLatin1Char('@')), 30)));
-        for (auto it = url.globalMatch(styleSheet); it.hasNext();) {
-            const QString image = it.next().captured(1);
-            QVERIFY2(QFile::exists(image), qPrintable(image));
+        for (const char *pName : {"menu", "host", "tooltip"}) {
+            const QString styleSheet = TSSkinSetting::GetInstance()->GetStyleSheet(QLatin1String(pName));
+            QVERIFY(!styleSheet.isEmpty());
+            QVERIFY2(!styleSheet.contains(QLatin1Char('@')),
+                     qPrintable(styleSheet.mid(styleSheet.indexOf(QLatin1Char('@')), 30)));
+            for (auto it = url.globalMatch(styleSheet); it.hasNext();) {
+                const QString image = it.next().captured(1);
+                QVERIFY2(QFile::exists(image), qPrintable(image));
+            }
+            QWidget widget;
+            TSSkinSetting::GetInstance()->SetWidgetStyleSheetWithQssName(&widget, QLatin1String(pName));
+            QCOMPARE(widget.styleSheet(), styleSheet);
         }
-        QWidget widget;
-        TSSkinSetting::GetInstance()->SetWidgetStyleSheetWithQssName(&widget, name);
-        widget.ensurePolished();
-        QCOMPARE(widget.styleSheet(), styleSheet);
     }
-}
-
-void tst_theme::unknownNamesAnswerEmpty_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("unknown") << QStringLiteral("no_such_icon.svg");
-    QTest::newRow("empty") << QString();
-    QTest::newRow("folder above") << QStringLiteral("..");
-    QTest::newRow("other case") << QStringLiteral("Preview_Back_Normal.svg");
 }
 
 void tst_theme::unknownNamesAnswerEmpty()
 {
-    QFETCH(QString, name);
     const TSSkinSetting *pSkin = TSSkinSetting::GetInstance();
-    QCOMPARE(pSkin->GetResourcePath(name), QString());
-    QCOMPARE(pSkin->GetResourceAbsolutePath(name), QString());
-    QCOMPARE(pSkin->GetStyleSheet(name), QString());
     QWidget widget;
     widget.setStyleSheet(QStringLiteral("color:red;"));
-    pSkin->SetWidgetStyleSheetWithQssName(&widget, name);
-    QCOMPARE(widget.styleSheet(), QStringLiteral("color:red;"));
+    for (const char *pName : {"no_such_icon.svg", "", "..", "Preview_Back_Normal.svg"}) {
+        const QString name = QString::fromLatin1(pName);
+        QCOMPARE(pSkin->GetResourcePath(name), QString());
+        QCOMPARE(pSkin->GetResourceAbsolutePath(name), QString());
+        QCOMPARE(pSkin->GetStyleSheet(name), QString());
+        pSkin->SetWidgetStyleSheetWithQssName(&widget, name);
+        QCOMPARE(widget.styleSheet(), QStringLiteral("color:red;"));
+    }
     pSkin->SetWidgetStyleSheetWithQssName(nullptr, QStringLiteral("menu"));
 }
 

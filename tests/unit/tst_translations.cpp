@@ -10,8 +10,6 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
-Q_DECLARE_METATYPE(const FileActionType *)
-
 namespace {
 
 /** What a translation must keep: the places of numbers and names, line ends, and the bracket that a key's text follows.
@@ -40,9 +38,7 @@ private Q_SLOTS:
     }
     void complete_data();
     void complete();
-    void followsTheLocale_data();
     void followsTheLocale();
-    void everyTypeHasItsMenu_data();
     void everyTypeHasItsMenu();
 };
 
@@ -92,53 +88,36 @@ void tst_translations::complete()
                                           faults.join(QLatin1Char('\n'))));
 }
 
-void tst_translations::followsTheLocale_data()
-{
-    QTest::addColumn<QString>("locale");
-    QTest::addColumn<bool>("translated");
-    QTest::newRow("simplified Chinese") << QStringLiteral("zh_CN") << true;
-    QTest::newRow("simplified Chinese elsewhere") << QStringLiteral("zh_SG") << true;
-    QTest::newRow("traditional Chinese") << QStringLiteral("zh_TW") << false;
-    QTest::newRow("English") << QStringLiteral("en_GB") << false;
-    QTest::newRow("no language") << QStringLiteral("C") << false;
-}
-
 void tst_translations::followsTheLocale()
 {
-    QFETCH(QString, locale);
-    QFETCH(bool, translated);
     const auto close = [] {
         return QCoreApplication::translate("HubTitleBar", "Close");
     };
-    QLocale::setDefault(QLocale(locale));
-    {
-        QObject owner;
-        installPluginTranslation(&owner);
-        QCOMPARE(close() != QLatin1String("Close"), translated);
+    for (const auto &[pLocale, bTranslated] :
+         {std::pair("zh_CN", true), {"zh_SG", true}, {"zh_TW", false}, {"en_GB", false}, {"C", false}}) {
+        QLocale::setDefault(QLocale(QLatin1String(pLocale)));
+        {
+            QObject owner;
+            installPluginTranslation(&owner);
+            QVERIFY2((close() != QLatin1String("Close")) == bTranslated, pLocale);
+        }
+        // An unloaded plug-in leaves nothing behind that texts are looked up in.
+        QCOMPARE(close(), QStringLiteral("Close"));
     }
-    // An unloaded plug-in leaves nothing behind that texts are looked up in.
-    QCOMPARE(close(), QStringLiteral("Close"));
-}
-
-void tst_translations::everyTypeHasItsMenu_data()
-{
-    using TypeOf = const FileActionType &(*)();
-    QTest::addColumn<const FileActionType *>("type");
-    const TypeOf types[] = {&FileActionType::image, &FileActionType::presentation, &FileActionType::video,
-                            &FileActionType::audio};
-    for (const TypeOf type : types)
-        QTest::newRow(type().pTypeWord) << &type();
 }
 
 void tst_translations::everyTypeHasItsMenu()
 {
-    QFETCH(const FileActionType *, type);
     QLocale::setDefault(QLocale(QStringLiteral("zh_CN")));
-    QObject owner;
-    QCOMPARE(type->text("Export File"), QStringLiteral("Export File"));
-    installPluginTranslation(&owner);
-    for (const char *pText : {"Export File", "Operation exception", type->pCoverItem, type->pCoverDone})
-        QVERIFY2(type->text(pText) != QString::fromUtf8(pText), pText);
+    for (const auto typeOf :
+         {&FileActionType::image, &FileActionType::presentation, &FileActionType::video, &FileActionType::audio}) {
+        const FileActionType &type = typeOf();
+        QObject owner;
+        QCOMPARE(type.text("Export File"), QStringLiteral("Export File"));
+        installPluginTranslation(&owner);
+        for (const char *pText : {"Export File", "Operation exception", type.pCoverItem, type.pCoverDone})
+            QVERIFY2(type.text(pText) != QString::fromUtf8(pText), pText);
+    }
 }
 
 BIGIMGPREVIEW_TEST_MAIN(tst_translations)

@@ -43,11 +43,7 @@ class tst_covers : public FileActionTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void squares_data();
-    void squares();
-    void preparation_data();
     void preparation();
-    void badPictures_data();
     void badPictures();
     void fullTemporaryFolder();
     void chosenPicture_data();
@@ -57,7 +53,6 @@ private Q_SLOTS:
     void answers();
     void widgetDiesDuringThePreparation();
     void anotherLibraryMeanwhile();
-    void refreshOfThePicture_data();
     void refreshOfThePicture();
 
 private:
@@ -72,80 +67,41 @@ private:
     QTemporaryDir m_folder;
 };
 
-void tst_covers::squares_data()
-{
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QRect>("square");
-    QTest::newRow("wide") << QSize(1000, 600) << QRect(200, 0, 600, 600);
-    QTest::newRow("tall, odd") << QSize(3, 8) << QRect(0, 2, 3, 3);
-    QTest::newRow("square") << QSize(5, 5) << QRect(0, 0, 5, 5);
-    QTest::newRow("line") << QSize(1, 4000) << QRect(0, 1999, 1, 1);
-}
-
-void tst_covers::squares()
-{
-    QFETCH(QSize, size);
-    QTEST(TsQtUtils::centredSquare(size), "square");
-}
-
-void tst_covers::preparation_data()
-{
-    QTest::addColumn<QImage>("picture");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QSize>("expected");
-    QTest::newRow("large, wide") << noise({3000, 2000}) << QStringLiteral("a.jpg") << QSize(480, 320);
-    QTest::newRow("large, tall") << noise({1000, 1500}) << QStringLiteral("a.PNG") << QSize(320, 480);
-    QTest::newRow("large, square") << noise({901, 901}) << QStringLiteral("a.png") << QSize(320, 320);
-    QTest::newRow("one side too short") << noise({900, 1200}) << QStringLiteral("a.jpeg") << QSize(900, 1200);
-    QTest::newRow("few bytes") << plain({1200, 1000}) << QStringLiteral("a.png") << QSize(1200, 1000);
-    QTest::newRow("many bytes, small sides") << noise({800, 800}) << QStringLiteral("a.png") << QSize(800, 800);
-    QTest::newRow("one pixel") << plain({1, 1}) << QStringLiteral("a.webp") << QSize(1, 1);
-}
-
 void tst_covers::preparation()
 {
-    QFETCH(QImage, picture);
-    QFETCH(QString, name);
-    QFETCH(QSize, expected);
-    const QString path = save(picture, name);
-    int nWidth = -1;
-    int nHeight = -1;
-    const QString made = TsQtUtils::prepareCoverImage(path, &nWidth, &nHeight);
-    QVERIFY(made != path && made.startsWith(QDir::tempPath()) && made.endsWith(QStringLiteral(".webp")));
-    QCOMPARE(QSize(nWidth, nHeight), expected);
-    QCOMPARE(sizeOf(made), expected);
-    QFile::remove(made);
-}
-
-void tst_covers::badPictures_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("exists");
-    QTest::addColumn<bool>("handedOn"); // as it is: the host knows better
-    QTest::newRow("gone") << QStringLiteral("gone.png") << false << false;
-    QTest::newRow("no picture's suffix") << QStringLiteral("a.txt") << true << false;
-    QTest::newRow("no suffix") << QStringLiteral("png") << true << false;
-    QTest::newRow("no picture") << QStringLiteral("a.png") << true << true;
+    const std::tuple<QImage, const char *, QSize> rows[] = {
+        {noise({3000, 2000}), "a.jpg", {480, 320}},   {noise({1000, 1500}), "a.PNG", {320, 480}},
+        {noise({901, 901}), "a.png", {320, 320}},     {noise({900, 1200}), "a.jpeg", {900, 1200}}, // one side too short
+        {plain({1200, 1000}), "a.png", {1200, 1000}},                                              // few bytes
+        {noise({800, 800}), "a.png", {800, 800}},     {plain({1, 1}), "a.webp", {1, 1}}};
+    for (const auto &[picture, pName, expected] : rows) {
+        const QString path = save(picture, QLatin1String(pName));
+        int nWidth = -1;
+        int nHeight = -1;
+        const QString made = TsQtUtils::prepareCoverImage(path, &nWidth, &nHeight);
+        QVERIFY(made != path && made.startsWith(QDir::tempPath()) && made.endsWith(QStringLiteral(".webp")));
+        QCOMPARE(QSize(nWidth, nHeight), expected);
+        QCOMPARE(sizeOf(made), expected);
+        QFile::remove(made);
+    }
 }
 
 void tst_covers::badPictures()
 {
-    QFETCH(QString, name);
-    QFETCH(bool, exists);
-    QFETCH(bool, handedOn);
-    const QString path = m_folder.filePath(name);
-    if (exists) {
+    for (const char *pName : {"gone.png", "a.txt", "png", "a.png"}) {
+        const QString path = m_folder.filePath(QLatin1String(pName));
+        const bool bHandedOn = qstrcmp(pName, "a.png") == 0; // as it is, though no picture: the host knows better
         QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("no picture");
+        QVERIFY(qstrcmp(pName, "gone.png") == 0 || (file.open(QIODevice::WriteOnly) && file.write("no picture") > 0));
+        file.close();
+        int nWidth = 0;
+        int nHeight = 0;
+        QCOMPARE(TsQtUtils::prepareCoverImage(path, &nWidth, &nHeight), bHandedOn ? path : QString());
+        // An empty path would take the preview picture away.
+        m_pController->setCover(path);
+        finishWorkers();
+        QCOMPARE(sent().size(), bHandedOn ? 1 : 0);
     }
-    int nWidth = 0;
-    int nHeight = 0;
-    QCOMPARE(TsQtUtils::prepareCoverImage(path, &nWidth, &nHeight), handedOn ? path : QString());
-    // An empty path would take the preview picture away.
-    m_pController->setCover(path);
-    finishWorkers();
-    QCOMPARE(sent().size(), handedOn ? 1 : 0);
 }
 
 void tst_covers::fullTemporaryFolder()
@@ -205,28 +161,28 @@ void tst_covers::theLastOneStays()
 
 void tst_covers::answers_data()
 {
-    QTest::addColumn<int>("reply");
+    QTest::addColumn<Reply>("reply");
     QTest::addColumn<ResponseInfoPtr>("response");
     QTest::addColumn<bool>("success");
     QTest::addColumn<QString>("line");
     const QString answered = QStringLiteral("set cover action response");
     const QString refused = QStringLiteral("preview audio set cover action id <= 0");
-    QTest::newRow("success") << int(Reply::Queued) << FakeResponse::success() << true << answered;
-    QTest::newRow("inside the request") << int(Reply::InsideRequest) << FakeResponse::success() << true << answered;
-    QTest::newRow("twice") << int(Reply::Twice) << FakeResponse::success() << true << answered;
-    QTest::newRow("failure") << int(Reply::Queued) << FakeResponse::failure(4) << false << answered;
-    QTest::newRow("errors") << int(Reply::Queued) << FakeResponse::failure(0, {answered}) << false << answered;
-    QTest::newRow("refused") << int(Reply::RefuseZero) << FakeResponse::success() << false << refused;
+    QTest::newRow("success") << Reply::Queued << FakeResponse::success() << true << answered;
+    QTest::newRow("inside the request") << Reply::InsideRequest << FakeResponse::success() << true << answered;
+    QTest::newRow("twice") << Reply::Twice << FakeResponse::success() << true << answered;
+    QTest::newRow("failure") << Reply::Queued << FakeResponse::failure(4) << false << answered;
+    QTest::newRow("errors") << Reply::Queued << FakeResponse::failure(0, {answered}) << false << answered;
+    QTest::newRow("refused") << Reply::RefuseZero << FakeResponse::success() << false << refused;
 }
 
 void tst_covers::answers()
 {
-    QFETCH(int, reply);
+    QFETCH(Reply, reply);
     QFETCH(ResponseInfoPtr, response);
     QFETCH(bool, success);
     QFETCH(QString, line);
     make(FileActionType::audio());
-    host().desk.reply = Reply(reply);
+    host().desk.reply = reply;
     host().desk.response = response;
     m_pController->setCover(save(plain({20, 20}), QStringLiteral("a.png")));
     finishWorkers();
@@ -267,36 +223,33 @@ void tst_covers::anotherLibraryMeanwhile()
     QCOMPARE(sent().size(), 1);
 }
 
-void tst_covers::refreshOfThePicture_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<int>("decodes");
-    QTest::newRow("own file keeps its zoom") << int(ImgPreviewWidget::OpenOwnFile) << 1;
-    QTest::newRow("host's picture is read again") << int(ImgPreviewWidget::OpenHostRendition) << 2;
-}
-
+/** One's own file keeps its zoom; a host's picture is read again. */
 void tst_covers::refreshOfThePicture()
 {
-    QFETCH(int, mode);
     const auto pFile = host().addPicture(1, 10, QStringLiteral("/1.png"));
     pFile->largePreview = QStringLiteral("/large.png");
     openFiles({1}, 1);
-    ImgPreviewWidget widget(nullptr);
-    widget.show();
-    widget.setOpenMode(mode);
-    widget.loadImage(pFile->path, 0, 1, 1.0, 0);
-    finishWorkers();
-    QSignalSpy updates(&widget, &ImgPreviewWidget::signal_img_preview_update);
     host().desk.reply = Reply::Queued;
-    answerFileDialog(save(plain({20, 20}), QStringLiteral("a.png")));
-    widget.slot_setCover();
-    finishWorkers();
-    settle();
-    finishWorkers();
-    QTEST(int(host().decoder.counts().paths.count(QStringLiteral("/1.png"))), "decodes");
-    QCOMPARE(updates.count(), 1);
-    const auto notices = widget.findChildren<CNotificationFloatingWidget *>();
-    QVERIFY(notices.size() == 1 && notices.first()->isVisible());
+    const QString cover = save(plain({20, 20}), QStringLiteral("a.png"));
+    for (const auto &[nMode, nDecodes] :
+         {std::pair(ImgPreviewWidget::OpenOwnFile, 1), {ImgPreviewWidget::OpenHostRendition, 2}}) {
+        const auto nBefore = host().decoder.counts().paths.count(QStringLiteral("/1.png"));
+        ImgPreviewWidget widget(nullptr);
+        widget.show();
+        widget.setOpenMode(nMode);
+        widget.loadImage(pFile->path, 0, 1, 1.0, 0);
+        finishWorkers();
+        QSignalSpy updates(&widget, &ImgPreviewWidget::signal_img_preview_update);
+        answerFileDialog(cover);
+        widget.slot_setCover();
+        finishWorkers();
+        settle();
+        finishWorkers();
+        QCOMPARE(host().decoder.counts().paths.count(QStringLiteral("/1.png")) - nBefore, nDecodes);
+        QCOMPARE(updates.count(), 1);
+        const auto notices = widget.findChildren<CNotificationFloatingWidget *>();
+        QVERIFY(notices.size() == 1 && notices.first()->isVisible());
+    }
 }
 
 BIGIMGPREVIEW_TEST_MAIN(tst_covers)

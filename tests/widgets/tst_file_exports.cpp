@@ -10,7 +10,6 @@ private Q_SLOTS:
     void folderDialogAfterPack();
     void fileDialogOutlivesTheWidget();
     void fileChangesBehindTheFileDialog();
-    void exportedFolderIsShown_data();
     void exportedFolderIsShown();
 
 private:
@@ -113,32 +112,24 @@ void tst_file_exports::fileChangesBehindTheFileDialog()
     QCOMPARE(desk().requests.size(), 1);
 }
 
-void tst_file_exports::exportedFolderIsShown_data()
-{
-    QTest::addColumn<bool>("package");
-    QTest::addColumn<QString>("typed");
-    QTest::newRow("folder") << false << QString();
-    QTest::newRow("pack") << true << QStringLiteral("/a.MORAYPack");
-}
-
 void tst_file_exports::exportedFolderIsShown()
 {
-    QFETCH(bool, package);
-    QFETCH(QString, typed);
-    answerFileDialog(m_folder.path() + typed);
-    if (package)
-        m_pController->exportToPackage();
-    else
-        m_pController->exportToComputer();
-    desk().answer(0);
-    auto *pBox = m_pWidget->findChild<TSMessageBox *>();
-    QVERIFY(pBox != nullptr && !pBox->isVisible());
-    QVERIFY(pBox->findChild<QAbstractButton *>(QStringLiteral("confirm_btn"))->text() == QStringLiteral("Yes"));
-    const UrlCatcher catcher;
-    Q_EMIT pBox->signalResult(TSMessageBox::NoValue);
-    QVERIFY(catcher.urls.isEmpty());
-    Q_EMIT pBox->signalResult(TSMessageBox::YesValue);
-    QCOMPARE(catcher.urls, QList<QUrl>{QUrl(QStringLiteral("file:") + m_folder.path())});
+    for (const bool bPackage : {false, true}) {
+        make(FileActionType::image());
+        answerFileDialog(m_folder.path() + (bPackage ? QStringLiteral("/a.MORAYPack") : QString()));
+        if (bPackage)
+            m_pController->exportToPackage();
+        else
+            m_pController->exportToComputer();
+        desk().answer(desk().requests.size() - 1);
+        auto *pBox = m_pWidget->findChild<TSMessageBox *>();
+        QVERIFY(pBox != nullptr && !pBox->isVisible());
+        const UrlCatcher catcher;
+        Q_EMIT pBox->signalResult(TSMessageBox::NoValue);
+        QVERIFY(catcher.urls.isEmpty());
+        Q_EMIT pBox->signalResult(TSMessageBox::YesValue);
+        QCOMPARE(catcher.urls, QList<QUrl>{QUrl(QStringLiteral("file:") + m_folder.path())});
+    }
 }
 
 BIGIMGPREVIEW_TEST_MAIN(tst_file_exports)

@@ -35,15 +35,11 @@ class tst_file_menu : public FileActionTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void entries_data();
     void entries();
     void labelsAreAskedForAfresh();
-    void recycleKeyIsShown();
-    void cornersAreRound();
     void entriesAct_data();
     void entriesAct();
     void anotherFileMeanwhile();
-    void widgetDies_data();
     void widgetDies();
     void copiedFile();
     void noFile();
@@ -51,37 +47,28 @@ private Q_SLOTS:
     void keysOfThePicture();
 };
 
-void tst_file_menu::entries_data()
-{
-    QTest::addColumn<TypeOf>("type");
-    QTest::addColumn<bool>("fixed");
-    QTest::addColumn<QString>("settings");
-    const auto row = [](const char *pName, TypeOf type, bool bFixed, const char *pSettings) {
-        QTest::newRow(pName) << type << bFixed << QString::fromLatin1(pSettings);
-    };
-    row("image", &FileActionType::image, false, "File Settings[Set the Preview Image],");
-    row("image, fixed", &FileActionType::image, true, "");
-    row("presentation", &FileActionType::presentation, true, "File Settings[Current Page Set the Preview Image],");
-    row("video", &FileActionType::video, true, "File Settings*[Current Frame Set the Preview Image],");
-    row("audio", &FileActionType::audio, true, "File Settings*[Set the Audio Preview Image],");
-}
-
 void tst_file_menu::entries()
 {
-    QFETCH(TypeOf, type);
-    QFETCH(bool, fixed);
-    QFETCH(QString, settings);
-    m_files[1]->previewFixed = fixed;
-    make(type());
-    QString seen;
-    withMenu([&seen](TSCustomMenu &menu) { seen = describe(menu); });
-    QCOMPARE(seen, QStringLiteral("Open with Default App,Open File Location,"
-                                  "Export File*[Export Library Pack,Export to Computer],"
-                                  "Copy/Paste*[Copy the File,Copy File Path,Copy Labels-,Paste Labels],%1"
-                                  "Delete Permanently,Delete to Recycle Bin")
-                       .arg(settings));
-    QCOMPARE(m_calls, QStringList{QStringLiteral("menu")});
-    QVERIFY(m_pWidget->findChildren<QMenu *>().isEmpty());
+    const std::tuple<TypeOf, bool, const char *> rows[] = {
+        {&FileActionType::image, false, "File Settings[Set the Preview Image],"},
+        {&FileActionType::image, true, ""}, // the picture is its own preview
+        {&FileActionType::presentation, true, "File Settings[Current Page Set the Preview Image],"},
+        {&FileActionType::video, true, "File Settings*[Current Frame Set the Preview Image],"},
+        {&FileActionType::audio, true, "File Settings*[Set the Audio Preview Image],"}};
+    for (const auto &[type, bFixed, pSettings] : rows) {
+        m_files[1]->previewFixed = bFixed;
+        m_calls.clear();
+        make(type());
+        QString seen;
+        withMenu([&seen](TSCustomMenu &menu) { seen = describe(menu); });
+        QCOMPARE(seen, QStringLiteral("Open with Default App,Open File Location,"
+                                      "Export File*[Export Library Pack,Export to Computer],"
+                                      "Copy/Paste*[Copy the File,Copy File Path,Copy Labels-,Paste Labels],%1"
+                                      "Delete Permanently,Delete to Recycle Bin")
+                           .arg(QLatin1String(pSettings)));
+        QCOMPARE(m_calls, QStringList{QStringLiteral("menu")});
+        QVERIFY(m_pWidget->findChildren<QMenu *>().isEmpty());
+    }
 }
 
 void tst_file_menu::labelsAreAskedForAfresh()
@@ -96,26 +83,6 @@ void tst_file_menu::labelsAreAskedForAfresh()
     QVERIFY(canCopy());
     m_files[1]->tagList.clear();
     QVERIFY(!canCopy());
-}
-
-void tst_file_menu::recycleKeyIsShown()
-{
-    withMenu([](TSCustomMenu &menu) {
-        const QAction *pRecycle = entry(menu, QStringLiteral("Delete to Recycle Bin"));
-        QCOMPARE(pRecycle->shortcut(), QKeySequence(Qt::Key_Delete));
-        QVERIFY(pRecycle->isShortcutVisibleInContextMenu());
-        QVERIFY(entry(menu, QStringLiteral("Delete Permanently"))->shortcut().isEmpty());
-    });
-}
-
-void tst_file_menu::cornersAreRound()
-{
-    withMenu([](TSCustomMenu &menu) {
-        const QSize size = menu.size();
-        QCOMPARE(menu.mask().boundingRect().size(), size);
-        QVERIFY(!menu.mask().contains(QPoint(1, 1)) && menu.mask().contains(QPoint(3, 3)));
-        QVERIFY(!menu.mask().contains(QPoint(size.width() - 2, size.height() - 2)));
-    });
 }
 
 void tst_file_menu::entriesAct_data()
@@ -175,36 +142,32 @@ void tst_file_menu::anotherFileMeanwhile()
     QCOMPARE(m_calls, QStringList{QStringLiteral("menu")});
 }
 
-void tst_file_menu::widgetDies_data()
-{
-    QTest::addColumn<QString>("chosen"); // empty: while nothing is chosen
-    QTest::newRow("menu open") << QString();
-    QTest::newRow("by an entry") << QStringLiteral("Set the Preview Image");
-}
-
+/** While the menu is open, and by an entry. */
 void tst_file_menu::widgetDies()
 {
-    QFETCH(QString, chosen);
-    delete m_pController.data();
-    FileActionHooks hooks;
-    hooks.setCover = [this] {
-        delete m_pWidget.data();
-    };
-    m_pController = new FileActionController(FileActionType::image(), hooks, m_pWidget);
-    withMenu([this, chosen](TSCustomMenu &menu) {
-        if (chosen.isEmpty()) {
+    for (const bool bByEntry : {false, true}) {
+        make(FileActionType::image());
+        delete m_pController.data();
+        FileActionHooks hooks;
+        hooks.setCover = [this] {
             delete m_pWidget.data();
-            return;
-        }
-        // As the user does it: with the mouse, in the sub-menu.
-        QAction *pSettings = entry(menu, QStringLiteral("File Settings"));
-        QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier, menu.actionGeometry(pSettings).center());
-        QMenu *pBelow = pSettings->menu();
-        QTRY_VERIFY(pBelow->isVisible());
-        QTest::mouseClick(pBelow, Qt::LeftButton, Qt::NoModifier,
-                          pBelow->actionGeometry(entry(*pBelow, chosen)).center());
-    });
-    QVERIFY(!m_pWidget && !m_pController);
+        };
+        m_pController = new FileActionController(FileActionType::image(), hooks, m_pWidget);
+        withMenu([this, bByEntry](TSCustomMenu &menu) {
+            if (!bByEntry) {
+                delete m_pWidget.data();
+                return;
+            }
+            // As the user does it: with the mouse, in the sub-menu.
+            QAction *pSettings = entry(menu, QStringLiteral("File Settings"));
+            QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier, menu.actionGeometry(pSettings).center());
+            QMenu *pBelow = pSettings->menu();
+            QTRY_VERIFY(pBelow->isVisible());
+            QAction *pCover = entry(*pBelow, QStringLiteral("Set the Preview Image"));
+            QTest::mouseClick(pBelow, Qt::LeftButton, Qt::NoModifier, pBelow->actionGeometry(pCover).center());
+        });
+        QVERIFY(!m_pWidget && !m_pController);
+    }
 }
 
 void tst_file_menu::copiedFile()

@@ -2,30 +2,6 @@
 
 namespace {
 
-/** A library that hands out an action object of the test's own. */
-class OwnActionSource final : public IPreviewDataSource {
-public:
-    explicit OwnActionSource(IPreviewDataSource &other)
-        : m_other(other)
-    {
-    }
-    IFileListProvider *fileListProvider() override { return m_other.fileListProvider(); }
-    IFileInformationProvider *fileInformationProvider() override { return m_other.fileInformationProvider(); }
-    FileInfoPtr fileInfo(qint64 nFileId, TagRecordList *pTags) override { return m_other.fileInfo(nFileId, pTags); }
-    bool isDeletingBlocked() override { return false; }
-    QSharedPointer<IExportAction> exportAction() override { return m_other.exportAction(); }
-    QSharedPointer<IRemoveAction> removeAction() override { return action; }
-    QSharedPointer<IRecycleAction> recycleAction() override { return m_other.recycleAction(); }
-    QSharedPointer<IFileAction> fileAction() override { return m_other.fileAction(); }
-    QSharedPointer<ICommentAction> commentAction() override { return m_other.commentAction(); }
-    QSharedPointer<ITagAction> tagAction() override { return m_other.tagAction(); }
-
-    QSharedPointer<IRemoveAction> action;
-
-private:
-    IPreviewDataSource &m_other;
-};
-
 /** Does something of the test's own inside the request and inside the cancellation. */
 class OwnRemoveAction final : public IRemoveAction {
     Q_OBJECT
@@ -56,10 +32,8 @@ private Q_SLOTS:
     void runs();
     void results_data();
     void results();
-    void refused_data();
     void refused();
     void blockedDeletion();
-    void progressText_data();
     void progressText();
     void lateAndRepeatedAnswers();
     void twoInARow();
@@ -84,6 +58,13 @@ private:
         }
     }
     ActionDesk &desk() { return host().desk; }
+    /** An action object of the test's own, which the library hands out from now on. */
+    QSharedPointer<OwnRemoveAction> handOutOwnAction()
+    {
+        const auto pAction = QSharedPointer<OwnRemoveAction>::create();
+        host().source->ownRemoveAction = pAction;
+        return pAction;
+    }
 
     QTemporaryDir m_folder;
 };
@@ -91,7 +72,7 @@ private:
 void tst_file_requests::runs_data()
 {
     QTest::addColumn<QString>("kind");
-    QTest::addColumn<int>("reply");
+    QTest::addColumn<Reply>("reply");
     QTest::addColumn<QString>("title");
     struct {
         const char *pName;
@@ -102,20 +83,20 @@ void tst_file_requests::runs_data()
                          {"twice", Reply::Twice}};
     for (const auto &reply : replies) {
         QTest::addRow("export, %s", reply.pName)
-            << QStringLiteral("export") << int(reply.reply) << QStringLiteral("Exporting");
+            << QStringLiteral("export") << reply.reply << QStringLiteral("Exporting");
         QTest::addRow("remove, %s", reply.pName)
-            << QStringLiteral("remove") << int(reply.reply) << QStringLiteral("Deleting files permanently");
+            << QStringLiteral("remove") << reply.reply << QStringLiteral("Deleting files permanently");
         QTest::addRow("recycle, %s", reply.pName)
-            << QStringLiteral("recycle") << int(reply.reply) << QStringLiteral("Deleting files...");
+            << QStringLiteral("recycle") << reply.reply << QStringLiteral("Deleting files...");
     }
 }
 
 void tst_file_requests::runs()
 {
     QFETCH(QString, kind);
-    QFETCH(int, reply);
+    QFETCH(Reply, reply);
     QFETCH(QString, title);
-    desk().reply = Reply(reply);
+    desk().reply = reply;
     start(kind);
     QCOMPARE(desk().requests.size(), 1);
     QCOMPARE(desk().requests.first().fileIds, QVector<qint64>{1});
@@ -187,34 +168,26 @@ void tst_file_requests::results()
     QCOMPARE(log().hasLine(QStringLiteral("export pkg err:")), kind == QStringLiteral("export") && hidden.isEmpty());
 }
 
-void tst_file_requests::refused_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("line");
-    QTest::newRow("export") << QStringLiteral("export") << QStringLiteral("preview image export pkg action id <= 0");
-    QTest::newRow("remove") << QStringLiteral("remove") << QStringLiteral("preview image remove action id <= 0");
-    QTest::newRow("recycle") << QStringLiteral("recycle") << QStringLiteral("preview image recycle action id <= 0");
-}
-
 void tst_file_requests::refused()
 {
-    QFETCH(QString, kind);
-    for (const Reply reply : {Reply::RefuseZero, Reply::RefuseNegative}) {
-        desk().reply = reply;
+    for (const char *pKind : {"export", "remove", "recycle"}) {
+        const QString kind = QString::fromLatin1(pKind);
+        const int nBefore = desk().requests.size();
+        for (const Reply reply : {Reply::RefuseZero, Reply::RefuseNegative}) {
+            desk().reply = reply;
+            start(kind);
+            settle();
+            QVERIFY(progress() == nullptr);
+        }
+        QVERIFY(m_pWidget->findChildren<TsProgressDialog *>().size() <= 1);
+        desk().answer(nBefore); // a host that answers what it refused
+        desk().answer(nBefore + 1);
+        QVERIFY(log().lines(QtDebugMsg).filter(QStringLiteral("retCode")).isEmpty());
+        desk().reply = Reply::Never;
         start(kind);
-        settle();
-        QVERIFY(progress() == nullptr);
+        QVERIFY(progress() != nullptr);
+        make(FileActionType::image());
     }
-    QFETCH(QString, line);
-    QCOMPARE(log().lines(QtDebugMsg).count(line), 2);
-    QVERIFY(m_pWidget->findChildren<TsProgressDialog *>().size() <= 1);
-    desk().answer(0); // a host that answers what it refused
-    desk().answer(1);
-    QVERIFY(!log().hasLine(QStringLiteral("export pkg retCode")) && !log().hasLine(kind + QStringLiteral(" file ret")));
-    desk().reply = Reply::OnDemand;
-    start(kind);
-    QVERIFY(progress() != nullptr);
-    desk().answer(2);
 }
 
 void tst_file_requests::blockedDeletion()
@@ -234,40 +207,24 @@ void tst_file_requests::blockedDeletion()
     QCOMPARE(desk().requests.size(), 1);
 }
 
-void tst_file_requests::progressText_data()
-{
-    QTest::addColumn<double>("value");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("zero") << 0.0 << QStringLiteral("Completed(0%)");
-    QTest::newRow("cut off") << 99.9 << QStringLiteral("Completed(99%)");
-    QTest::newRow("all") << 100.0 << QStringLiteral("Completed(100%)");
-    QTest::newRow("below") << -0.9 << QStringLiteral("Completed(0%)");
-    QTest::newRow("no number") << qQNaN() << QStringLiteral("Completed(0%)");
-    QTest::newRow("endless") << qInf() << QStringLiteral("Completed(100%)");
-}
-
 void tst_file_requests::progressText()
 {
-    QFETCH(double, value);
+    const std::pair<double, const char *> rows[] = {{0.0, "0"},  {99.9, "99"},   {100.0, "100"},
+                                                    {-0.9, "0"}, {qQNaN(), "0"}, {qInf(), "100"}};
     for (const char *pKind : {"export", "remove", "recycle"}) {
         start(QString::fromLatin1(pKind));
-        desk().report(desk().requests.size() - 1, value, 3, 2);
-        QTEST(status(), "text");
+        for (const auto &[fValue, pText] : rows) {
+            desk().report(desk().requests.size() - 1, fValue, 3, 2);
+            QCOMPARE(status(), QStringLiteral("Completed(%1%)").arg(QLatin1String(pText)));
+        }
         desk().answer(desk().requests.size() - 1);
         settle();
     }
-    QVERIFY(log().hasLine(QStringLiteral("export pkg:nProgess=")));
-    QVERIFY(log().hasLine(QStringLiteral("recycle file:nProgess=")));
-    const QStringList lines = log().lines(QtDebugMsg).filter(QStringLiteral("remove file:nProgess="));
-    QVERIFY(lines.size() == 1 && lines.first().endsWith(QStringLiteral(",nTotal=3,nAlready=2")));
 }
 
 void tst_file_requests::lateAndRepeatedAnswers()
 {
-    auto pAction = QSharedPointer<OwnRemoveAction>::create();
-    const auto pSource = QSharedPointer<OwnActionSource>::create(*host().source);
-    pSource->action = pAction;
-    data()->setDataSource(pSource);
+    auto pAction = handOutOwnAction();
     m_pController->deleteComplete();
     QVERIFY(progress() != nullptr);
     Q_EMIT pAction->signalRemoveProgress(99, 50.0, 1, 0); // of nobody
@@ -283,7 +240,7 @@ void tst_file_requests::lateAndRepeatedAnswers()
     QCOMPARE(log().count(QStringLiteral("remove file:nProgess=")), 1);
     // Nobody but the test holds the object any more.
     const QWeakPointer<OwnRemoveAction> pWeak = pAction;
-    pSource->action.reset();
+    host().source->ownRemoveAction.reset();
     pAction.reset();
     QVERIFY(pWeak.isNull());
 }
@@ -314,23 +271,19 @@ void tst_file_requests::twoInARow()
 void tst_file_requests::cancelRaces()
 {
     // The result comes out of the cancellation itself.
-    auto pAction = QSharedPointer<OwnRemoveAction>::create();
+    auto pAction = handOutOwnAction();
     pAction->inCancel = [pRaw = pAction.data()](qint64 nActionId) {
         Q_EMIT pRaw->signalRemoveResult(nActionId, FakeResponse::failure(1));
     };
-    const auto pSource = QSharedPointer<OwnActionSource>::create(*host().source);
-    pSource->action = pAction;
-    data()->setDataSource(pSource);
     m_pController->deleteComplete();
     pAction.reset();
-    pSource->action.reset();
+    host().source->ownRemoveAction.reset();
     progress()->slotCloseBtnClicked(true);
     settle();
     QVERIFY(m_pWidget->findChildren<TsProgressDialog *>().isEmpty());
     QCOMPARE(log().count(QStringLiteral("remove file retCode:1")), 1);
 
     // Progress between the cancellation and the result.
-    data()->setDataSource(host().source);
     start(QStringLiteral("export"));
     progress()->slotCloseBtnClicked(true);
     QCOMPARE(desk().cancelled, QVector<qint64>{1});
@@ -355,10 +308,7 @@ void tst_file_requests::cancelAfterTheResult()
 void tst_file_requests::requestReplacedInside()
 {
     // The host's request runs the user's next command before it returns.
-    auto pAction = QSharedPointer<OwnRemoveAction>::create();
-    const auto pSource = QSharedPointer<OwnActionSource>::create(*host().source);
-    pSource->action = pAction;
-    data()->setDataSource(pSource);
+    auto pAction = handOutOwnAction();
     bool bNested = false;
     pAction->inRequest = [this, &bNested]() -> qint64 {
         if (bNested)
@@ -378,10 +328,7 @@ void tst_file_requests::requestReplacedInside()
 
 void tst_file_requests::widgetDiesInside()
 {
-    auto pAction = QSharedPointer<OwnRemoveAction>::create();
-    const auto pSource = QSharedPointer<OwnActionSource>::create(*host().source);
-    pSource->action = pAction;
-    data()->setDataSource(pSource);
+    auto pAction = handOutOwnAction();
     pAction->inRequest = [this, pRaw = pAction.data()]() -> qint64 {
         Q_EMIT pRaw->signalRemoveResult(3, FakeResponse::success());
         delete m_pWidget.data();
@@ -390,7 +337,7 @@ void tst_file_requests::widgetDiesInside()
     pAction.reset();
     m_pController->deleteComplete();
     QVERIFY(!m_pWidget);
-    pSource->action.reset();
+    host().source->ownRemoveAction.reset();
     settle();
 }
 
@@ -412,9 +359,7 @@ void tst_file_requests::widgetDiesDuringARequest()
 void tst_file_requests::actionDies()
 {
     auto *pRaw = new OwnRemoveAction;
-    const auto pSource = QSharedPointer<OwnActionSource>::create(*host().source);
-    pSource->action = QSharedPointer<IRemoveAction>(pRaw, [](IRemoveAction *) {}); // the host's own, lent out
-    data()->setDataSource(pSource);
+    host().source->ownRemoveAction.reset(pRaw, [](IRemoveAction *) {}); // the host's own, lent out
     m_pController->deleteComplete();
     QVERIFY(progress() != nullptr);
     const QPointer<TsProgressDialog> pDialog = progress();
@@ -423,7 +368,7 @@ void tst_file_requests::actionDies()
     Q_EMIT pDialog->userCancle();
     settle();
     QVERIFY(!pDialog);
-    data()->setDataSource(host().source);
+    host().source->ownRemoveAction.reset();
     start(QStringLiteral("remove"));
     QVERIFY(progress() != nullptr);
     desk().answer(0);

@@ -1,4 +1,5 @@
 #include "PluginTest.h"
+#include "WidgetEvents.h"
 #include "common/CNotificationFloatingWidget.h"
 #include "common/CircleBtn.h"
 #include "image/ImgPreviewWidget.h"
@@ -9,8 +10,6 @@
 #include "preview/PreviewLeftWin.h"
 #include "preview/TSHidenSideWidget.h"
 
-#include <QLayout>
-#include <QMetaMethod>
 #include <QSignalSpy>
 #include <QSplitter>
 
@@ -24,9 +23,6 @@ class tst_full_preview : public PluginTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void form();
-    void startColumns_data();
-    void startColumns();
     void toggles_data();
     void toggles();
     void handles();
@@ -45,12 +41,9 @@ private Q_SLOTS:
     void lists_data();
     void lists();
     void staleLoadsAreNotDecoded();
-    void comesBackToALoad_data();
     void comesBackToALoad();
-    void deletedByItsHost_data();
     void deletedByItsHost();
-    void smallWindowsAndMirroredLayouts();
-    void meta();
+    void mirroredLayout();
 
 protected:
     void cleanup() override
@@ -112,59 +105,6 @@ private:
     QStringList m_names;
 };
 
-void tst_full_preview::form()
-{
-    showFiles(2, 1);
-    QCOMPARE(m_pWindow->objectName(), QStringLiteral("PreviewDbClickWidget"));
-    QCOMPARE(m_pWindow->size(), QSize(1051, 594));
-    QCOMPARE(m_pWindow->minimumWidth(), 140);
-    const auto *pSplitter = m_pWindow->findChild<QSplitter *>(QStringLiteral("splitter"));
-    QCOMPARE(pSplitter->sizes(), (QList<int>{140, 911}));
-    QCOMPARE(pSplitter->handleWidth(), 0);
-    QVERIFY(!pSplitter->childrenCollapsible());
-    QCOMPARE(pSplitter->widget(0)->objectName(), QStringLiteral("wid_left"));
-    QCOMPARE(pSplitter->widget(1)->objectName(), QStringLiteral("wid_middle"));
-    QCOMPARE(m_pWindow->findChild<QWidget *>(QStringLiteral("wid_main"))->minimumHeight(), 500);
-    for (const char *pName : {"verticalLayout", "gridLayout", "gridLayout_2", "verticalLayout_mid"}) {
-        const auto *pLayout = m_pWindow->findChild<QLayout *>(QLatin1String(pName));
-        QVERIFY2(pLayout != nullptr && pLayout->spacing() == 0 && pLayout->contentsMargins().isNull(), pName);
-    }
-    // Top to bottom: a blank, the strip, the counter.
-    QCOMPARE(strip()->geometry(), QRect(0, 34, 140, 594 - 34 - 82));
-    QCOMPARE(hub()->size(), QSize(911, 594));
-    QCOMPARE(counter(), QStringLiteral("1/2"));
-    m_pWindow->resize(1600, 900);
-    QTRY_COMPARE(pSplitter->sizes().first(), 140);
-}
-
-void tst_full_preview::startColumns_data()
-{
-    QTest::addColumn<bool>("left");
-    QTest::addColumn<bool>("rightHidden");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("both shown") << true << false << QStringLiteral("Hide");
-    QTest::newRow("left folded") << false << false << QStringLiteral("Show");
-    QTest::newRow("right folded") << true << true << QStringLiteral("Hide");
-    QTest::newRow("both folded") << false << true << QStringLiteral("Show");
-}
-
-void tst_full_preview::startColumns()
-{
-    QFETCH(bool, left);
-    QFETCH(bool, rightHidden);
-    QFETCH(QString, text);
-    host().settings.leftColumnShown = left;
-    host().settings.rightPanelHidden = rightHidden;
-    showFiles(2, 1);
-    QCOMPARE(leftColumn()->isVisible(), left);
-    QCOMPARE(data()->isLeftColumnShown(), left);
-    QCOMPARE(data()->isRightPanelHidden(), rightHidden);
-    QCOMPARE(buttonText(), text);
-    m_pWindow->setRightPanelHidden(!rightHidden);
-    QCOMPARE(data()->isRightPanelHidden(), !rightHidden);
-    QCOMPARE(buttonText(), QStringLiteral("Hide"));
-}
-
 void tst_full_preview::toggles_data()
 {
     QTest::addColumn<QString>("command");
@@ -199,6 +139,11 @@ void tst_full_preview::toggles()
     host().settings.leftColumnShown = before.at(0) == QLatin1Char('L');
     host().settings.rightPanelHidden = before.at(1) != QLatin1Char('R');
     showFiles(2, 1);
+    const auto state = [this]() -> QString {
+        return QString(leftColumn()->isVisible() ? QLatin1Char('L') : QLatin1Char('-')) +
+               (data()->isRightPanelHidden() ? QLatin1Char('-') : QLatin1Char('R'));
+    };
+    QCOMPARE(state(), before);
     if (command == QLatin1String("tab"))
         QTest::keyClick(hub(), Qt::Key_Tab);
     else if (command == QLatin1String("button"))
@@ -207,13 +152,13 @@ void tst_full_preview::toggles()
         Q_EMIT hub()->signal_left_chenged();
     else
         Q_EMIT hub()->signal_right_changed();
-    const QString state = QString(leftColumn()->isVisible() ? QLatin1Char('L') : QLatin1Char('-')) +
-                          (data()->isRightPanelHidden() ? QLatin1Char('-') : QLatin1Char('R'));
-    QCOMPARE(state, after);
+    QCOMPARE(state(), after);
     QCOMPARE(data()->isLeftColumnShown(), leftColumn()->isVisible());
     QTEST(buttonText(), "text");
     // The host toggles its panel exactly when the flag turned.
     QCOMPARE(m_names.count(QStringLiteral("panel")), before.at(1) == after.at(1) ? 0 : 1);
+    m_pWindow->setRightPanelHidden(!data()->isRightPanelHidden()); // the host's own doing
+    QCOMPARE(data()->isRightPanelHidden(), after.at(1) == QLatin1Char('R'));
 }
 
 /** Folded by the handles and brought back by them, with the mouse alone. */
@@ -223,8 +168,7 @@ void tst_full_preview::handles()
     auto *pLeft = hub()->findChild<TSLeftHidenSideWidget *>();
     auto *pRight = hub()->findChild<TSRightHidenSideWidget *>();
     const auto moveOver = [](QWidget *pWidget) {
-        QMouseEvent event(QEvent::MouseMove, QPoint(0, 3), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(pWidget, &event);
+        hover(pWidget, QPoint(0, 3));
     };
     const auto send = [](QWidget *pWidget, QEvent::Type type) {
         QEvent event(type);
@@ -490,20 +434,19 @@ void tst_full_preview::lists_data()
     QTest::addColumn<qint64>("current");
     QTest::addColumn<HostChange>("change");
     QTest::addColumn<int>("page");
+    const auto without = [](SourcePart part) {
+        return HostChange([part](FakeHost &host) { host.source->absent.insert(part); });
+    };
     const HostChange usual = [](FakeHost &) {
     };
     QTest::newRow("empty") << Ids() << -1LL << usual << int(Hub::ReservedPage);
     QTest::newRow("one file") << Ids{1} << 1LL << usual << int(Hub::ImagePage);
     QTest::newRow("a file outside the list") << Ids{1, 2} << 3LL << usual << int(Hub::ImagePage);
-    QTest::newRow("no list from the host") << Ids{1, 2} << 1LL << HostChange([](FakeHost &host) {
-        host.source->absent.insert(SourcePart::FileInformation);
-    }) << int(Hub::ImagePage);
+    QTest::newRow("no list from the host")
+        << Ids{1, 2} << 1LL << without(SourcePart::FileInformation) << int(Hub::ImagePage);
     QTest::newRow("no records from the host")
-        << Ids{1, 2} << 1LL << HostChange([](FakeHost &host) { host.source->absent.insert(SourcePart::Records); })
-        << int(Hub::ImagePage);
-    QTest::newRow("no provider of removals")
-        << Ids{1} << 1LL << HostChange([](FakeHost &host) { host.source->absent.insert(SourcePart::FileList); })
-        << int(Hub::ImagePage);
+        << Ids{1, 2} << 1LL << without(SourcePart::Records) << int(Hub::ImagePage);
+    QTest::newRow("no provider of removals") << Ids{1} << 1LL << without(SourcePart::FileList) << int(Hub::ImagePage);
     QTest::newRow("unknown files") << Ids{8, 9} << 8LL << usual << int(Hub::ReservedPage);
 }
 
@@ -542,102 +485,56 @@ void tst_full_preview::staleLoadsAreNotDecoded()
     QCOMPARE(host().decoder.counts().paths, (QStringList{path(1), path(30)}));
 }
 
-void tst_full_preview::comesBackToALoad_data()
-{
-    QTest::addColumn<bool>("givenUp");
-    QTest::addColumn<QStringList>("decodes");
-    QTest::newRow("still under way") << false << QStringList{path(1)};
-    QTest::newRow("given up, and not yet told") << true << QStringList{path(1), path(1)};
-}
-
+/** While the load is still under way, and when it was given up and that is not yet told. */
 void tst_full_preview::comesBackToALoad()
 {
-    QFETCH(bool, givenUp);
-    addPictures(2);
-    const auto pGate = host().addSlowPicture(1, 10, path(1));
-    host().addFile(2, 210, QStringLiteral("/2.mp3"));
-    makeWindow({1, 2}, 1);
-    QTRY_COMPARE(pGate->waiting(), 1);
-    strip()->selectNext();
-    QCOMPARE(hub()->currentIndex(), int(Hub::AudioPage));
-    if (givenUp) {
+    for (const bool bGivenUp : {false, true}) {
+        const int nBefore = host().decoder.counts().opened;
+        const auto pGate = host().addSlowPicture(1, 10, path(1));
+        host().addFile(2, 210, QStringLiteral("/2.mp3"));
+        makeWindow({1, 2}, 1);
+        QTRY_COMPARE(pGate->waiting(), 1);
+        strip()->selectNext();
+        QCOMPARE(hub()->currentIndex(), int(Hub::AudioPage));
+        if (bGivenUp) {
+            pGate->open();
+            QThreadPool::globalInstance()->waitForDone();
+        }
+        strip()->selectPrevious();
         pGate->open();
-        QThreadPool::globalInstance()->waitForDone();
+        QTRY_COMPARE(hub()->currentIndex(), int(Hub::ImagePage));
+        finishWorkers();
+        QVERIFY(!data()->isLoading());
+        QCOMPARE(host().decoder.counts().opened - nBefore, bGivenUp ? 2 : 1);
+        delete m_pWindow;
     }
-    strip()->selectPrevious();
-    pGate->open();
-    QTRY_COMPARE(hub()->currentIndex(), int(Hub::ImagePage));
-    finishWorkers();
-    QVERIFY(!data()->isLoading());
-    QTEST(host().decoder.counts().paths, "decodes");
-}
-
-void tst_full_preview::deletedByItsHost_data()
-{
-    QTest::addColumn<QString>("signal");
-    QTest::newRow("file changed") << QStringLiteral("changed");
-    QTest::newRow("priority raised") << QStringLiteral("raise");
-    QTest::newRow("left") << QStringLiteral("back");
 }
 
 /** The host deletes it in answer to one of its signals, at once where that is the last one. */
 void tst_full_preview::deletedByItsHost()
 {
-    QFETCH(QString, signal);
-    showFiles(3, 1);
-    connect(m_pWindow, &IPreviewDbClickWidget::signalPreviewFileIdChanged, m_pLog.get(), [&] {
-        if (signal == QLatin1String("changed"))
-            m_pWindow->deleteLater();
-    });
-    connect(m_pWindow, &IPreviewDbClickWidget::sigRaiseAnalysisPriority, m_pLog.get(), [&] {
-        if (signal == QLatin1String("raise"))
-            m_pWindow->deleteLater();
-    });
-    connect(m_pWindow, &IPreviewDbClickWidget::signalBackBtnClicked, m_pLog.get(), [&] { delete m_pWindow; });
-    QTest::keyPress(m_pWindow->windowHandle(), signal == QLatin1String("back") ? Qt::Key_Escape : Qt::Key_Down);
-    QTRY_VERIFY(m_pWindow.isNull());
-}
-
-void tst_full_preview::smallWindowsAndMirroredLayouts()
-{
-    QApplication::setLayoutDirection(Qt::RightToLeft);
-    showFiles(3, 1);
-    // The names say left and right, and so do the handles: the window keeps its sides in every script.
-    QCOMPARE(leftColumn()->mapTo(m_pWindow, QPoint()), QPoint(0, 0));
-    QCOMPARE(hub()->mapTo(m_pWindow, QPoint()).x(), 140);
-    for (const QSize size : {QSize(1, 1), QSize(140, 60), QSize(300, 900), QSize(3000, 20), QSize(1051, 594)}) {
-        QWidget frame; // a host's area, which does not ask how small its contents may be
-        m_pWindow->setParent(&frame);
-        frame.resize(size);
-        m_pWindow->setGeometry(frame.rect());
-        frame.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&frame));
-        m_pWindow->show();
-        strip()->selectNext();
-        QVERIFY(!frame.grab().isNull());
-        finishWorkers();
-        Q_EMIT hub()->signal_left_chenged();
-        QVERIFY(!frame.grab().isNull());
-        Q_EMIT hub()->signal_left_chenged();
-        m_pWindow->setParent(nullptr);
+    const auto remove = [this] {
+        m_pWindow->deleteLater();
+    };
+    for (const int nSignal : {0, 1, 2}) {
+        showFiles(3, 1);
+        if (nSignal == 0)
+            connect(m_pWindow, &IPreviewDbClickWidget::signalPreviewFileIdChanged, m_pLog.get(), remove);
+        else if (nSignal == 1)
+            connect(m_pWindow, &IPreviewDbClickWidget::sigRaiseAnalysisPriority, m_pLog.get(), remove);
+        connect(m_pWindow, &IPreviewDbClickWidget::signalBackBtnClicked, m_pLog.get(), [&] { delete m_pWindow; });
+        QTest::keyPress(m_pWindow->windowHandle(), nSignal == 2 ? Qt::Key_Escape : Qt::Key_Down);
+        QTRY_VERIFY(m_pWindow.isNull());
     }
 }
 
-void tst_full_preview::meta()
+/** The names say left and right, and so do the handles: the window keeps its sides in every script. */
+void tst_full_preview::mirroredLayout()
 {
-    const auto names = [](const QMetaObject &meta) {
-        QStringList list;
-        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-            list.append(QString::fromLatin1(meta.method(i).methodSignature()));
-        return list.join(QLatin1Char(' '));
-    };
-    QCOMPARE(names(PreviewDbClickWidget::staticMetaObject),
-             QStringLiteral("signal_showResource() SlotRecvShowSource(int,int,qlonglong) slot_close_hide() "
-                            "slot_show_left_source() slot_show_right_source() slot_show_up_source() "
-                            "slot_show_down_source() slot_left_changed() onProviderRemoveFiles(QVector<qint64>)"));
-    QCOMPARE(names(PreviewLeftWin::staticMetaObject),
-             QStringLiteral("SigShowResource(int,int,qlonglong) selectionChanged(QItemSelection,QItemSelection) "
-                            "slotThumbnailLoad()"));
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    showFiles(3, 1);
+    QCOMPARE(leftColumn()->mapTo(m_pWindow, QPoint()), QPoint(0, 0));
+    QCOMPARE(hub()->mapTo(m_pWindow, QPoint()).x(), leftColumn()->width());
 }
 
 BIGIMGPREVIEW_TEST_MAIN(tst_full_preview)

@@ -2,18 +2,11 @@
 #include "common/CNotificationFloatingWidget.h"
 #include "common/CPushButton.h"
 #include "image/ImgPreviewToolBar.h"
-#include "image/ImgPreviewWidget.h"
-#include "image/PreviewResourceThread.h"
 #include "preview/MiddleResourcePreviewWidget.h"
-#include "preview/PreviewSpaceDialog.h"
 
 #include <QLabel>
-#include <QMetaMethod>
-#include <QSignalSpy>
 
 using Hub = MiddleResourcePreviewWidget;
-Q_DECLARE_METATYPE(const QMetaObject *)
-
 namespace {
 
 /** Signals of one object in the order they come, by name; a flag is written after the name. */
@@ -40,14 +33,6 @@ public:
     QString forbidden;
 };
 
-QStringList methodNames(const QMetaObject &meta)
-{
-    QStringList names;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        names.append(QString::fromLatin1(meta.method(i).methodSignature()));
-    return names;
-}
-
 } // namespace
 
 class tst_hub : public PluginTest {
@@ -59,16 +44,11 @@ private Q_SLOTS:
     void keys_data();
     void keys();
     void zoomKeys();
-    void exitWaitsForTheLoad_data();
     void exitWaitsForTheLoad();
-    void exitWaitsForThePresentation_data();
     void exitWaitsForThePresentation();
     void presentationOfAnotherFileIsDropped();
     void stepsDuringTheFitDelay();
-    void destroyedDuringTheLoad();
     void windowButtons();
-    void methodOrder_data();
-    void methodOrder();
 
 protected:
     void cleanup() override
@@ -208,19 +188,11 @@ void tst_hub::zoomKeys()
     }
 }
 
-void tst_hub::exitWaitsForTheLoad_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::newRow("window") << 0;
-    QTest::newRow("dialog") << 1;
-}
-
 void tst_hub::exitWaitsForTheLoad()
 {
     const auto pGate = host().addSlowPicture(1, 10, QStringLiteral("/1.png"));
     openFiles({1}, 1);
-    QFETCH(int, mode);
-    makeHub(mode);
+    makeHub(Hub::DoubleClickMode);
     m_pHub->slot_previewResource();
     QTRY_COMPARE(pGate->waiting(), 1);
     QTest::keyClick(m_pHub.get(), Qt::Key_Escape);
@@ -235,35 +207,27 @@ void tst_hub::exitWaitsForTheLoad()
     QCOMPARE(m_pLog->forbidden, QStringLiteral("10"));
 }
 
-void tst_hub::exitWaitsForThePresentation_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("window") << 0 << QStringLiteral("exit");
-    QTest::newRow("dialog") << 1 << QStringLiteral("close");
-}
-
 void tst_hub::exitWaitsForThePresentation()
 {
-    host().addFile(1, 193, QStringLiteral("/1.pptx"));
-    host().renderer.setDocument(1, {QSize(4, 3)});
-    data()->openPresentation(1, QStringLiteral("/1.pptx"));
-    QFETCH(int, mode);
-    makeHub(mode);
-    data()->setCurrentFile(1);
-    data()->beginPendingPresentation(1);
-    QTest::keyClick(m_pHub.get(), Qt::Key_Escape);
-    QVERIFY(m_pLog->names.isEmpty());
-    QVERIFY(host().renderer.openDocuments().isEmpty()); // released, so that the load ends soon
-    m_pHub->slot_pptLoadEnd(1, QStringLiteral("/1.pptx"), false);
-    QFETCH(QString, expected);
-    QCOMPARE(m_pLog->names, QStringList{expected});
-    QVERIFY(!data()->hasRenderEntry(1));
-    // The request to close is used up.
-    m_pLog->names.clear();
-    m_pHub->slot_pptLoadEnd(1, QStringLiteral("/1.pptx"), true);
-    QVERIFY(m_pLog->names.isEmpty());
-    QCOMPARE(m_pHub->currentIndex(), int(Hub::PresentationPage));
+    for (const auto &[nMode, pExpected] : {std::pair(Hub::DoubleClickMode, "exit"), {Hub::SpaceDialogMode, "close"}}) {
+        host().addFile(1, 193, QStringLiteral("/1.pptx"));
+        host().renderer.setDocument(1, {QSize(4, 3)});
+        data()->openPresentation(1, QStringLiteral("/1.pptx"));
+        makeHub(nMode);
+        data()->setCurrentFile(1);
+        data()->beginPendingPresentation(1);
+        QTest::keyClick(m_pHub.get(), Qt::Key_Escape);
+        QVERIFY(m_pLog->names.isEmpty());
+        QVERIFY(host().renderer.openDocuments().isEmpty()); // released, so that the load ends soon
+        m_pHub->slot_pptLoadEnd(1, QStringLiteral("/1.pptx"), false);
+        QCOMPARE(m_pLog->names, QStringList{QString::fromLatin1(pExpected)});
+        QVERIFY(!data()->hasRenderEntry(1));
+        // The request to close is used up.
+        m_pLog->names.clear();
+        m_pHub->slot_pptLoadEnd(1, QStringLiteral("/1.pptx"), true);
+        QVERIFY(m_pLog->names.isEmpty());
+        QCOMPARE(m_pHub->currentIndex(), int(Hub::PresentationPage));
+    }
 }
 
 void tst_hub::presentationOfAnotherFileIsDropped()
@@ -305,19 +269,6 @@ void tst_hub::stepsDuringTheFitDelay()
     QTRY_COMPARE(percent(), QStringLiteral("50%"));
 }
 
-void tst_hub::destroyedDuringTheLoad()
-{
-    const auto pGate = host().addSlowPicture(1, 10, QStringLiteral("/1.png"));
-    openFiles({1}, 1);
-    makeHub(Hub::DoubleClickMode);
-    m_pHub->slot_previewResource();
-    QTRY_COMPARE(pGate->waiting(), 1);
-    m_pHub.reset();
-    QVERIFY(!data()->isLoading());
-    pGate->open();
-    finishWorkers();
-}
-
 void tst_hub::windowButtons()
 {
     makeHub(Hub::DoubleClickMode);
@@ -330,11 +281,8 @@ void tst_hub::windowButtons()
     }
     QCOMPARE(buttons.size(), 5);
     buttons.value(QStringLiteral("Minimize"))->click();
-    QPushButton *pMaximize = buttons.value(QStringLiteral("Maximize or restore"));
-    pMaximize->click();
-    QVERIFY(pMaximize->styleSheet().contains(QStringLiteral("title_window_restore_normal")));
-    pMaximize->click();
-    QVERIFY(pMaximize->styleSheet().contains(QStringLiteral("title_window_maxsize_normal")));
+    buttons.value(QStringLiteral("Maximize or restore"))->click();
+    QVERIFY(host().window.maximized);
     buttons.value(QStringLiteral("Close"))->click();
     QCOMPARE(host().window.minimizeCalls, 1);
     QCOMPARE(host().window.closeCalls, 1);
@@ -348,59 +296,6 @@ void tst_hub::windowButtons()
     makeHub(Hub::SpaceDialogMode);
     for (const CPushButton *pButton : m_pHub->findChildren<CPushButton *>(QString(), Qt::FindDirectChildrenOnly))
         QVERIFY(!pButton->isVisible());
-}
-
-void tst_hub::methodOrder_data()
-{
-    QTest::addColumn<const QMetaObject *>("meta");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("hub")
-        << &Hub::staticMetaObject
-        << QStringLiteral(
-               "signal_exitCurWidget() siganl_updateLeftList() signal_SourcePreviewFullScreen() signal_deletedFile() "
-               "signal_nextSource() signal_previousSource() signal_up_Key_Pressed() signal_down_Key_Pressed() "
-               "signal_left_Key_Pressed() signal_right_Key_Pressed() signal_forbidden_right(bool) "
-               "signal_left_chenged() "
-               "signal_right_changed() signal_start_left_side_timer() signal_start_right_side_timer() "
-               "signal_stop_side_timer() signal_close_space_dialog() slot_switchPreviewWidget(int) "
-               "slot_fullViewBtnClicked() slot_returnBtnClicked() slot_previewResource() slot_exitCurPreview_Key() "
-               "slot_exitCurPreview_ByDBClicked() slot_UpKey() slot_DownKey() slot_leftKey() slot_rightKey() "
-               "slot_tabKey() "
-               "slot_spaceKey() slot_fullPreview_key() slot_orgPreview_key() slot_adaptPreview_key() "
-               "slot_zoomOut_key() "
-               "slot_zoomIn_key() slot_imgLoadEnd() slot_pptLoadEnd(qlonglong,QString,bool) slot_pptCancelEnd() "
-               "slot_pptFrameReadEnd() slot_side_triggered(QWidget*,bool)");
-    QTest::newRow("picture")
-        << &ImgPreviewWidget::staticMetaObject
-        << QStringLiteral(
-               "signal_quit() signal_img_preview_update() signal_load_img_end() slot_fullPreviewBtnClicked() "
-               "slot_adaptWidthBtnClicked() slot_NormalBtnClicked() slot_RotateBtnCllicked() "
-               "slot_HorizonalRotateBtnClicked() slot_cutBtnClicked() slot_EditBtnClicked() slot_ZoomOutBtnClicked() "
-               "slot_ZoomInBtnClicked() slot_cutPushBtnClicked() slot_cancelPushBtnClicked() "
-               "slot_viewWeelChanged(bool) "
-               "slot_setSavedImgFlat(bool) slot_defaultOpen() slot_checkFilePath() slot_exportToPackage() "
-               "slot_exportToComputer() slot_copyFile() slot_copyFilePath() slot_copyTag() slot_pasteTag() "
-               "slot_setCover() "
-               "slot_deleteComplete() slot_removeToRecycle() slot_PreviewTimerout() slot_saveNoteInfo(NoteRegin*) "
-               "slot_deleteNoteInfo(int) slot_acceptMousePosFromNoteWidget(QPoint) "
-               "slot_imgReadEnd(qlonglong,QImage,QString,bool)");
-    QTest::newRow("loader") << &PreviewResourceThread::staticMetaObject
-                            << QStringLiteral("signal_resLoadEnd() signal_imageReadEnd(qlonglong,QImage,QString,bool) "
-                                              "signal_pptLoadEnd(qlonglong,QString,bool) "
-                                              "signal_pptFrameLoadEnd(qlonglong,QPixmap) signal_pptCancelEnd()");
-    QTest::newRow("dialog")
-        << &PreviewSpaceDialog::staticMetaObject
-        << QStringLiteral("slot_close_hide() slot_show_left_source() slot_show_right_source() slot_show_up_source() "
-                          "slot_show_down_source() onProviderRemoveFiles(QVector<qint64>)");
-    QTest::newRow("base") << &BasePreviewWidget::staticMetaObject
-                          << QStringLiteral("signal_PreviewWidgetDoubleClicked() signal_deleteFile()");
-}
-
-void tst_hub::methodOrder()
-{
-    QFETCH(const QMetaObject *, meta);
-    QTEST(methodNames(*meta).join(QLatin1Char(' ')).replace(QStringLiteral("qint64,"), QStringLiteral("qlonglong,")),
-          "expected");
 }
 
 BIGIMGPREVIEW_TEST_MAIN(tst_hub)

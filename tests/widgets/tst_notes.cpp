@@ -1,33 +1,19 @@
-#include "PluginTest.h"
-#include "common/CNotificationFloatingWidget.h"
-#include "common/CResourceItem.h"
-#include "common/CircleBtn.h"
+#include "ImageWidgetTest.h"
 #include "image/CColorPntBtn.h"
 #include "image/CNoteInputWidget.h"
 #include "image/CNoteWidget.h"
-#include "image/ImgPreviewToolBar.h"
-#include "image/ImgPreviewWidget.h"
 #include "image/NoteInfoShowWidget.h"
 #include "image/NoteUndoNotice.h"
-#include "image/TSLargePreviewView.h"
 
 #include <QClipboard>
-#include <QGraphicsScene>
 #include <QLabel>
-#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTextEdit>
-#include <QWheelEvent>
 
 namespace {
 
-constexpr qint64 Png = 10;
-const QSize ViewSize(800, 600);
 constexpr quint32 Orange = 0x0064FA;
-
-const char *const EditSheet =
-    "QTextEdit{background:%1;border:1px;border-color:%2;color:%3;font-size:12px;border-radius:4px;}";
 
 NoteRecord makeNote(const QRect &rect, const char *pText = "note", quint32 nValue = Orange)
 {
@@ -42,38 +28,13 @@ QStringList textsOf(const QVector<NoteRecord> &notes)
     return texts;
 }
 
-QString methodNames(const QMetaObject &meta)
-{
-    QStringList names;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        names.append(QString::fromLatin1(meta.method(i).methodSignature()));
-    return names.join(QLatin1Char(' '));
-}
-
-class PaintCounter : public QObject {
-public:
-    int nPaints = 0;
-
-protected:
-    bool eventFilter(QObject *pWatched, QEvent *pEvent) override
-    {
-        nPaints += pEvent->type() == QEvent::Paint ? 1 : 0;
-        return QObject::eventFilter(pWatched, pEvent);
-    }
-};
-
 } // namespace
 
-Q_DECLARE_METATYPE(const QMetaObject *)
-
 /** The comment mode of the picture widget against a host that stores notes. */
-class tst_notes : public PluginTest {
+class tst_notes : public ImageWidgetTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void methodOrder_data();
-    void methodOrder();
-    void looks();
     void drawing_data();
     void drawing();
     void storesPicturePixels_data();
@@ -95,8 +56,6 @@ private Q_SLOTS:
     void oddTexts();
     void textSurvivesTheStep_data();
     void textSurvivesTheStep();
-    void failureAfterTheStep_data();
-    void failureAfterTheStep();
     void hostsAnswers_data();
     void hostsAnswers();
     void hostsOwnListCounts();
@@ -104,25 +63,21 @@ private Q_SLOTS:
     void fallbackPictures();
     void placeholderTakesNoNotes();
     void showsTheNoteAskedFor();
-    void paintsOnce();
 
 protected:
     void init() override
     {
-        PluginTest::init();
+        ImageWidgetTest::init();
         host().desk.storeNotes = [this](qint64 nId, const QVector<NoteRecord> &notes) {
             m_stored[nId] = notes;
         };
-        m_pWidget = std::make_unique<ImgPreviewWidget>(nullptr);
-        m_pWidget->resize(ViewSize);
-        m_pWidget->show();
     }
     void cleanup() override
     {
-        m_pWidget.reset();
+        m_pWidget.reset(); // may store what is being written
         host().desk.storeNotes = {};
         m_stored.clear();
-        PluginTest::cleanup();
+        ImageWidgetTest::cleanup();
     }
 
 private:
@@ -150,76 +105,33 @@ private:
         load(nId);
         m_pWidget->slot_EditBtnClicked();
     }
+    /** Those of the widget, and o: wheel, d: drag, s: another size, c: comment mode. */
     void command(char c)
     {
-        switch (c) {
-        case 'f':
-            m_pWidget->slot_fullPreviewBtnClicked();
-            break;
-        case 'w':
-            m_pWidget->slot_adaptWidthBtnClicked();
-            break;
-        case '1':
-            m_pWidget->slot_NormalBtnClicked();
-            break;
-        case '+':
-            m_pWidget->slot_ZoomInBtnClicked();
-            break;
-        case '-':
-            m_pWidget->slot_ZoomOutBtnClicked();
-            break;
-        case 'r':
-            m_pWidget->slot_RotateBtnCllicked();
-            break;
-        case 'm':
-            m_pWidget->slot_HorizonalRotateBtnClicked();
-            break;
-        case 'o': // wheel, over the notes or the picture
-            wheel(QPoint(230, 310));
-            break;
-        case 'd':
+        const QPoint overNotes(230, 310);
+        if (c == 'o')
+            turnWheel(overlay()->isVisible() ? static_cast<QWidget *>(overlay()) : view()->viewport(), overNotes);
+        else if (c == 'd')
             drag(QPoint(400, 300), QPoint(430, 280), Qt::MiddleButton);
-            break;
-        case 's':
+        else if (c == 's')
             m_pWidget->resize(m_pWidget->size() == ViewSize ? QSize(701, 533) : ViewSize);
-            break;
-        default:
+        else if (c == 'c')
             m_pWidget->slot_EditBtnClicked();
-            break;
-        }
-        for (int i = 0; i < 10; ++i)
-            m_pWidget->slot_PreviewTimerout();
-    }
-    void wheel(const QPoint &pos)
-    {
-        QWidget *pTarget = overlay()->isVisible() ? static_cast<QWidget *>(overlay()) : view()->viewport();
-        QWheelEvent event(pos, pTarget->mapToGlobal(pos), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(pTarget, &event);
+        else
+            ImageWidgetTest::command(c);
+        settle();
     }
     void drag(const QPoint &from, const QPoint &to, Qt::MouseButton button = Qt::LeftButton)
     {
-        const auto send = [this, button](QEvent::Type type, const QPoint &pos) {
-            const bool bMove = type == QEvent::MouseMove;
-            QMouseEvent event(type, pos, overlay()->mapToGlobal(pos), bMove ? Qt::NoButton : button,
-                              type == QEvent::MouseButtonRelease ? Qt::NoButton : button, Qt::NoModifier);
-            QCoreApplication::sendEvent(overlay(), &event);
-        };
-        send(QEvent::MouseButtonPress, from);
-        if (from != to)
-            send(QEvent::MouseMove, to);
-        send(QEvent::MouseButtonRelease, to);
+        ::drag(overlay(), from, to, button);
     }
     void write(const QString &text) { textBox()->insertPlainText(text); }
     void pressSave() { QTest::keyClick(textBox(), Qt::Key_Return, Qt::ControlModifier); }
 
-    TSLargePreviewView *view() const { return m_pWidget->findChild<TSLargePreviewView *>(); }
-    CResourceItem *item() const { return dynamic_cast<CResourceItem *>(view()->scene()->items().value(0)); }
     CNoteWidget *overlay() const { return m_pWidget->findChild<CNoteWidget *>(); }
     CNoteInputWidget *card() const { return overlay()->card(); }
     QTextEdit *textBox() const { return card()->findChild<QTextEdit *>(); }
     QRect regionRect(int n = 0) const { return overlay()->region(n)->rect; }
-    int notices() const { return m_pWidget->findChildren<CNotificationFloatingWidget *>().size(); }
     int requests() { return host().desk.of(ActionKind::Comment).size(); }
     /** Where a point of the picture lies on the screen, by way of the scene alone. */
     QPoint onScreen(double fX, double fY) const
@@ -233,59 +145,8 @@ private:
                                         onScreen(rect.left() + rect.width(), rect.top() + rect.height()));
     }
 
-    std::unique_ptr<ImgPreviewWidget> m_pWidget;
     QMap<qint64, QVector<NoteRecord>> m_stored;
 };
-
-void tst_notes::methodOrder_data()
-{
-    QTest::addColumn<const QMetaObject *>("meta");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("overlay") << &CNoteWidget::staticMetaObject
-                             << QStringLiteral("signal_saveNoteInfo(NoteRegin*) signal_deleteNoteInfo(int) "
-                                               "signal_sendMousePos(QPoint) cancelSelectedRect() "
-                                               "slotCloseWindow(QWidget*) slot_saveNoteInfo(QString) "
-                                               "slot_deleteNote() slot_updateRegionColor(QColor)");
-    QTest::newRow("card") << &CNoteInputWidget::staticMetaObject
-                          << QStringLiteral("signal_saveNoteInfo(QString) signal_deleteNote() "
-                                            "signal_changeRegionColor(QColor) slot_saveNoteInfo() slot_deletNote() "
-                                            "slot_switchToEdit() slot_changeRegionColor(QColor)");
-    QTest::newRow("edit page") << &NoteInfoEditWidget::staticMetaObject
-                               << QStringLiteral("signal_OKBtnClicked() signal_changeRegionColor(QColor) "
-                                                 "slot_textEditChanged() slot_ColorBtnClicked(QColor)");
-    QTest::newRow("show page") << &NoteInfoShowWidget::staticMetaObject
-                               << QStringLiteral("signal_DelBtnClicked() signal_EditBtnClicked()");
-    QTest::newRow("colour") << &CColorPntBtn::staticMetaObject
-                            << QStringLiteral("signal_ColorBtnClicked(QColor) slot_Clicked()");
-}
-
-void tst_notes::methodOrder()
-{
-    QFETCH(const QMetaObject *, meta);
-    QTEST(methodNames(*meta), "expected");
-}
-
-void tst_notes::looks()
-{
-    comment();
-    drag(QPoint(200, 200), QPoint(300, 280));
-    QCOMPARE(textBox()->size(), QSize(161, 54));
-    QVERIFY(!textBox()->acceptRichText());
-    QCOMPARE(textBox()->placeholderText(), QStringLiteral("Please insert comments."));
-    const QString fixed = QString::fromLatin1(EditSheet).section(QLatin1Char('%'), 0, 0);
-    QVERIFY(textBox()->styleSheet().startsWith(fixed));
-    QVector<QColor> colors;
-    for (const CColorPntBtn *pButton : card()->findChildren<CColorPntBtn *>())
-        colors.append(pButton->color());
-    QCOMPARE(colors, (QVector<QColor>{Qt::blue, QColor(QStringLiteral("#FA6400")), Qt::cyan, Qt::yellow}));
-    write(QStringLiteral("three short\nlines\nonly"));
-    QVERIFY(!textBox()->verticalScrollBar()->isVisible());
-    QVERIFY(!textBox()->horizontalScrollBar()->isVisible());
-    write(QString(400, QLatin1Char('m')));
-    QVERIFY(textBox()->verticalScrollBar()->isVisible());
-    QVERIFY(!textBox()->horizontalScrollBar()->isVisible());
-    QCOMPARE(textBox()->verticalScrollBar()->width(), 4);
-}
 
 void tst_notes::drawing_data()
 {
@@ -308,10 +169,7 @@ void tst_notes::drawing()
     QFETCH(QPoint, from);
     QFETCH(QPoint, to);
     QFETCH(QRect, expected);
-    FakePicture picture;
     comment();
-    if (m_pWidget->devicePixelRatioF() != 1.0)
-        expected = expected.isValid() && to.y() > 580 ? QRect(700, 500, 60, 50) : expected;
     QSignalSpy saves(overlay(), &CNoteWidget::signal_saveNoteInfo);
     drag(from, to);
     QCOMPARE(overlay()->regionCount(), expected.isValid() ? 1 : 0);
@@ -375,24 +233,16 @@ void tst_notes::staysOnItsPixels_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("after");
-    QTest::newRow("zooms") << ""
-                           << "1+-wfooo";
-    QTest::newRow("drags") << ""
-                           << "1dd";
-    QTest::newRow("resizes") << ""
-                             << "ss";
-    QTest::newRow("turns") << ""
-                           << "rrrr";
-    QTest::newRow("flips") << ""
-                           << "mrmmr";
-    QTest::newRow("turned before") << "r"
-                                   << "+os";
-    QTest::newRow("flipped before") << "mr"
-                                    << "1do";
-    QTest::newRow("mode off and on") << "+"
-                                     << "crcmc";
-    QTest::newRow("to nothing") << "-----"
-                                << "---++";
+    const auto row = [](const char *pName, const char *pBefore, const char *pAfter) {
+        QTest::newRow(pName) << QString::fromLatin1(pBefore) << QString::fromLatin1(pAfter);
+    };
+    row("zooms and drags", "", "1+-wfooo1dd");
+    row("resizes", "", "ss");
+    row("turns and flips", "", "rrrrmrmmr");
+    row("turned before", "r", "+os");
+    row("flipped before", "mr", "1do");
+    row("mode off and on", "+", "crcmc");
+    row("to nothing", "-----", "---++");
 }
 
 void tst_notes::staysOnItsPixels()
@@ -450,13 +300,9 @@ void tst_notes::handles_data()
         QTest::newRow(pName) << nHandle << at.marginsAdded(margins) << nCursor;
     };
     row("top left", NoteGeometry::TopLeft, QMargins(-10, -6, 0, 0), Qt::SizeFDiagCursor);
-    row("top right", NoteGeometry::TopRight, QMargins(0, -6, 10, 0), Qt::SizeBDiagCursor);
     row("bottom right", NoteGeometry::BottomRight, QMargins(0, 0, 10, 6), Qt::SizeFDiagCursor);
-    row("bottom left", NoteGeometry::BottomLeft, QMargins(-10, 0, 0, 6), Qt::SizeBDiagCursor);
     row("top", NoteGeometry::Top, QMargins(0, -6, 0, 0), Qt::SizeVerCursor);
-    row("right", NoteGeometry::Right, QMargins(0, 0, 10, 0), Qt::SizeHorCursor);
     row("bottom", NoteGeometry::Bottom, QMargins(0, 0, 0, 6), Qt::SizeVerCursor);
-    row("left", NoteGeometry::Left, QMargins(-10, 0, 0, 0), Qt::SizeHorCursor);
 }
 
 void tst_notes::handles()
@@ -723,20 +569,23 @@ void tst_notes::oddTexts()
 void tst_notes::textSurvivesTheStep_data()
 {
     QTest::addColumn<bool>("modifies");
-    QTest::addColumn<bool>("accepted");
-    QTest::addColumn<bool>("gone");
-    QTest::newRow("new note") << false << true << false;
-    QTest::newRow("rewritten note") << true << true << false;
-    QTest::newRow("refused") << false << false << false;
-    QTest::newRow("file removed") << false << false << true;
+    QTest::addColumn<Reply>("reply");
+    QTest::addColumn<bool>("fails");
+    QTest::addColumn<int>("notices");
+    QTest::newRow("new note") << false << Reply::Queued << false << 1;
+    QTest::newRow("rewritten note") << true << Reply::Queued << false << 1;
+    QTest::newRow("file removed") << false << Reply::Never << false << 1;
+    QTest::newRow("refused") << false << Reply::RefuseZero << true << 1;
+    QTest::newRow("fails late") << false << Reply::OnDemand << true << 2; // "saved", and then the truth
+    QTest::newRow("fails inside the request") << false << Reply::InsideRequest << true << 1;
 }
 
 /** As the surfaces step: the shared state turns first, then the widget is stopped. */
 void tst_notes::textSurvivesTheStep()
 {
     QFETCH(bool, modifies);
-    QFETCH(bool, accepted);
-    QFETCH(bool, gone);
+    QFETCH(Reply, reply);
+    QFETCH(bool, fails);
     m_stored[1] = {makeNote(QRect(200, 200, 400, 200), "old")};
     m_stored[2] = {makeNote(QRect(1, 1, 50, 50), "other")};
     comment();
@@ -745,9 +594,9 @@ void tst_notes::textSurvivesTheStep()
     else
         drag(QPoint(500, 300), QPoint(600, 340));
     write(QStringLiteral("typed"));
-    if (!accepted)
-        host().desk.reply = Reply::RefuseZero;
-    if (gone)
+    host().desk.reply = reply;
+    host().desk.response = fails ? FakeResponse::failure(5) : FakeResponse::success();
+    if (reply == Reply::Never)
         host().removeFiles({1});
     QGuiApplication::clipboard()->clear();
     data()->setCurrentFile(2);
@@ -760,62 +609,39 @@ void tst_notes::textSurvivesTheStep()
     const QStringList expected = modifies ? QStringList(QStringLiteral("oldtyped"))
                                           : QStringList{QStringLiteral("old"), QStringLiteral("typed")};
     QCOMPARE(textsOf(request.notes), expected);
-    QCOMPARE(textsOf(m_stored[2]), QStringList(QStringLiteral("other")));
-    QCOMPARE(textsOf(data()->noteList()), QStringList(QStringLiteral("other")));
-    QCOMPARE(QGuiApplication::clipboard()->text(), accepted ? QString() : QStringLiteral("typed"));
-    QCOMPARE(notices(), 1); // and the user is told
-}
-
-void tst_notes::failureAfterTheStep_data()
-{
-    QTest::addColumn<int>("reply");
-    QTest::addColumn<int>("notices");
-    QTest::newRow("late") << int(Reply::OnDemand) << 2; // "saved", and then the truth
-    QTest::newRow("inside the request") << int(Reply::InsideRequest) << 1;
-}
-
-void tst_notes::failureAfterTheStep()
-{
-    QFETCH(int, reply);
-    comment();
-    drag(QPoint(500, 300), QPoint(600, 340));
-    write(QStringLiteral("typed"));
-    host().desk.reply = Reply(reply);
-    host().desk.response = FakeResponse::failure(5);
-    QGuiApplication::clipboard()->clear();
-    data()->setCurrentFile(2);
-    m_pWidget->quitPreview();
-    if (reply == int(Reply::OnDemand)) {
+    if (reply == Reply::OnDemand) {
         m_pWidget->loadImage(data()->currentFilePath(), 0, 1, 1.0, 0);
         finishWorkers();
-        host().desk.answer(0, FakeResponse::failure(5));
+        host().desk.answer(0, host().desk.response);
     }
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("typed"));
-    QTEST(notices(), "notices");
+    QCOMPARE(textsOf(m_stored[2]), QStringList(QStringLiteral("other")));
+    QCOMPARE(textsOf(data()->noteList()), QStringList(QStringLiteral("other")));
+    QCOMPARE(QGuiApplication::clipboard()->text(), fails ? QStringLiteral("typed") : QString());
+    QTEST(notices(), "notices"); // the user is told
 }
 
 void tst_notes::hostsAnswers_data()
 {
-    QTest::addColumn<int>("reply");
+    QTest::addColumn<Reply>("reply");
     QTest::addColumn<bool>("fails");
     QTest::addColumn<int>("notices");
-    QTest::newRow("at once") << int(Reply::InsideRequest) << false << 0;
-    QTest::newRow("queued") << int(Reply::Queued) << false << 0;
-    QTest::newRow("twice") << int(Reply::Twice) << false << 0;
-    QTest::newRow("late") << int(Reply::OnDemand) << false << 0;
-    QTest::newRow("never") << int(Reply::Never) << false << 0;
-    QTest::newRow("refused") << int(Reply::RefuseZero) << false << 1;
-    QTest::newRow("refused below 0") << int(Reply::RefuseNegative) << false << 1;
-    QTest::newRow("fails at once") << int(Reply::InsideRequest) << true << 1;
-    QTest::newRow("fails") << int(Reply::Queued) << true << 1;
+    QTest::newRow("at once") << Reply::InsideRequest << false << 0;
+    QTest::newRow("queued") << Reply::Queued << false << 0;
+    QTest::newRow("twice") << Reply::Twice << false << 0;
+    QTest::newRow("late") << Reply::OnDemand << false << 0;
+    QTest::newRow("never") << Reply::Never << false << 0;
+    QTest::newRow("refused") << Reply::RefuseZero << false << 1;
+    QTest::newRow("refused below 0") << Reply::RefuseNegative << false << 1;
+    QTest::newRow("fails at once") << Reply::InsideRequest << true << 1;
+    QTest::newRow("fails") << Reply::Queued << true << 1;
 }
 
 /** The note is seen on, also after a step away and back to an older record, and goes out with the next one. */
 void tst_notes::hostsAnswers()
 {
-    QFETCH(int, reply);
+    QFETCH(Reply, reply);
     QFETCH(bool, fails);
-    const bool bStores = !fails && reply != int(Reply::OnDemand) && reply != int(Reply::Never);
+    const bool bStores = !fails && reply != Reply::OnDemand && reply != Reply::Never;
     if (!bStores)
         host().desk.storeNotes = {};
     else
@@ -823,7 +649,7 @@ void tst_notes::hostsAnswers()
             m_stored[nId] = notes;
             refreshRecord(nId);
         };
-    host().desk.reply = Reply(reply);
+    host().desk.reply = reply;
     if (fails)
         host().desk.response = FakeResponse::failure(5);
     comment();
@@ -843,7 +669,7 @@ void tst_notes::hostsAnswers()
     QCOMPARE(textsOf(host().desk.of(ActionKind::Comment).last().notes),
              (QStringList{QStringLiteral("one"), QStringLiteral("two")}));
     // A late answer to the older request says nothing of the newer one.
-    if (reply == int(Reply::OnDemand)) {
+    if (reply == Reply::OnDemand) {
         host().desk.answer(0);
         QCoreApplication::processEvents();
         QCOMPARE(overlay()->regionCount(), 2);
@@ -965,26 +791,6 @@ void tst_notes::showsTheNoteAskedFor()
     m_pWidget->slot_EditBtnClicked();
     data()->noteStore()->requestShow(2, 7);
     QVERIFY(!overlay()->isVisible());
-}
-
-void tst_notes::paintsOnce()
-{
-    for (int i = 0; i < 50; ++i)
-        m_stored[1].append(makeNote(QRect(i * 20, i * 15, 60, 40)));
-    comment();
-    QTest::qWait(200);
-    PaintCounter counter;
-    overlay()->installEventFilter(&counter);
-    const auto paintsOf = [&counter](const std::function<void()> &change) {
-        counter.nPaints = 0;
-        change();
-        QTest::qWait(200); // the refresh after it changes nothing, and paints nothing
-        return counter.nPaints;
-    };
-    QCOMPARE(paintsOf([this] { wheel(QPoint(300, 300)); }), 1);
-    QCOMPARE(paintsOf([this] { m_pWidget->slot_HorizonalRotateBtnClicked(); }), 1);
-    QCOMPARE(paintsOf([this] { drag(QPoint(400, 60), QPoint(420, 90), Qt::MiddleButton); }), 1);
-    QCOMPARE(paintsOf([] {}), 0);
 }
 
 BIGIMGPREVIEW_TEST_MAIN(tst_notes)

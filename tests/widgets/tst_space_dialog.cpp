@@ -13,21 +13,14 @@ class tst_space_dialog : public PluginTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void shape();
-    void covers();
     void steps_data();
     void steps();
-    void unlistedFileIsLogged();
     void waysToClose_data();
     void waysToClose();
     void hostReactsInTheSignal_data();
     void hostReactsInTheSignal();
-    void removalCloses_data();
     void removalCloses();
     void presentationEndsFirst();
-    void secondDialog();
-    void keyStorm();
-    void destroyedWhileOpen();
 
 protected:
     void init() override
@@ -66,40 +59,6 @@ private:
     QPointer<PreviewSpaceDialog> m_pDialog;
 };
 
-void tst_space_dialog::shape()
-{
-    openFiles({1, 2, 3}, 1);
-    m_pDialog = new PreviewSpaceDialog(m_pWindow.get());
-    QVERIFY(!m_pDialog->isVisible());
-    QCOMPARE(int(m_pDialog->windowFlags()) & 0xFFF, 0x803);
-    QVERIFY(m_pDialog->testAttribute(Qt::WA_TranslucentBackground));
-    QCOMPARE(m_pDialog->styleSheet(), QStringLiteral("background:#cc000000"));
-    QCOMPARE(hub()->styleSheet(), QStringLiteral("background:transparent"));
-    m_pDialog->showPreview();
-    QVERIFY(m_pDialog->isModal() && m_pDialog->isVisible());
-    for (const QSize &size : {QSize(800, 600), QSize(333, 222)}) {
-        m_pDialog->resize(size);
-        QCOMPARE(closeButton()->geometry(), QRect(size.width() - 57, 37, 20, 20));
-        QTRY_COMPARE(hub()->geometry(), QRect(QPoint(), size).adjusted(1, 1, -1, -1));
-        QVERIFY(m_pDialog->childAt(closeButton()->geometry().center()) == closeButton());
-    }
-}
-
-void tst_space_dialog::covers()
-{
-    open(1);
-    QCOMPARE(m_pDialog->geometry(), m_pWindow->geometry());
-    m_pWindow->setGeometry(0, 0, 640, 480);
-    QTRY_COMPARE(m_pDialog->geometry(), m_pWindow->geometry());
-    delete m_pDialog;
-    m_pWindow->resize(700, 500); // nobody follows any more
-    openFiles({1}, 1);
-    PreviewSpaceDialog alone(nullptr);
-    alone.showPreview();
-    QVERIFY(alone.width() > 100);
-    finishWorkers();
-}
-
 void tst_space_dialog::steps_data()
 {
     QTest::addColumn<qint64>("first");
@@ -130,24 +89,15 @@ void tst_space_dialog::steps()
     }
     QTEST(changes, "expected");
     QCOMPARE(data()->currentFileId(), changes.last());
-    openFiles({2}, 2);
-    changes.clear();
-    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down})
-        press(key);
-    QVERIFY(changes.isEmpty());
-}
-
-void tst_space_dialog::unlistedFileIsLogged()
-{
-    host().addPicture(9, 10, QStringLiteral("/9.png"));
-    open(9);
-    const QString line = QStringLiteral("PreviewSpaceDialog::slot_show_left_source -1");
-    log().expect(line);
-    QSignalSpy changes(m_pDialog, &IPreviewSpaceDialog::signalPreviewFileIdChanged);
-    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down})
-        press(key);
-    QCOMPARE(log().lines(QtCriticalMsg), QStringList({line, line, line, line}));
-    QCOMPARE(changes.count(), 0);
+    // From a file that is not listed, and with nowhere to go.
+    log().expect(QStringLiteral("PreviewSpaceDialog::slot_show_left_source -1"));
+    for (const qint64 nFileId : {9, 2}) {
+        openFiles({2}, nFileId);
+        changes.clear();
+        for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down})
+            press(key);
+        QVERIFY(changes.isEmpty());
+    }
 }
 
 void tst_space_dialog::waysToClose_data()
@@ -182,6 +132,8 @@ void tst_space_dialog::waysToClose()
             host().source->files.announceRemoved({2});
     };
     if (way != QLatin1String("double click")) { // the loading page has none
+        press(Qt::Key_Right);                   // nor is it stepped past
+        QCOMPARE(data()->currentFileId(), 1LL);
         close();
         QCOMPARE(notices(), 1);
         QVERIFY(m_pDialog->isVisible());
@@ -234,26 +186,22 @@ void tst_space_dialog::hostReactsInTheSignal()
         QTRY_COMPARE(hub()->currentIndex(), int(Hub::ImagePage));
 }
 
-void tst_space_dialog::removalCloses_data()
-{
-    QTest::addColumn<QVector<qint64>>("removed");
-    QTest::newRow("current") << QVector<qint64>{2};
-    QTest::newRow("another") << QVector<qint64>{3};
-    QTest::newRow("all") << QVector<qint64>{1, 2, 3};
-    QTest::newRow("unlisted") << QVector<qint64>{77};
-}
-
+/** Whichever file it was. */
 void tst_space_dialog::removalCloses()
 {
-    open(2);
-    QSignalSpy closed(m_pDialog, &IPreviewSpaceDialog::signalSpacePreviewClosed);
-    QSignalSpy changes(m_pDialog, &IPreviewSpaceDialog::signalPreviewFileIdChanged);
-    QFETCH(QVector<qint64>, removed);
-    host().removeFiles(removed);
-    QVERIFY(!m_pDialog->isVisible());
-    QCOMPARE(closed.count(), 1);
-    QCOMPARE(changes.count(), 0);
-    QCOMPARE(closed.at(0).at(0).toLongLong(), 2LL);
+    for (const QVector<qint64> &removed : QVector<QVector<qint64>>{{77}, {3}, {2}, {1, 2, 3}}) {
+        open(2);
+        QSignalSpy closed(m_pDialog, &IPreviewSpaceDialog::signalSpacePreviewClosed);
+        QSignalSpy changes(m_pDialog, &IPreviewSpaceDialog::signalPreviewFileIdChanged);
+        host().removeFiles(removed);
+        QVERIFY(!m_pDialog->isVisible());
+        QCOMPARE(closed.count(), 1);
+        QCOMPARE(changes.count(), 0);
+        QCOMPARE(closed.at(0).at(0).toLongLong(), 2LL);
+        delete m_pDialog;
+        for (const qint64 nId : {1, 2, 3})
+            host().addPicture(nId, 10, QStringLiteral("/%1.png").arg(nId));
+    }
 }
 
 void tst_space_dialog::presentationEndsFirst()
@@ -268,59 +216,6 @@ void tst_space_dialog::presentationEndsFirst()
     hub()->slot_pptLoadEnd(7, QStringLiteral("/7.pptx"), false);
     QVERIFY(!m_pDialog->isVisible());
     QCOMPARE(closed.count(), 1);
-}
-
-void tst_space_dialog::secondDialog()
-{
-    open(1);
-    QPointer<PreviewSpaceDialog> pFirst = m_pDialog;
-    QSignalSpy closedFirst(pFirst, &IPreviewSpaceDialog::signalSpacePreviewClosed);
-    open(2);
-    press(Qt::Key_Right);
-    QTRY_COMPARE(data()->currentFileId(), 3LL);
-    QTRY_VERIFY(!data()->isLoading());
-    m_pDialog->slot_close_hide();
-    QVERIFY(pFirst->isVisible());
-    pFirst->slot_close_hide();
-    QCOMPARE(closedFirst.count(), 1);
-}
-
-void tst_space_dialog::keyStorm()
-{
-    const auto pGate = host().addSlowPicture(2, 10, QStringLiteral("/2.png"));
-    open(1);
-    QSignalSpy changes(m_pDialog, &IPreviewSpaceDialog::signalPreviewFileIdChanged);
-    for (int i = 0; i < 50; ++i) {
-        press(Qt::Key_Right);
-        press(Qt::Key_Left);
-        press(Qt::Key_Tab);
-    }
-    QTRY_COMPARE(pGate->waiting(), 1);
-    QCOMPARE(changes.count(), 1); // what loads is waited for
-    pGate->open();
-    QTRY_COMPARE(hub()->currentIndex(), int(Hub::ImagePage));
-    for (int i = 0; i < 50; ++i) {
-        press(i % 3 == 0 ? Qt::Key_Left : Qt::Key_Right);
-        if (i % 7 == 0)
-            QTest::qWait(1);
-    }
-    finishWorkers();
-    QTRY_COMPARE(hub()->currentIndex(), int(Hub::ImagePage));
-    QCOMPARE(host().decoder.counts().mostAtOnce, 1);
-}
-
-void tst_space_dialog::destroyedWhileOpen()
-{
-    const auto pGate = host().addSlowPicture(1, 10, QStringLiteral("/1.png"));
-    open(1, false);
-    QTRY_COMPARE(pGate->waiting(), 1);
-    press(Qt::Key_Escape); // a notice is on show
-    m_pWindow.reset();
-    QVERIFY(m_pDialog.isNull());
-    QVERIFY(!data()->isLoading());
-    pGate->open();
-    finishWorkers();
-    host().removeFiles({1});
 }
 
 BIGIMGPREVIEW_TEST_MAIN(tst_space_dialog)

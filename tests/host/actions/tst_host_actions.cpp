@@ -1,9 +1,8 @@
+#include "../IdleAnalysis.h"
 #include "ActionStage.h"
 #include "TestMain.h"
 #include "actions/FileCopy.h"
-#include "basemodule/IHostAnalysis.h"
 
-#include <QImage>
 #include <QSemaphore>
 
 #include <fcntl.h>
@@ -39,7 +38,7 @@ private:
 };
 
 /** Reads red for pictures called slow, once the gate has been opened, and blue for all others. */
-class GatedAnalysis final : public IHostAnalysis {
+class GatedAnalysis final : public IdleAnalysis {
 public:
     QImage readPicture(const QString &path, int nLongestSide, const std::atomic_bool & /*cancelled*/) override
     {
@@ -50,19 +49,6 @@ public:
         image.fill(bSlow ? Qt::red : Qt::blue);
         return image;
     }
-    RenditionPaths renditionPaths(const QString & /*path*/, qint64 /*nSize*/, qint64 /*nModifiedMsec*/) override
-    {
-        return {};
-    }
-    void setFilesAhead(const QStringList & /*paths*/) override {}
-    void setAheadBudget(qint64 /*nBytes*/) override {}
-    AnalysisOutcome analyse(const QString & /*path*/, const std::atomic_bool & /*cancelled*/) override
-    {
-        return AnalysisOutcome::Impossible;
-    }
-    void setThumbnailDiskBudget(qint64 /*nBytes*/) override {}
-    void shutdown() override {}
-
     QSemaphore gate;
 };
 
@@ -86,17 +72,14 @@ private Q_SLOTS:
     void answersForFaultyTargets_data();
     void answersForFaultyTargets();
     void tellsOfFaultySources();
-    void copiesChangingSources_data();
     void copiesChangingSources();
     void keepsHoles();
     void cancelsSoonAndLeavesNothing();
-    void reportsAtMostTwentyTimesASecond();
     void removes();
     void recyclesWithWayBack_data();
     void recyclesWithWayBack();
     void failsWithoutRecycleBin();
     void refusesInProtectedFolders();
-    void keepsPreviewPictures_data();
     void keepsPreviewPictures();
     void takesPreviewPictureAway();
     void keepsThePreviewPictureChosenLast();
@@ -236,35 +219,29 @@ void HostActionsTest::tellsOfFaultySources()
     QCOMPARE(pAction->requestExport(QString(), stage.allIds(), false), 0);
 }
 
-void HostActionsTest::copiesChangingSources_data()
-{
-    QTest::addColumn<int>("changes");
-    QTest::addColumn<int>("kind");
-    QTest::newRow("once") << 1 << int(IoStatus::Done);
-    QTest::newRow("time and again") << 1000 << int(IoStatus::Failed);
-}
-
+/** Copied anew when it changes meanwhile, and given up when it does so time and again. */
 void HostActionsTest::copiesChangingSources()
 {
-    QFETCH(int, changes);
-    QFETCH(int, kind);
-    ActionStage stage;
-    const QString source = stage.write(QStringLiteral("a.jpg"), QByteArray(300000, 'x'));
-    const UniqueFd target(::open(QFile::encodeName(stage.target()).constData(), O_RDONLY | O_DIRECTORY));
-    qint64 nTold = 0;
-    const IoStatus status = copyFile(QFile::encodeName(source), target.get(), "copy", false, [&](qint64 nBytes) {
-        nTold += nBytes;
-        QFile file(source);
-        if (nBytes > 0 && changes-- > 0 && file.open(QIODevice::Append))
-            file.write("more");
-        return true;
-    });
-    QCOMPARE(int(status.kind), kind);
-    if (!status.isDone())
-        return;
-    // Nothing of the first try is left in the copy, nor in the progress.
-    QCOMPARE(ActionStage::content(stage.target() + QStringLiteral("/copy")), ActionStage::content(source));
-    QCOMPARE(nTold, QFile(source).size());
+    for (int nChanges : {1, 1000}) {
+        const bool bEnds = nChanges == 1;
+        ActionStage stage;
+        const QString source = stage.write(QStringLiteral("a.jpg"), QByteArray(300000, 'x'));
+        const UniqueFd target(::open(QFile::encodeName(stage.target()).constData(), O_RDONLY | O_DIRECTORY));
+        qint64 nTold = 0;
+        const IoStatus status = copyFile(QFile::encodeName(source), target.get(), "copy", false, [&](qint64 nBytes) {
+            nTold += nBytes;
+            QFile file(source);
+            if (nBytes > 0 && nChanges-- > 0 && file.open(QIODevice::Append))
+                file.write("more");
+            return true;
+        });
+        QCOMPARE(status.kind, bEnds ? IoStatus::Done : IoStatus::Failed);
+        // Nothing of the first try is left in the copy, nor in the progress.
+        if (bEnds)
+            QCOMPARE(ActionStage::content(stage.target() + QStringLiteral("/copy")), ActionStage::content(source));
+        if (bEnds)
+            QCOMPARE(nTold, QFile(source).size());
+    }
 }
 
 void HostActionsTest::keepsHoles()
@@ -309,35 +286,6 @@ void HostActionsTest::cancelsSoonAndLeavesNothing()
     QCOMPARE(results.first().at(1).value<ResponseInfoPtr>()->returnCode(), 2);
     QCOMPARE(ActionStage::namesIn(stage.target()), QStringList());
     QCOMPARE(ActionStage::namesIn(stage.library->unfinishedFolder()), QStringList());
-}
-
-void HostActionsTest::reportsAtMostTwentyTimesASecond()
-{
-    ActionStage stage;
-    for (int i = 0; i < 3000; ++i)
-        stage.write(QStringLiteral("%1.jpg").arg(i));
-    QVERIFY(stage.open());
-    const auto pAction = stage.source->exportAction();
-    QVector<qint64> times;
-    QVector<double> percents;
-    QElapsedTimer clock;
-    clock.start();
-    connect(pAction.data(), &IExportAction::signalExportProgress, this,
-            [&](qint64, double fPercent, int nTotal, int nAlready) {
-                times.append(clock.elapsed());
-                percents.append(fPercent);
-                QCOMPARE(nTotal, 3000);
-                QVERIFY(nAlready <= nTotal);
-            });
-    QSignalSpy results(pAction.data(), &IExportAction::signalExportResult);
-    QVERIFY(pAction->requestExport(stage.target(), stage.allIds(), false) > 0);
-    QTRY_COMPARE_WITH_TIMEOUT(results.count(), 1, 60000);
-    QVERIFY(!times.isEmpty());
-    for (int i = 20; i < times.size(); ++i)
-        QVERIFY(times.at(i) - times.at(i - 20) >= 1000);
-    QVERIFY(std::is_sorted(percents.cbegin(), percents.cend()));
-    QVERIFY(percents.last() <= 100.0);
-    QCOMPARE(ActionStage::namesIn(stage.target()).size(), 3000);
 }
 
 void HostActionsTest::removes()
@@ -458,50 +406,37 @@ void HostActionsTest::refusesInProtectedFolders()
     QVERIFY(!stage.source->isDeletingBlocked());
 }
 
-void HostActionsTest::keepsPreviewPictures_data()
-{
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("accepted");
-    QTest::newRow("small") << QSize(40, 30) << QByteArray() << true;
-    QTest::newRow("large") << QSize(3000, 2000) << QByteArray() << true;
-    QTest::newRow("no picture") << QSize() << QByteArray("I am no picture") << false;
-    QTest::newRow("empty") << QSize() << QByteArray() << false;
-    QTest::newRow("not there") << QSize() << QByteArray("-") << false;
-}
-
+/** Scaled where they are large; what is no picture, empty or not there is refused. */
 void HostActionsTest::keepsPreviewPictures()
 {
-    QFETCH(QSize, size);
-    QFETCH(QByteArray, content);
-    QFETCH(bool, accepted);
-    ActionStage stage;
-    stage.write(QStringLiteral("a.mp3"));
-    QVERIFY(stage.open());
-    const QString picture = stage.path(QStringLiteral("cover.png"));
-    if (!size.isEmpty()) {
+    for (const QSize &size : {QSize(40, 30), QSize(3000, 2000), QSize(1, 0), QSize(0, 0), QSize()}) {
+        ActionStage stage;
+        stage.write(QStringLiteral("a.mp3"));
+        QVERIFY(stage.open());
+        const QString picture = stage.path(QStringLiteral("cover.png"));
+        const bool bAccepted = !size.isEmpty();
+        QFile file(picture);
         QImage image(size, QImage::Format_RGB32);
         image.fill(Qt::red);
-        QVERIFY(image.save(picture));
-    } else if (content != "-") {
-        QFile file(picture);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        if (size.isValid())
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(bAccepted ? image.save(&file, "PNG") : size.width() != 1 || file.write("I am no picture") > 0);
+        file.close();
+        QSignalSpy records(stage.library.get(), &Library::signalRecords);
+        const ResponseInfoPtr pAnswer = stage.setCover(stage.id(QStringLiteral("a.mp3")), picture);
+        QVERIFY(pAnswer != nullptr);
+        QCOMPARE(pAnswer->returnCode() == 0, bAccepted);
+        QCOMPARE(ActionStage::namesIn(stage.library->coverFolder()).size(), bAccepted ? 1 : 0);
+        QTRY_COMPARE(records.count(), bAccepted ? 1 : 0);
+        if (!bAccepted)
+            continue;
+        // Shown from now on and after a restart, whatever becomes of the picture that was chosen.
+        QVERIFY(QFile::remove(picture));
+        QVERIFY(stage.open());
+        const QImage kept(stage.record(QStringLiteral("a.mp3"))->thumbnailPath());
+        QVERIFY(!kept.isNull() && qMax(kept.width(), kept.height()) <= 1024);
+        QVERIFY(qRed(kept.pixel(5, 5)) > 240 && qBlue(kept.pixel(5, 5)) < 15);
     }
-    const qint64 nId = stage.id(QStringLiteral("a.mp3"));
-    QSignalSpy records(stage.library.get(), &Library::signalRecords);
-    const ResponseInfoPtr pAnswer = stage.setCover(nId, picture);
-    QVERIFY(pAnswer != nullptr);
-    QCOMPARE(pAnswer->returnCode() == 0, accepted);
-    QCOMPARE(ActionStage::namesIn(stage.library->coverFolder()).size(), accepted ? 1 : 0);
-    QTRY_COMPARE(records.count(), accepted ? 1 : 0);
-    if (!accepted)
-        return;
-    // Shown from now on and after a restart, whatever becomes of the picture that was chosen.
-    QVERIFY(QFile::remove(picture));
-    QVERIFY(stage.open());
-    const QImage kept(stage.record(QStringLiteral("a.mp3"))->thumbnailPath());
-    QVERIFY(!kept.isNull() && qMax(kept.width(), kept.height()) <= 1024);
-    QVERIFY(qRed(kept.pixel(5, 5)) > 240 && qBlue(kept.pixel(5, 5)) < 15);
 }
 
 void HostActionsTest::takesPreviewPictureAway()

@@ -1,3 +1,4 @@
+#include "../IdleAnalysis.h"
 #include "LibraryFixture.h"
 #include "app/AnalysisQueue.h"
 
@@ -6,17 +7,8 @@
 namespace {
 
 /** An analysis that takes as long as the test wants. */
-class GatedAnalysis : public IHostAnalysis {
+class GatedAnalysis final : public IdleAnalysis {
 public:
-    virtual ~GatedAnalysis() = default;
-
-    RenditionPaths renditionPaths(const QString &, qint64, qint64) override { return {}; }
-    void setFilesAhead(const QStringList &) override {}
-    void setAheadBudget(qint64) override {}
-    void setThumbnailDiskBudget(qint64) override {}
-    void shutdown() override {}
-    QImage readPicture(const QString &, int, const std::atomic_bool &) override { return {}; }
-
     AnalysisOutcome analyse(const QString &path, const std::atomic_bool &cancelled) override
     {
         {
@@ -53,7 +45,6 @@ private Q_SLOTS:
     void worksThroughEverything();
     void raisesWhatIsLookedAt();
     void goesOnAfterInterruption();
-    void analysesChangedFilesAgain();
 };
 
 void HostAnalysisTest::worksThroughEverything()
@@ -137,21 +128,6 @@ void HostAnalysisTest::goesOnAfterInterruption()
     QTRY_COMPARE(analysis.started(), QStringList{QStringLiteral("later.jpg")});
     QTRY_VERIFY(!queue.isBusy() && !place.library->isScanning());
     QCOMPARE(analysis.started().size(), 1);
-}
-
-void HostAnalysisTest::analysesChangedFilesAgain()
-{
-    LibraryFixture place;
-    place.write(QStringLiteral("a.jpg"));
-    place.open();
-    GatedAnalysis analysis;
-    analysis.bOpen = true;
-    AnalysisQueue queue(place.library.get());
-    place.library->showFolders({place.files()});
-    queue.setAnalysis(&analysis);
-    QTRY_COMPARE(analysis.started().size(), 1);
-    place.write(QStringLiteral("a.jpg"), QByteArray(40, 'y'));
-    QTRY_COMPARE(analysis.started().size(), 2);
 }
 
 BIGIMGPREVIEW_TEST_MAIN(HostAnalysisTest)

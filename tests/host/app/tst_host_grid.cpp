@@ -1,3 +1,4 @@
+#include "FakeServices.h"
 #include "HostRecords.h"
 #include "TestMain.h"
 #include "app/FileGridModel.h"
@@ -7,40 +8,6 @@
 #include <QSignalSpy>
 
 #include <ctime>
-
-namespace {
-
-/** A thumbnail cache that finishes requests only when it is told to. */
-class SlowCache : public ITSCacheManager {
-public:
-    QString cacheKey(const FileInfoPtr &pInfo, const QSize & /*size*/) const override { return pInfo->fileName(); }
-
-    int lookup(const QString &key, QPixmap *pPixmap) override
-    {
-        if (failed.contains(key))
-            return Unavailable;
-        if (!finished.contains(key))
-            return NotYetThere;
-        if (pPixmap == nullptr)
-            return Found;
-        *pPixmap = QPixmap(4, 4);
-        return Found;
-    }
-
-    ThumbnailRequest createRequest(const FileInfoPtr &pInfo, const QSize &size, double fDpi) const override
-    {
-        return {cacheKey(pInfo, size), pInfo, size, fDpi};
-    }
-
-    void submitRequest(const ThumbnailRequest &request) override { requested.append(request.cacheKey); }
-    QImage largePicture(const FileInfoPtr & /*pInfo*/) const override { return {}; }
-
-    QStringList requested;
-    QStringList finished;
-    QStringList failed;
-};
-
-} // namespace
 
 /** Order, merging and selection of the grid, and what it asks of the thumbnail cache. */
 class HostGridTest : public LoggedTest {
@@ -261,7 +228,7 @@ void HostGridTest::stepsThroughManyFiles()
 
 void HostGridTest::requestsThumbnailsOnce()
 {
-    const auto pCache = QSharedPointer<SlowCache>::create();
+    const auto pCache = QSharedPointer<FakeCacheManager>::create();
     ThumbnailSource thumbnails;
     QSignalSpy changed(&thumbnails, &ThumbnailSource::signalChanged);
     bool bComing = true;
@@ -276,21 +243,20 @@ void HostGridTest::requestsThumbnailsOnce()
         QVERIFY(!ask(pGood) && bComing);
         QVERIFY(!ask(pBad) && bComing);
     }
-    QCOMPARE(pCache->requested.size(), 2);
+    QCOMPARE(pCache->requests.size(), 2);
     QVERIFY(thumbnails.isBusy());
-    pCache->finished.append(QStringLiteral("good.jpg"));
-    Q_EMIT pCache->signalLoadPixmapFinished(QStringLiteral("good.jpg"), true);
+    pCache->finish(QStringLiteral("1@10x10"), QImage(4, 4, QImage::Format_RGB32));
     // Dropped from a long queue first, then found to be of no use.
-    Q_EMIT pCache->signalLoadPixmapFinished(QStringLiteral("bad.jpg"), false);
+    pCache->finish(QStringLiteral("2@10x10"), QImage());
     QVERIFY(!ask(pBad) && bComing);
-    QCOMPARE(pCache->requested.size(), 3);
-    pCache->failed.append(QStringLiteral("bad.jpg"));
-    Q_EMIT pCache->signalLoadPixmapFinished(QStringLiteral("bad.jpg"), false);
+    QCOMPARE(pCache->requests.size(), 3);
+    pCache->failed.insert(QStringLiteral("2@10x10"));
+    pCache->finish(QStringLiteral("2@10x10"), QImage());
     QCOMPARE(changed.size(), 3);
     QVERIFY(ask(pGood));
     QVERIFY(!ask(pBad) && !bComing);
     QVERIFY(!thumbnails.isBusy());
-    QCOMPARE(pCache->requested.size(), 3);
+    QCOMPARE(pCache->requests.size(), 3);
 }
 
 BIGIMGPREVIEW_TEST_MAIN(HostGridTest)

@@ -1,12 +1,10 @@
 #include "LibraryFixture.h"
-#include "actions/HostDataSource.h"
 #include "app/FullPreviewPlace.h"
 #include "app/LabelList.h"
 #include "app/ThumbnailSource.h"
 #include "app/panel/InfoPanel.h"
 #include "app/panel/LabelChip.h"
 #include "app/panel/LabelEditor.h"
-#include "app/panel/MetadataTable.h"
 
 #include <QCompleter>
 #include <QImage>
@@ -50,8 +48,6 @@ private Q_SLOTS:
     void addsAndTakesAwayLabels();
     void completesLabels();
     void forgetsMissingFiles();
-    void takesPreviewPictureAway();
-    void writesDurations();
     void listsLabels();
     void followsTheFullPreview();
 
@@ -190,31 +186,6 @@ void HostPanelTest::forgetsMissingFiles()
     pForget->click();
     QTRY_VERIFY(m_place->library->record(nId) == nullptr);
     QTRY_COMPARE(m_pPanel->fileId(), 0);
-}
-
-void HostPanelTest::takesPreviewPictureAway()
-{
-    HostDataSource source(m_place->library.get());
-    const qint64 nId = m_place->id(QStringLiteral("b.png"));
-    m_pPanel->showFile(nId);
-    auto *pRemove = part<QPushButton>("hostRemoveCoverButton");
-    QVERIFY(!pRemove->isVisible());
-    const auto pAction = source.fileAction();
-    QVERIFY(pAction->setFileCover(nId, m_place->files(QStringLiteral("a.jpg"))) > 0);
-    QTRY_VERIFY(pRemove->isVisible());
-    connect(m_pPanel.get(), &InfoPanel::signalRemoveCover, this,
-            [&](qint64 nFileId) { pAction->setFileCover(nFileId, QString()); });
-    pRemove->click();
-    QTRY_VERIFY(!pRemove->isVisible());
-    QCOMPARE(m_place->library->record(nId)->coverPath(), QString());
-}
-
-void HostPanelTest::writesDurations()
-{
-    QCOMPARE(durationText(0), QStringLiteral("0:00"));
-    QCOMPARE(durationText(59600), QStringLiteral("1:00"));
-    QCOMPARE(durationText(754321), QStringLiteral("12:34"));
-    QCOMPARE(durationText(3723000), QStringLiteral("1:02:03"));
 }
 
 void HostPanelTest::listsLabels()

@@ -1,3 +1,4 @@
+#include "../IdleAnalysis.h"
 #include "HostRecords.h"
 #include "TestMain.h"
 #include "app/CommandLine.h"
@@ -54,16 +55,9 @@ public:
     QPointer<FakeDialog> pDialog;
 };
 
-class FakeAnalysis : public IHostAnalysis {
+class AheadAnalysis final : public IdleAnalysis {
 public:
-    virtual ~FakeAnalysis() = default;
-    RenditionPaths renditionPaths(const QString &, qint64, qint64) override { return {}; }
     void setFilesAhead(const QStringList &paths) override { ahead = paths; }
-    void setAheadBudget(qint64) override {}
-    AnalysisOutcome analyse(const QString &, const std::atomic_bool &) override { return AnalysisOutcome::Done; }
-    void setThumbnailDiskBudget(qint64) override {}
-    void shutdown() override {}
-    QImage readPicture(const QString &, int, const std::atomic_bool &) override { return {}; }
 
     QStringList ahead;
 };
@@ -78,7 +72,6 @@ private Q_SLOTS:
     void opensOneAtATime();
     void announcesNeighbours();
     void endsInOrder();
-    void doesWithoutPlugin();
     void readsCommandLine_data();
     void readsCommandLine();
 
@@ -132,7 +125,7 @@ void HostPreviewsTest::announcesNeighbours()
     fill(&model);
     QWidget window;
     FakePreviewPlugin plugin;
-    FakeAnalysis analysis;
+    AheadAnalysis analysis;
     PreviewController previews(&window, &model, nullptr);
     previews.setPlugin(&plugin, {}, nullptr);
     previews.setAnalysis(&analysis);
@@ -170,17 +163,6 @@ void HostPreviewsTest::endsInOrder()
              QStringList({QStringLiteral("source"), QStringLiteral("handle"), QStringLiteral("create 1 0 of 6"),
                           QStringLiteral("clear"), QStringLiteral("no handle")}));
     QVERIFY(plugin.pDialog == nullptr);
-}
-
-void HostPreviewsTest::doesWithoutPlugin()
-{
-    FileGridModel model;
-    fill(&model);
-    QWidget window;
-    PreviewController previews(&window, &model, nullptr);
-    previews.setPlugin(nullptr, {}, nullptr);
-    QVERIFY(!previews.isAvailable());
-    QVERIFY(!previews.openQuickPreview(1));
 }
 
 void HostPreviewsTest::readsCommandLine_data()

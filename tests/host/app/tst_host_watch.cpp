@@ -71,18 +71,13 @@ void HostWatchTest::movedFilesKeepTheirLabels_data()
     QTest::addColumn<QString>("to");
     QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("fileAfterwards");
-    QTest::newRow("renamed") << "a.jpg"
-                             << "z.jpg"
-                             << "a.jpg"
-                             << "z.jpg";
-    QTest::newRow("into another folder") << "a.jpg"
-                                         << "sub/a.jpg"
-                                         << "a.jpg"
-                                         << "sub/a.jpg";
-    QTest::newRow("with its folder") << "sub"
-                                     << "other"
-                                     << "sub/b.png"
-                                     << "other/b.png";
+    const auto row = [](const char *pName, const char *pFrom, const char *pTo, const char *pFile, const char *pThen) {
+        QTest::newRow(pName) << QString::fromLatin1(pFrom) << QString::fromLatin1(pTo) << QString::fromLatin1(pFile)
+                             << QString::fromLatin1(pThen);
+    };
+    row("renamed", "a.jpg", "z.jpg", "a.jpg", "z.jpg");
+    row("into another folder", "a.jpg", "sub/a.jpg", "a.jpg", "sub/a.jpg");
+    row("with its folder", "sub", "other", "sub/b.png", "other/b.png");
 }
 
 void HostWatchTest::movedFilesKeepTheirLabels()
