@@ -84,9 +84,7 @@ void Library::connectWorker()
 
 void Library::reopen(bool bStartNew)
 {
-    if (bStartNew)
-        post([pWorker = m_pWorker, path = m_path] { pWorker->putAside(path); });
-    open(m_path);
+    openFile(m_path, bStartNew);
     const QStringList folders = m_folders;
     if (!folders.isEmpty())
         showFolders(folders);
@@ -100,8 +98,18 @@ bool Library::isBusyReason(const QString &reason)
 
 void Library::open(const QString &path)
 {
+    openFile(path, false);
+}
+
+void Library::openFile(const QString &path, bool bStartNew)
+{
     m_path = path;
-    post([pWorker = m_pWorker, path] { pWorker->open(path); });
+    // In one go: a scan that still runs reports to the worker meanwhile, which without a library could only complain.
+    post([pWorker = m_pWorker, path, bStartNew] {
+        if (bStartNew)
+            pWorker->putAside(path);
+        pWorker->open(path);
+    });
     loadKeeping(path);
 }
 

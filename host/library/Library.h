@@ -124,6 +124,7 @@ Q_SIGNALS:
 
 private:
     void connectWorker();
+    void openFile(const QString &path, bool bStartNew);
     void loadKeeping(const QString &path);
     void startScan(bool bAnnounceKnown);
     void changeFolders(const QStringList &folders, bool bRecursive);
