@@ -26,7 +26,6 @@ private Q_SLOTS:
     void missingSourceParts();
     void newRecordOfTheSameFileIsFound();
     void notesAreSentWhole();
-    void notesBelongToTheCurrentFile();
     void pasteTags();
     void tagResults_data();
     void tagResults();
@@ -189,15 +188,6 @@ void tst_shared_state::notesAreSentWhole()
     QCOMPARE(sent(), QString());
     QCOMPARE(host().desk.of(ActionKind::Comment).size(), 5);
     QCOMPARE(host().desk.requests.last().fileIds, (QVector<qint64>{1}));
-}
-
-void tst_shared_state::notesBelongToTheCurrentFile()
-{
-    host().addFile(1, 10, QStringLiteral("/1.png"))->noteList = {{QRect(), 1, QStringLiteral("a")}};
-    openFiles({1}, 1);
-    data()->setCurrentFile(2); // a file that the host does not know
-    QVERIFY(data()->notes().isEmpty());
-    QVERIFY(data()->currentFileInfo() == nullptr);
 }
 
 void tst_shared_state::pasteTags()

@@ -1,6 +1,10 @@
 #include "PluginTest.h"
+#include "WidgetEvents.h"
+#include "common/CNotificationFloatingWidget.h"
 #include "common/TSMessageBox.h"
+#include "common/TsLargerModeLoadingWidget.h"
 #include "common/TsProgressDialog.h"
+#include "common/WaitNotice.h"
 #include "theme/TSSkinSetting.h"
 
 #include <QLabel>
@@ -8,6 +12,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTimer>
 
 #include <thread>
 
@@ -28,63 +33,51 @@ class tst_popups : public PluginTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void boxButtons_data();
     void boxButtons();
     void boxFollowsTheTheme();
     void boxIgnoresTheHostsStyle();
     void boxFromAThread();
     void progressCancels();
     void progressKeys();
+    void noticeLifetime();
+    void noticesGoWithTheirParent();
+    void loadingTurnsOnlyWhileShown();
 };
-
-void tst_popups::boxButtons_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<QString>("button");
-    QTest::addColumn<int>("expected"); // -1: closes without an answer
-    const auto row = [](int nMode, const char *pButton, int nExpected) {
-        QTest::addRow("mode %d %s", nMode, pButton) << nMode << QString::fromLatin1(pButton) << nExpected;
-    };
-    row(Box::OkMode, "ok_btn", Box::OkValue);
-    row(Box::OkMode, "btn_close", -1);
-    row(Box::YesNoMode, "confirm_btn", Box::YesValue);
-    row(Box::YesNoMode, "cancel_btn", Box::NoValue);
-    row(Box::YesNoMode, "btn_close", Box::NoValue);
-    row(Box::ThreeButtonMode, "ok_btn", Box::OkValue);
-    row(Box::ThreeButtonMode, "btn_close", -1);
-    row(Box::YesNoQuietMode, "cancel_btn", Box::NoValue);
-    row(Box::YesNoQuietMode, "btn_close", -1);
-}
 
 void tst_popups::boxButtons()
 {
-    QFETCH(int, mode);
-    QFETCH(QString, button);
-    QWidget parent;
-    const QPointer<Box> pBox = new Box(&parent);
-    pBox->setMessage(Box::ThreeButtonMode, QString(), QString(), nullptr); // filled before, for something else
-    pBox->setMessage(Box::Mode(mode), QStringLiteral("c <b>%1</b>"), QString(), nullptr);
-    QCOMPARE(child<QLabel>(*pBox, "tips_lab")->text(), QStringLiteral("c <b>%1</b>"));
-    QVector<int> answers;
-    connect(pBox.data(), &Box::signalResult, this, [&answers, pBox](Box::ReturnValue value) {
-        QVERIFY(!pBox->isVisible());
-        answers.append(value);
-    });
-    pBox->showModal();
-    QVERIFY(pBox->windowModality() == Qt::WindowModal);
-    QStringList shown;
-    for (const char *pName : {"confirm_btn", "cancel_btn", "ok_btn"}) {
-        if (child<QPushButton>(*pBox, pName)->isVisible())
-            shown.append(QLatin1String(pName).chopped(4));
+    const std::tuple<Box::Mode, const char *, int> rows[] = {
+        {Box::OkMode, "ok_btn", Box::OkValue},          {Box::OkMode, "btn_close", -1}, // closes without an answer
+        {Box::YesNoMode, "confirm_btn", Box::YesValue}, {Box::YesNoMode, "cancel_btn", Box::NoValue},
+        {Box::YesNoMode, "btn_close", Box::NoValue},    {Box::ThreeButtonMode, "ok_btn", Box::OkValue},
+        {Box::ThreeButtonMode, "btn_close", -1},        {Box::YesNoQuietMode, "cancel_btn", Box::NoValue},
+        {Box::YesNoQuietMode, "btn_close", -1}};
+    for (const auto &[mode, pButton, nExpected] : rows) {
+        QWidget parent;
+        const QPointer<Box> pBox = new Box(&parent);
+        pBox->setMessage(Box::ThreeButtonMode, QString(), QString(), nullptr); // filled before, for something else
+        pBox->setMessage(mode, QStringLiteral("c <b>%1</b>"), QString(), nullptr);
+        QCOMPARE(child<QLabel>(*pBox, "tips_lab")->text(), QStringLiteral("c <b>%1</b>"));
+        QVector<int> answers;
+        connect(pBox.data(), &Box::signalResult, this, [&answers, pBox](Box::ReturnValue value) {
+            QVERIFY(!pBox->isVisible());
+            answers.append(value);
+        });
+        pBox->showModal();
+        QVERIFY(pBox->windowModality() == Qt::WindowModal);
+        QStringList shown;
+        for (const char *pName : {"confirm_btn", "cancel_btn", "ok_btn"}) {
+            if (child<QPushButton>(*pBox, pName)->isVisible())
+                shown.append(QLatin1String(pName).chopped(4));
+        }
+        const QStringList all{QStringLiteral("confirm"), QStringLiteral("cancel"), QStringLiteral("ok")};
+        const int nFirst = mode == Box::OkMode ? 2 : 0;
+        QCOMPARE(shown, QStringList(all.mid(nFirst, mode == Box::ThreeButtonMode ? 3 : 2)));
+        QTest::mouseClick(child<QPushButton>(*pBox, pButton), Qt::LeftButton);
+        QCOMPARE(answers, nExpected < 0 ? QVector<int>() : QVector<int>{nExpected});
+        QTRY_VERIFY(pBox.isNull());
+        QVERIFY(log().hasLine(QStringLiteral("TSMessage exec destory")));
     }
-    const QStringList all{QStringLiteral("confirm"), QStringLiteral("cancel"), QStringLiteral("ok")};
-    const int nFirst = mode == Box::OkMode ? 2 : 0;
-    QCOMPARE(shown, QStringList(all.mid(nFirst, mode == Box::ThreeButtonMode ? 3 : 2)));
-    QTest::mouseClick(pBox->findChild<QPushButton *>(button), Qt::LeftButton);
-    QFETCH(int, expected);
-    QCOMPARE(answers, expected < 0 ? QVector<int>() : QVector<int>{expected});
-    QTRY_VERIFY(pBox.isNull());
-    QVERIFY(log().hasLine(QStringLiteral("TSMessage exec destory")));
 }
 
 void tst_popups::boxFollowsTheTheme()
@@ -171,6 +164,65 @@ void tst_popups::progressKeys()
         QTest::keyClick(&dialog, key);
     QVERIFY(dialog.isVisible());
     QCOMPARE(cancels.count(), 0);
+}
+
+void tst_popups::noticeLifetime()
+{
+    QWidget parent;
+    parent.resize(400, 300);
+    WaitNotice::show(&parent); // over a page that is not shown yet
+    QPointer<CNotificationFloatingWidget> pNotice = parent.findChild<CNotificationFloatingWidget *>();
+    auto *pTimer = pNotice->findChild<QTimer *>();
+    QVERIFY(!pTimer->isActive());
+    parent.show();
+    QVERIFY(pTimer->isActive());
+    QCOMPARE(pTimer->interval(), 3000);
+    QCOMPARE(pNotice->y(), 20);
+    pTimer->setInterval(0);
+    QTRY_VERIFY(pNotice.isNull());
+}
+
+void tst_popups::noticesGoWithTheirParent()
+{
+    auto pParent = std::make_unique<QWidget>();
+    pParent->show();
+    for (int i = 0; i < 3; ++i)
+        WaitNotice::show(pParent.get());
+    const QPointer<CNotificationFloatingWidget> pNotice = pParent->findChild<CNotificationFloatingWidget *>();
+    pParent.reset();
+    QVERIFY(pNotice.isNull());
+}
+
+void tst_popups::loadingTurnsOnlyWhileShown()
+{
+    TsLargerModeLoadingWidget loading(76, 36, 43, nullptr);
+    loading.resize(200, 200);
+    auto *pTimer = loading.findChild<QTimer *>();
+    QVERIFY(!pTimer->isActive());
+    loading.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&loading));
+    QVERIFY(pTimer->isActive());
+    QCOMPARE(pTimer->interval(), 10);
+    const QLabel *pRing = loading.findChildren<QLabel *>().first();
+    const QImage first = pRing->pixmap(Qt::ReturnByValue).toImage();
+    for (int i = 0; i < 10; ++i)
+        loading.updatePixmap();
+    loading.grab();
+    QVERIFY(pRing->pixmap(Qt::ReturnByValue).toImage() != first);
+
+    // Painting must not ask for painting: with the timer stopped, it ends.
+    pTimer->stop();
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    const PaintCounter paints(&loading);
+    loading.update();
+    QTest::qWait(50);
+    QVERIFY2(paints.count <= 2, qPrintable(QString::number(paints.count)));
+    loading.hide();
+    loading.show();
+    QVERIFY(pTimer->isActive());
+    loading.hide();
+    QVERIFY(!pTimer->isActive());
 }
 
 BIGIMGPREVIEW_TEST_MAIN(tst_popups)
