@@ -23,11 +23,19 @@ void PreviewRoom::clearPreview()
     makePlaceholder();
 }
 
+void PreviewRoom::setPlaceholderShown(bool bShown)
+{
+    if (bShown == m_bPlaceholderShown)
+        return;
+    m_bPlaceholderShown = bShown;
+    makePlaceholder();
+}
+
 void PreviewRoom::makePlaceholder()
 {
-    m_placeholder = m_filePath.isEmpty()
-                        ? QPixmap()
-                        : QPixmap::fromImage(PlaceholderPainter::paintSuffix(m_filePath, devicePixelRatioF()));
+    m_placeholder = QPixmap();
+    if (m_bPlaceholderShown && !m_filePath.isEmpty())
+        m_placeholder = QPixmap::fromImage(PlaceholderPainter::paintSuffix(m_filePath, devicePixelRatioF()));
     update();
 }
 

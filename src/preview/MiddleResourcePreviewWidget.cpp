@@ -22,6 +22,8 @@ namespace {
 
 constexpr qint64 OggType = 620;
 constexpr int FitDelay = 5;
+constexpr int SurfaceButtonsHeight = 40;
+
 } // namespace
 
 MiddleResourcePreviewWidget::MiddleResourcePreviewWidget(QWidget *pParent, int nMode)
@@ -68,6 +70,8 @@ void MiddleResourcePreviewWidget::connectPages()
     connect(m_pImgWidget, &ImgPreviewWidget::signal_quit, this, &MiddleResourcePreviewWidget::leaveByQuit);
     // The picture, or the record behind it, is new: so may be what the strip shows of it.
     connect(m_pImgWidget, &ImgPreviewWidget::signal_img_preview_update, this,
+            &MiddleResourcePreviewWidget::siganl_updateLeftList);
+    connect(m_pVideoWidget, &VideoPreviewWidget::signal_video_preview_update, this,
             &MiddleResourcePreviewWidget::siganl_updateLeftList);
     const BasePreviewWidget *const pages[] = {m_pImgWidget, m_pVideoWidget, m_pAudioWidget, m_pPptWidget};
     for (const BasePreviewWidget *pPage : pages) {
@@ -164,8 +168,10 @@ void MiddleResourcePreviewWidget::stopCurrentPreview()
     if (currentIndex() == ImagePage)
         m_pImgWidget->quitPreview();
     m_bStopping = false;
+    if (currentIndex() == VideoPage)
+        m_pVideoWidget->stopPreview();
     m_pImgWidget->clearPreview();
-    m_pVideoWidget->clearPreview();
+    m_pVideoWidget->resetPreview();
     m_pAudioWidget->clearPreview();
     m_pPptWidget->clearPreview();
 }
@@ -208,7 +214,7 @@ void MiddleResourcePreviewWidget::showResource(int nKind, const QString &path)
         showInRoom(AudioPage, path);
         break;
     case VideoKind:
-        showInRoom(VideoPage, path);
+        showVideo(path);
         break;
     case LayeredKind:
         showImage(path, ImgPreviewWidget::OpenRendition);
@@ -246,8 +252,18 @@ void MiddleResourcePreviewWidget::showInRoom(int nPage, const QString &path)
     slot_switchPreviewWidget(nPage);
 }
 
+void MiddleResourcePreviewWidget::showVideo(const QString &path)
+{
+    slot_switchPreviewWidget(VideoPage);
+    m_pVideoWidget->setDoubleClickEnabled(true);
+    m_pVideoWidget->setToolsVisible(m_pVideoWidget->hasPlayer());
+    m_pVideoWidget->setFilePath(path, 0);
+}
+
 void MiddleResourcePreviewWidget::slot_switchPreviewWidget(int nPreviewResourceType)
 {
+    // The video's own buttons in the corner stand below those of the surface.
+    setContentsMargins(0, nPreviewResourceType == VideoPage ? SurfaceButtonsHeight : 0, 0, 0);
     setCurrentIndex(nPreviewResourceType);
     Q_EMIT signal_forbidden_right(nPreviewResourceType == LoadingPage);
     raiseOverlays();
