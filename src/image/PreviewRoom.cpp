@@ -8,6 +8,8 @@
 PreviewRoom::PreviewRoom(QWidget *pParent)
     : BasePreviewWidget(pParent)
 {
+    // The surface is as large as the host's window, however small; what a page needs does not count.
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     connect(TSSkinSetting::GetInstance(), &TSSkinSetting::signalThemeChanged, this, &PreviewRoom::makePlaceholder);
 }
 

@@ -11,6 +11,7 @@ SoundControl::SoundControl(MediaButton *pButton, QWidget *pBar)
     , m_pButton(pButton)
     , m_pBar(pBar)
     , m_pWindow(new SoundControlWin(pBar))
+    , m_nGivenVolume(m_pWindow->soundValue())
 {
     m_pWindow->hide();
     m_pButton->setAttribute(Qt::WA_Hover);
@@ -33,6 +34,7 @@ int SoundControl::volume() const
 void SoundControl::showVolume(int nPercent)
 {
     m_pWindow->showSoundValue(nPercent);
+    m_nGivenVolume = volume();
     showAudible(nPercent != 0);
 }
 

@@ -99,17 +99,16 @@ bool VideoPreviewWidget::hasPlayer() const
 
 void VideoPreviewWidget::takeSharedVolume()
 {
-    m_nTakenVolume = PluginInnerData::instance()->videoVolume();
-    m_pControl->showVolume(m_nTakenVolume);
+    m_pControl->showVolume(PluginInnerData::instance()->videoVolume());
 }
 
 void VideoPreviewWidget::stopPreview()
 {
     m_pControl->requestStop();
     // Left alone here, it may have been changed in another surface meanwhile.
-    if (m_pControl->volume() != m_nTakenVolume)
+    if (m_pControl->isVolumeChanged())
         PluginInnerData::instance()->setVideoVolume(m_pControl->volume());
-    m_nTakenVolume = m_pControl->volume();
+    takeSharedVolume();
 }
 
 void VideoPreviewWidget::resetPreview()

@@ -64,6 +64,5 @@ private:
     TSembedVideoWidget *m_pVideo;
     VideoPlayerControlWidget *m_pControl;
     FileActionController *m_pFileActions = nullptr;
-    int m_nTakenVolume = 0;
     bool m_bFailureTold = false;
 };

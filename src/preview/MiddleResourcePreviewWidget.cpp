@@ -66,18 +66,18 @@ void MiddleResourcePreviewWidget::createPages()
 
 void MiddleResourcePreviewWidget::connectPages()
 {
-    connect(m_pImgWidget, &ImgPreviewWidget::signal_load_img_end, this, &MiddleResourcePreviewWidget::slot_imgLoadEnd);
-    connect(m_pImgWidget, &ImgPreviewWidget::signal_quit, this, &MiddleResourcePreviewWidget::leaveByQuit);
+    using Hub = MiddleResourcePreviewWidget;
+    connect(m_pImgWidget, &ImgPreviewWidget::signal_load_img_end, this, &Hub::slot_imgLoadEnd);
+    connect(m_pImgWidget, &ImgPreviewWidget::signal_quit, this, &Hub::leaveByQuit);
     // The picture, or the record behind it, is new: so may be what the strip shows of it.
-    connect(m_pImgWidget, &ImgPreviewWidget::signal_img_preview_update, this,
-            &MiddleResourcePreviewWidget::siganl_updateLeftList);
-    connect(m_pVideoWidget, &VideoPreviewWidget::signal_video_preview_update, this,
-            &MiddleResourcePreviewWidget::siganl_updateLeftList);
+    connect(m_pImgWidget, &ImgPreviewWidget::signal_img_preview_update, this, &Hub::siganl_updateLeftList);
+    connect(m_pVideoWidget, &VideoPreviewWidget::signal_video_preview_update, this, &Hub::siganl_updateLeftList);
+    connect(m_pAudioWidget, &AudioPreviewWidget::signal_audio_preview_update, this, &Hub::siganl_updateLeftList);
     const BasePreviewWidget *const pages[] = {m_pImgWidget, m_pVideoWidget, m_pAudioWidget, m_pPptWidget};
     for (const BasePreviewWidget *pPage : pages) {
         connect(pPage, &BasePreviewWidget::signal_PreviewWidgetDoubleClicked, this,
-                &MiddleResourcePreviewWidget::slot_exitCurPreview_ByDBClicked);
-        connect(pPage, &BasePreviewWidget::signal_deleteFile, this, &MiddleResourcePreviewWidget::signal_deletedFile);
+                &Hub::slot_exitCurPreview_ByDBClicked);
+        connect(pPage, &BasePreviewWidget::signal_deleteFile, this, &Hub::signal_deletedFile);
     }
 }
 
@@ -170,6 +170,8 @@ void MiddleResourcePreviewWidget::stopCurrentPreview()
     m_bStopping = false;
     if (currentIndex() == VideoPage)
         m_pVideoWidget->stopPreview();
+    else if (currentIndex() == AudioPage)
+        m_pAudioWidget->stopPreview();
     m_pImgWidget->clearPreview();
     m_pVideoWidget->resetPreview();
     m_pAudioWidget->clearPreview();
@@ -211,7 +213,7 @@ void MiddleResourcePreviewWidget::showResource(int nKind, const QString &path)
         showInRoom(PresentationPage, path);
         break;
     case AudioKind:
-        showInRoom(AudioPage, path);
+        showAudio(path);
         break;
     case VideoKind:
         showVideo(path);
@@ -258,6 +260,13 @@ void MiddleResourcePreviewWidget::showVideo(const QString &path)
     m_pVideoWidget->setDoubleClickEnabled(true);
     m_pVideoWidget->setToolsVisible(m_pVideoWidget->hasPlayer());
     m_pVideoWidget->setFilePath(path, 0);
+}
+
+void MiddleResourcePreviewWidget::showAudio(const QString &path)
+{
+    slot_switchPreviewWidget(AudioPage);
+    m_pAudioWidget->setDoubleClickEnabled(true);
+    m_pAudioWidget->playAudio(path);
 }
 
 void MiddleResourcePreviewWidget::slot_switchPreviewWidget(int nPreviewResourceType)

@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AudioPlayerControlWidget</name>
+    <message>
+        <source>File Name</source>
+        <translation>文件名</translation>
+    </message>
+    <message>
+        <source>Play or pause</source>
+        <translation>播放或暂停</translation>
+    </message>
+    <message>
+        <source>Loop</source>
+        <translation>循环播放</translation>
+    </message>
+</context>
+<context>
     <name>AudioPreviewWidget</name>
     <message>
         <source>Set the Audio Preview Image</source>
@@ -10,6 +25,10 @@
     <message>
         <source>Audio cover set successfully</source>
         <translation>音频封面设置成功</translation>
+    </message>
+    <message>
+        <source>This audio file cannot be played</source>
+        <translation>无法播放该音频</translation>
     </message>
 </context>
 <context>

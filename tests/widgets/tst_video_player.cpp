@@ -510,12 +510,13 @@ void tst_video_player::methodOrder()
         if (meta.method(i).methodType() == QMetaMethod::Slot)
             names.append(QString::fromLatin1(meta.method(i).methodSignature()));
     }
-    QCOMPARE(names.join(QLatin1Char(' ')),
-             QStringLiteral("slot_TotalTimeChanged(qlonglong) slot_currentTimeChanged(qlonglong) slot_delayStartPlayer() "
-                            "slot_seekPlayPos(int) slot_pauseOrPlay() slot_setPlayerToTheStatus(int) "
-                            "slot_receivedStopSignal() slot_setVolume(float) slot_setPlayRecycle(bool) "
-                            "slot_timerout() slot_muteBtnClicked() slot_VideoSliderPressed() "
-                            "slot_VideoSliderReleased()"));
+    QCOMPARE(
+        names.join(QLatin1Char(' ')),
+        QStringLiteral("slot_TotalTimeChanged(qlonglong) slot_currentTimeChanged(qlonglong) slot_delayStartPlayer() "
+                       "slot_seekPlayPos(int) slot_pauseOrPlay() slot_setPlayerToTheStatus(int) "
+                       "slot_receivedStopSignal() slot_setVolume(float) slot_setPlayRecycle(bool) "
+                       "slot_timerout() slot_muteBtnClicked() slot_VideoSliderPressed() "
+                       "slot_VideoSliderReleased()"));
 }
 
 BIGIMGPREVIEW_TEST_MAIN(tst_video_player)
