@@ -12,5 +12,5 @@ void TimeLabel::showTime(const QString &text)
 {
     setText(text);
     ensurePolished();
-    setFixedWidth(qMax(m_nWidth, fontMetrics().horizontalAdvance(text.trimmed())));
+    setFixedWidth(qMax(m_nWidth, fontMetrics().horizontalAdvance(text)));
 }

@@ -22,7 +22,6 @@ namespace {
 
 constexpr qint64 OggType = 620;
 constexpr int FitDelay = 5;
-constexpr int SurfaceButtonsHeight = 40;
 
 } // namespace
 
@@ -57,7 +56,7 @@ void MiddleResourcePreviewWidget::createPages()
     m_pPptWidget = new PPtPreviewWidget(this);
     m_pLoadingPage = new HubLoadingPage(this);
     insertWidget(ImagePage, m_pImgWidget);
-    insertWidget(VideoPage, m_pVideoWidget);
+    insertWidget(VideoPage, HubTitleBar::makePageBelow(m_pVideoWidget));
     insertWidget(AudioPage, m_pAudioWidget);
     insertWidget(PresentationPage, m_pPptWidget);
     insertWidget(LoadingPage, m_pLoadingPage);
@@ -271,8 +270,6 @@ void MiddleResourcePreviewWidget::showAudio(const QString &path)
 
 void MiddleResourcePreviewWidget::slot_switchPreviewWidget(int nPreviewResourceType)
 {
-    // The video's own buttons in the corner stand below those of the surface.
-    setContentsMargins(0, nPreviewResourceType == VideoPage ? SurfaceButtonsHeight : 0, 0, 0);
     setCurrentIndex(nPreviewResourceType);
     Q_EMIT signal_forbidden_right(nPreviewResourceType == LoadingPage);
     raiseOverlays();

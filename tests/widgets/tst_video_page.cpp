@@ -96,6 +96,12 @@ private:
         m_hub->slot_previewResource();
         QTRY_COMPARE(player().openPath, data()->currentFilePath());
     }
+    QWidget *page(qint64 nFileId) const
+    {
+        if (nFileId == 1)
+            return m_hub->findChild<VideoPreviewWidget *>();
+        return m_hub->findChild<AudioPreviewWidget *>();
+    }
     SoundControlWin *sound() const { return m_page->findChild<SoundControlWin *>(); }
     static void kinds()
     {
@@ -296,7 +302,7 @@ void tst_video_page::releasedWhenLeft()
     QFETCH(qint64, file);
     QFETCH(int, way);
     playInHub(file);
-    QWidget *pPage = m_hub->currentWidget();
+    QWidget *pPage = page(file);
     pPage->findChild<SoundControlWin *>()->setSoundValue(70);
     QSignalSpy exits(m_hub.data(), &Hub::signal_exitCurWidget);
     if (way == 0) {
@@ -340,7 +346,7 @@ void tst_video_page::releasedBeforeRemoval()
     if (key != 0)
         QTest::keyClick(m_hub.data(), Qt::Key(key));
     else
-        QVERIFY(QMetaObject::invokeMethod(m_hub->currentWidget(), "slot_deleteComplete"));
+        QVERIFY(QMetaObject::invokeMethod(page(file), "slot_deleteComplete"));
     QCOMPARE(player().openPath.isEmpty(), !blocked);
     QCOMPARE(host().desk.requests.size(), blocked ? 0 : 1);
     if (!blocked)
@@ -365,7 +371,7 @@ void tst_video_page::menuPauses()
         pMenu->close();
     });
     QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 300), m_hub->mapToGlobal(QPoint(5, 300)));
-    QApplication::sendEvent(m_hub->currentWidget(), &event);
+    QApplication::sendEvent(page(file), &event);
     QVERIFY(entries.contains(QStringLiteral("File Settings")));
     QCOMPARE(player().now, int(Player::Paused));
 }
