@@ -11,7 +11,7 @@ set(states_of_titlebar "_normal glyph=icon disc=hover discOpacity=0"     "_selec
 set(states_of_window
     "_normal glyph=icon alarm=icon disc=window discOpacity=0.72"
     "_hover glyph=main alarm=danger disc=hover discOpacity=0.94")
-set(states_of_media    "_normal glyph=mediaIcon"                         "_select glyph=main")
+set(states_of_media    "_normal glyph=mediaIcon"                         "_select glyph=mediaHighlight")
 set(states_of_plain    " glyph=icon")
 
 function(read_color_table)

@@ -65,6 +65,12 @@ QVector<QColor> TSSkinSetting::GetColorList() const
     return {colors.text, colors.secondaryText, colors.icon, colors.popupBackground};
 }
 
+QVector<QColor> TSSkinSetting::GetMediaColorList() const
+{
+    const ThemeColors &colors = themeColors(m_theme);
+    return {colors.mediaText, colors.mediaSecondaryText, colors.mediaIcon, colors.mediaPopup};
+}
+
 QColor TSSkinSetting::GetCommonColor(int nIndex) const
 {
     const ThemeColors &colors = themeColors(m_theme);
@@ -93,6 +99,8 @@ THEME_COLOR_GETTER(GetSideMainColor, sideMain)
 THEME_COLOR_GETTER(GetSideArrowColor, sideArrow)
 THEME_COLOR_GETTER(GetSliderColor, slider)
 THEME_COLOR_GETTER(GetHighlightColor, highlight)
+THEME_COLOR_GETTER(GetMediaSliderColor, mediaSlider)
+THEME_COLOR_GETTER(GetMediaHighlightColor, mediaHighlight)
 THEME_COLOR_GETTER(GetBadgeColor, badge)
 THEME_COLOR_GETTER(GetPlaceholderBackgroundColor, placeholderBackground)
 THEME_COLOR_GETTER(GetPlaceholderTextColor, placeholderText)

@@ -52,6 +52,12 @@ public:
      */
     QVector<QColor> GetColorList() const;
 
+    /**
+     * Colours of the bars that control video and audio, which are black in both themes: 0 primary text, 1 secondary
+     * text, 2 icons, 3 background of their small pop-ups. Never shorter than four entries.
+     */
+    QVector<QColor> GetMediaColorList() const;
+
     /** Common colours for frames and marks: 0 selection frame, 1 hover frame, 2 separator. Others give 0's. */
     QColor GetCommonColor(int nIndex) const;
 
@@ -69,6 +75,8 @@ public:
     QColor GetSideArrowColor() const;                 ///< Their arrow.
     QColor GetSliderColor() const;                    ///< Grooves of sliders.
     QColor GetHighlightColor() const;                 ///< Handles and filled part of sliders.
+    QColor GetMediaSliderColor() const;               ///< The same on the bars that control video and audio.
+    QColor GetMediaHighlightColor() const;            ///< The same there.
     QColor GetBadgeColor() const;                     ///< Number badges.
     QColor GetPlaceholderBackgroundColor() const;     ///< Pictures drawn for files that cannot be shown.
     QColor GetPlaceholderTextColor() const;           ///< Their text.

@@ -26,3 +26,14 @@ void BasePreviewWidget::mouseDoubleClickEvent(QMouseEvent *pEvent)
     else if (m_bDoubleClickEnabled)
         Q_EMIT signal_PreviewWidgetDoubleClicked();
 }
+
+void BasePreviewWidget::connectRecycleKeys(const std::function<void()> &call)
+{
+    connect(m_shortcut, &QShortcut::activated, this, call);
+    // Where the host's key is the delete key already, a second one would make both ambiguous.
+    if (m_shortcut->key() == QKeySequence(Qt::Key_Delete))
+        return;
+    auto *pDelete = new QShortcut(QKeySequence(Qt::Key_Delete), this);
+    pDelete->setAutoRepeat(false);
+    connect(pDelete, &QShortcut::activated, this, call);
+}

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <functional>
+
 class QShortcut;
 
 /**
@@ -27,6 +29,9 @@ Q_SIGNALS:
 
 protected:
     void mouseDoubleClickEvent(QMouseEvent *pEvent) override;
+
+    /** Calls on the host's key for the recycle bin, and on the delete key. */
+    void connectRecycleKeys(const std::function<void()> &call);
 
     QShortcut *m_shortcut = nullptr;
     QString m_filePath;

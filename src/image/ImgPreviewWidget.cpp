@@ -13,7 +13,6 @@
 #include "tracking/TsEventTrack.h"
 
 #include <QResizeEvent>
-#include <QShortcut>
 
 namespace {
 
@@ -61,13 +60,7 @@ ImgPreviewWidget::ImgPreviewWidget(QWidget *pParent)
     connectTools();
     createFileActions();
 
-    connect(m_shortcut, &QShortcut::activated, this, &ImgPreviewWidget::slot_removeToRecycle);
-    // Where the host's key is the delete key already, a second one would make both ambiguous.
-    if (m_shortcut->key() != QKeySequence(Qt::Key_Delete)) {
-        m_pDeleteShortcut = new QShortcut(QKeySequence(Qt::Key_Delete), this);
-        m_pDeleteShortcut->setAutoRepeat(false);
-        connect(m_pDeleteShortcut, &QShortcut::activated, this, &ImgPreviewWidget::slot_removeToRecycle);
-    }
+    connectRecycleKeys([this] { slot_removeToRecycle(); });
 }
 
 ImgPreviewWidget::~ImgPreviewWidget()

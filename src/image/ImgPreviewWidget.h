@@ -18,7 +18,6 @@ class ImgPreviewToolBar;
 class PictureLoad;
 class PictureNotes;
 class PictureZoom;
-class QShortcut;
 class TSDBGraphicsScene;
 class TSLargePreviewView;
 
@@ -133,6 +132,5 @@ private:
     PictureNotes *m_pNotes;
     CPushButton *m_pCutPushBtn;
     CPushButton *m_pCancelPushBtn;
-    QShortcut *m_pDeleteShortcut = nullptr;
     FileActionController *m_pFileActions = nullptr;
 };

@@ -8,6 +8,8 @@
 PreviewRoom::PreviewRoom(QWidget *pParent)
     : BasePreviewWidget(pParent)
 {
+    // The surface is as large as the host's window, however small; what a page needs does not count.
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     connect(TSSkinSetting::GetInstance(), &TSSkinSetting::signalThemeChanged, this, &PreviewRoom::makePlaceholder);
 }
 
@@ -23,11 +25,19 @@ void PreviewRoom::clearPreview()
     makePlaceholder();
 }
 
+void PreviewRoom::setPlaceholderShown(bool bShown)
+{
+    if (bShown == m_bPlaceholderShown)
+        return;
+    m_bPlaceholderShown = bShown;
+    makePlaceholder();
+}
+
 void PreviewRoom::makePlaceholder()
 {
-    m_placeholder = m_filePath.isEmpty()
-                        ? QPixmap()
-                        : QPixmap::fromImage(PlaceholderPainter::paintSuffix(m_filePath, devicePixelRatioF()));
+    m_placeholder = QPixmap();
+    if (m_bPlaceholderShown && !m_filePath.isEmpty())
+        m_placeholder = QPixmap::fromImage(PlaceholderPainter::paintSuffix(m_filePath, devicePixelRatioF()));
     update();
 }
 

@@ -4,7 +4,7 @@
 
 #include <QPixmap>
 
-/** A page of the hub for files that have no player or renderer of their own: shows the file's suffix. */
+/** A page of the hub that shows the suffix of a file for which there is no player or renderer. */
 class PreviewRoom : public BasePreviewWidget {
     Q_OBJECT
 
@@ -16,10 +16,13 @@ public:
     void clearPreview();
 
 protected:
+    /** False while the page shows the file itself. */
+    void setPlaceholderShown(bool bShown);
     void paintEvent(QPaintEvent *pEvent) override;
 
 private:
     void makePlaceholder();
 
     QPixmap m_placeholder;
+    bool m_bPlaceholderShown = true;
 };

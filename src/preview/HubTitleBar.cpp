@@ -6,6 +6,8 @@
 #include "plugin/PluginInnerData.h"
 #include "theme/TSSkinSetting.h"
 
+#include <QVBoxLayout>
+
 namespace {
 
 constexpr int RoundSide = 26;
@@ -16,6 +18,7 @@ constexpr int RoundSpacing = 8;
 constexpr int RightMargin = 16;
 constexpr int WindowTop = 14;
 constexpr int WindowSpacing = 18;
+constexpr int SurfaceButtonsHeight = 40;
 
 QSize windowButtonSize()
 {
@@ -67,6 +70,16 @@ void HubTitleBar::connectWindowButtons()
         if (IMainWindowHandle *pHandle = handle())
             pHandle->close();
     });
+}
+
+QWidget *HubTitleBar::makePageBelow(QWidget *pPage)
+{
+    auto *pRoom = new QWidget(pPage->parentWidget());
+    pRoom->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    auto *pLayout = new QVBoxLayout(pRoom);
+    pLayout->setContentsMargins(0, SurfaceButtonsHeight, 0, 0);
+    pLayout->addWidget(pPage);
+    return pRoom;
 }
 
 void HubTitleBar::setVisible(bool bVisible)

@@ -21,6 +21,9 @@ public:
     CircleBtn *backButton() const { return m_pBackBtn; }
     CircleBtn *columnButton() const { return m_pColumnBtn; }
 
+    /** Puts a page that has buttons in its own corner below those of the surface, which has its close button there. */
+    static QWidget *makePageBelow(QWidget *pPage);
+
     void setVisible(bool bVisible);
     /** The show form offers to show the columns again, the hide form to hide them. */
     void setColumnTextShow(bool bShow);

@@ -22,6 +22,7 @@ namespace {
 
 constexpr qint64 OggType = 620;
 constexpr int FitDelay = 5;
+
 } // namespace
 
 MiddleResourcePreviewWidget::MiddleResourcePreviewWidget(QWidget *pParent, int nMode)
@@ -55,7 +56,7 @@ void MiddleResourcePreviewWidget::createPages()
     m_pPptWidget = new PPtPreviewWidget(this);
     m_pLoadingPage = new HubLoadingPage(this);
     insertWidget(ImagePage, m_pImgWidget);
-    insertWidget(VideoPage, m_pVideoWidget);
+    insertWidget(VideoPage, HubTitleBar::makePageBelow(m_pVideoWidget));
     insertWidget(AudioPage, m_pAudioWidget);
     insertWidget(PresentationPage, m_pPptWidget);
     insertWidget(LoadingPage, m_pLoadingPage);
@@ -64,16 +65,18 @@ void MiddleResourcePreviewWidget::createPages()
 
 void MiddleResourcePreviewWidget::connectPages()
 {
-    connect(m_pImgWidget, &ImgPreviewWidget::signal_load_img_end, this, &MiddleResourcePreviewWidget::slot_imgLoadEnd);
-    connect(m_pImgWidget, &ImgPreviewWidget::signal_quit, this, &MiddleResourcePreviewWidget::leaveByQuit);
+    using Hub = MiddleResourcePreviewWidget;
+    connect(m_pImgWidget, &ImgPreviewWidget::signal_load_img_end, this, &Hub::slot_imgLoadEnd);
+    connect(m_pImgWidget, &ImgPreviewWidget::signal_quit, this, &Hub::leaveByQuit);
     // The picture, or the record behind it, is new: so may be what the strip shows of it.
-    connect(m_pImgWidget, &ImgPreviewWidget::signal_img_preview_update, this,
-            &MiddleResourcePreviewWidget::siganl_updateLeftList);
+    connect(m_pImgWidget, &ImgPreviewWidget::signal_img_preview_update, this, &Hub::siganl_updateLeftList);
+    connect(m_pVideoWidget, &VideoPreviewWidget::signal_video_preview_update, this, &Hub::siganl_updateLeftList);
+    connect(m_pAudioWidget, &AudioPreviewWidget::signal_audio_preview_update, this, &Hub::siganl_updateLeftList);
     const BasePreviewWidget *const pages[] = {m_pImgWidget, m_pVideoWidget, m_pAudioWidget, m_pPptWidget};
     for (const BasePreviewWidget *pPage : pages) {
         connect(pPage, &BasePreviewWidget::signal_PreviewWidgetDoubleClicked, this,
-                &MiddleResourcePreviewWidget::slot_exitCurPreview_ByDBClicked);
-        connect(pPage, &BasePreviewWidget::signal_deleteFile, this, &MiddleResourcePreviewWidget::signal_deletedFile);
+                &Hub::slot_exitCurPreview_ByDBClicked);
+        connect(pPage, &BasePreviewWidget::signal_deleteFile, this, &Hub::signal_deletedFile);
     }
 }
 
@@ -164,8 +167,12 @@ void MiddleResourcePreviewWidget::stopCurrentPreview()
     if (currentIndex() == ImagePage)
         m_pImgWidget->quitPreview();
     m_bStopping = false;
+    if (currentIndex() == VideoPage)
+        m_pVideoWidget->stopPreview();
+    else if (currentIndex() == AudioPage)
+        m_pAudioWidget->stopPreview();
     m_pImgWidget->clearPreview();
-    m_pVideoWidget->clearPreview();
+    m_pVideoWidget->resetPreview();
     m_pAudioWidget->clearPreview();
     m_pPptWidget->clearPreview();
 }
@@ -205,10 +212,10 @@ void MiddleResourcePreviewWidget::showResource(int nKind, const QString &path)
         showInRoom(PresentationPage, path);
         break;
     case AudioKind:
-        showInRoom(AudioPage, path);
+        showAudio(path);
         break;
     case VideoKind:
-        showInRoom(VideoPage, path);
+        showVideo(path);
         break;
     case LayeredKind:
         showImage(path, ImgPreviewWidget::OpenRendition);
@@ -244,6 +251,21 @@ void MiddleResourcePreviewWidget::showInRoom(int nPage, const QString &path)
     pRoom->setDoubleClickEnabled(true);
     pRoom->showFile(path);
     slot_switchPreviewWidget(nPage);
+}
+
+void MiddleResourcePreviewWidget::showVideo(const QString &path)
+{
+    slot_switchPreviewWidget(VideoPage);
+    m_pVideoWidget->setDoubleClickEnabled(true);
+    m_pVideoWidget->setToolsVisible(m_pVideoWidget->hasPlayer());
+    m_pVideoWidget->setFilePath(path, 0);
+}
+
+void MiddleResourcePreviewWidget::showAudio(const QString &path)
+{
+    slot_switchPreviewWidget(AudioPage);
+    m_pAudioWidget->setDoubleClickEnabled(true);
+    m_pAudioWidget->playAudio(path);
 }
 
 void MiddleResourcePreviewWidget::slot_switchPreviewWidget(int nPreviewResourceType)

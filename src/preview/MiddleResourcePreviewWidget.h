@@ -99,6 +99,8 @@ private:
     void connectPages();
     void showImage(const QString &path, int nOpenMode);
     void showInRoom(int nPage, const QString &path);
+    void showVideo(const QString &path);
+    void showAudio(const QString &path);
     void showResource(int nKind, const QString &path);
     void exitCurrentPreview();
     void leaveByQuit();

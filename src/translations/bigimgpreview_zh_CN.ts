@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AudioPlayerControlWidget</name>
+    <message>
+        <source>File Name</source>
+        <translation>文件名</translation>
+    </message>
+    <message>
+        <source>Play or pause</source>
+        <translation>播放或暂停</translation>
+    </message>
+    <message>
+        <source>Loop</source>
+        <translation>循环播放</translation>
+    </message>
+</context>
+<context>
     <name>AudioPreviewWidget</name>
     <message>
         <source>Set the Audio Preview Image</source>
@@ -10,6 +25,10 @@
     <message>
         <source>Audio cover set successfully</source>
         <translation>音频封面设置成功</translation>
+    </message>
+    <message>
+        <source>This audio file cannot be played</source>
+        <translation>无法播放该音频</translation>
     </message>
 </context>
 <context>
@@ -392,6 +411,20 @@
     </message>
 </context>
 <context>
+    <name>SoundControl</name>
+    <message>
+        <source>Mute or unmute</source>
+        <translation>静音或取消静音</translation>
+    </message>
+</context>
+<context>
+    <name>SoundControlWin</name>
+    <message>
+        <source>Volume</source>
+        <translation>音量</translation>
+    </message>
+</context>
+<context>
     <name>TSBaseViewWidget</name>
     <message>
         <source>TSBaseViewWidget</source>
@@ -440,6 +473,28 @@
     </message>
 </context>
 <context>
+    <name>VideoPlayerControlWidget</name>
+    <message>
+        <source>Position</source>
+        <translation>播放位置</translation>
+    </message>
+    <message>
+        <source>Play or pause</source>
+        <translation>播放或暂停</translation>
+    </message>
+    <message>
+        <source>Loop</source>
+        <translation>循环播放</translation>
+    </message>
+</context>
+<context>
+    <name>VideoPlayerWidget</name>
+    <message>
+        <source>Mute or unmute</source>
+        <translation>静音或取消静音</translation>
+    </message>
+</context>
+<context>
     <name>VideoPreviewWidget</name>
     <message>
         <source>Current Frame Set the Preview Image</source>
@@ -448,6 +503,18 @@
     <message>
         <source>Video cover set successfully</source>
         <translation>视频封面设置成功</translation>
+    </message>
+    <message>
+        <source>Self-Adaption</source>
+        <translation>自适应</translation>
+    </message>
+    <message>
+        <source>Actual Size</source>
+        <translation>实际大小</translation>
+    </message>
+    <message>
+        <source>This video cannot be played</source>
+        <translation>无法播放该视频</translation>
     </message>
 </context>
 <context>

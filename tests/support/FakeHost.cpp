@@ -3,6 +3,7 @@
 FakeHost::FakeHost()
     : cache(QSharedPointer<FakeCacheManager>::create())
     , source(QSharedPointer<FakeDataSource>::create(desk))
+    , player(std::make_unique<FakePlayer>())
 {
     setting.settings = &settings;
     setting.shortcuts = &shortcuts;
@@ -13,6 +14,7 @@ FakeHost::FakeHost()
     registry.insert(QStringLiteral("ISettingPlugin"), {&setting});
     registry.insert(QStringLiteral("IBaseModulePlugin"), {&base});
     registry.insert(QStringLiteral("IDataCenterPlugin"), {&center});
+    registry.insert(QStringLiteral("ITsMediaPlayerPlugin"), {player.get()});
 }
 
 FakeHost::~FakeHost()
@@ -55,4 +57,10 @@ void FakeHost::removeFiles(const QVector<qint64> &fileIds)
     for (const qint64 nFileId : fileIds)
         source->removeFile(nFileId);
     source->files.announceRemoved(fileIds);
+}
+
+void FakeHost::removePlayer()
+{
+    registry.remove(QStringLiteral("ITsMediaPlayerPlugin"));
+    player.reset();
 }

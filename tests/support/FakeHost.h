@@ -2,9 +2,12 @@
 
 #include "FakeDataSource.h"
 #include "FakeDecoder.h"
+#include "FakePlayer.h"
 #include "FakePlugins.h"
 #include "FakeServices.h"
 #include "interfaces/plugin/IPluginManager.h"
+
+#include <memory>
 
 /**
  * A whole host in memory. As made, every service is there, quick and successful; a test says what is different:
@@ -38,6 +41,8 @@ public:
 
     /** Takes files out of the library and announces it, as a host does after a deletion. */
     void removeFiles(const QVector<qint64> &fileIds);
+    /** The host unloads its media player. */
+    void removePlayer();
 
     QHash<QString, QList<IPlugin *>> registry; ///< Plug-ins by class name of the interface.
     QStringList lookups;                       ///< Class names that were asked for, in order.
@@ -54,4 +59,5 @@ public:
     FakeSettingPlugin setting;
     FakeBaseModulePlugin base;
     FakeDataCenterPlugin center;
+    std::unique_ptr<FakePlayer> player;
 };

@@ -113,7 +113,10 @@ void tst_theme::contrastOfTextAndIcons()
         add("warning on notice", c.warning, c.notification2, 3.0);
         add("edge arrow", c.sideArrow, c.sideMain, 3.0);
         add("media icon on the control bar", c.mediaIcon, Qt::black, 4.5);
-        add("accent on the control bar", c.main, Qt::black, 3.0);
+        add("media text on the control bar", c.mediaText, Qt::black, 4.5);
+        add("media secondary text on the control bar", c.mediaSecondaryText, Qt::black, 4.5);
+        add("highlight on the control bar", c.mediaHighlight, Qt::black, 3.0);
+        add("highlight on the volume slider", c.mediaHighlight, c.mediaPopup, 3.0);
     }
 }
 

@@ -21,6 +21,13 @@ public:
     enum PlayerState { Stopped = 0, Paused = 1, Playing = 2 };
 
     /**
+     * Keys of QGraphicsItem::data() of the cover item. CoverPicture: the file's preview picture, a QPixmap of 360 x 360
+     * pixels, to be drawn instead of the item's own; none where the file has no preview picture. The item is updated
+     * after a change.
+     */
+    enum CoverItemData { CoverPicture = 0 };
+
+    /**
      * 0: the object, owned by the plug-in, that emits signal_TotalTimeChanged(qint64) once a file is open and
      * signal_currentTime(qint64) while it plays.
      */
