@@ -17,6 +17,7 @@
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
 #include "interfaces/plugin/IPreviewNotes.h"
 #include "interfaces/services/IBaseModulePlugin.h"
+#include "mediaplayer/IHostMedia.h"
 #include "settings/HostSettings.h"
 
 #include <QFileInfo>
@@ -126,6 +127,11 @@ void HostSession::loadPlugins()
     } else {
         m_pWindow->statusLine()->addProblem(tr("Thumbnails and pictures are missing: there is no base module."));
     }
+    if (auto *pMedia = mediaPlayer()) {
+        pMedia->setProblemHandler([this](const QString &problem) { m_pWindow->statusLine()->addProblem(problem); });
+    } else {
+        m_pWindow->statusLine()->addProblem(tr("Videos and sounds do not play: there is no media player."));
+    }
     m_library.setAnalysis(m_pAnalysis);
     m_pDataSource = QSharedPointer<HostDataSource>::create(&m_library);
     m_pDataSource->setAnalysis(m_pAnalysis);
@@ -137,6 +143,12 @@ void HostSession::loadPlugins()
         m_pWindow->statusLine()->addProblem(tr("Files cannot be previewed: there is no preview plug-in."));
     m_pPreviews->setPlugin(pPreview, m_pDataSource, m_pHandle.get());
     m_pPreviews->setAnalysis(m_pAnalysis);
+}
+
+IHostMedia *HostSession::mediaPlayer()
+{
+    const QList<IPlugin *> players = m_plugins.getPlugins(QStringLiteral("ITsMediaPlayerPlugin"));
+    return players.isEmpty() ? nullptr : qobject_cast<IHostMedia *>(players.first()->getObject());
 }
 
 void HostSession::connectPreviews()
@@ -238,6 +250,8 @@ void HostSession::shutdown()
     // Actions read pictures through the base module, and tell the library.
     m_pDeeds.reset();
     m_pDataSource->shutdown();
+    if (auto *pMedia = mediaPlayer())
+        pMedia->setProblemHandler({});
     m_plugins.shutdown();
     m_pWindow->setThumbnailCache({});
     m_library.setAnalysis(nullptr);

@@ -12,6 +12,7 @@
 
 class AnalysisQueue;
 class IHostAnalysis;
+class IHostMedia;
 class FileDeeds;
 class HostDataSource;
 class MainWindow;
@@ -45,6 +46,7 @@ private:
     void connectLanguage();
     void showPlaces();
     void loadPlugins();
+    IHostMedia *mediaPlayer();
     void connectPreviews();
     void connectFullPreview();
     void connectAnalysis();

@@ -144,6 +144,49 @@ bool isTargaHeader(const QByteArray &head, const QString &suffix)
            (byteAt(head, 12) | byteAt(head, 13)) && (byteAt(head, 14) | byteAt(head, 15));
 }
 
+bool hasMediaMark(const QByteArray &head)
+{
+    struct Mark {
+        int nAt;
+        QByteArray bytes;
+    };
+    static const Mark marks[] = {
+        {4, "ftyp"},
+        {4, "moov"},
+        {4, "mdat"},
+        {4, "wide"},
+        {0, QByteArrayLiteral("\x1a\x45\xdf\xa3")},
+        {0, "OggS"},
+        {0, "fLaC"},
+        {0, "ID3"},
+        {0, "FLV\x01"},
+        {0, "MAC "},
+        {0, "#!AMR"},
+        {0, ".RMF"},
+        {8, "AVI "},
+        {8, "WAVE"},
+        {8, "AIFF"},
+        {8, "AIFC"},
+        {0, QByteArrayLiteral("\x30\x26\xb2\x75\x8e\x66\xcf\x11")},
+        {0, QByteArrayLiteral("\x06\x0e\x2b\x34")},
+        {0, QByteArray("\0\0\x01\xba", 4)},
+        {0, QByteArray("\0\0\x01\xb3", 4)},
+    };
+    return std::any_of(std::begin(marks), std::end(marks),
+                       [&head](const Mark &mark) { return head.mid(mark.nAt, mark.bytes.size()) == mark.bytes; });
+}
+
+// Streams that begin with nothing in particular.
+bool isStreamSuffix(const QString &suffix)
+{
+    static const QStringList suffixes{
+        QStringLiteral("mp3"), QStringLiteral("aac"), QStringLiteral("ts"),  QStringLiteral("m2ts"),
+        QStringLiteral("mts"), QStringLiteral("trp"), QStringLiteral("mpg"), QStringLiteral("mpeg"),
+        QStringLiteral("vob"), QStringLiteral("dv"),  QStringLiteral("swf"), QStringLiteral("mxf"),
+        QStringLiteral("amr"), QStringLiteral("ape"), QStringLiteral("rm"),  QStringLiteral("rmvb")};
+    return suffixes.contains(suffix);
+}
+
 bool isSvgText(const QByteArray &head, const QString &suffix)
 {
     if (head.startsWith("\x1f\x8b"))
@@ -181,7 +224,7 @@ PictureFormat sniffFormat(const QByteArray &head, const QString &rawSuffix)
         return PictureFormat::Pdf;
     if (isSvgText(head, suffix))
         return PictureFormat::Svg;
-    return PictureFormat::Unknown;
+    return hasMediaMark(head) || isStreamSuffix(suffix) ? PictureFormat::Media : PictureFormat::Unknown;
 }
 
 bool isRawSuffix(const QString &suffix)

@@ -27,7 +27,8 @@ enum class PictureFormat {
     Psd,
     Dds,
     Pcx,
-    Raw
+    Raw,
+    Media ///< A video, or a sound that may have a cover.
 };
 
 /** Number of bytes from the start of a file that sniffing wants to see. */

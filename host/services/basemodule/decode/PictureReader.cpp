@@ -4,6 +4,7 @@
 #include "services/basemodule/decode/BmpReader.h"
 #include "services/basemodule/decode/JpegReader.h"
 #include "services/basemodule/decode/MagickReader.h"
+#include "services/basemodule/decode/MediaReader.h"
 #include "services/basemodule/decode/RawReader.h"
 #include "services/basemodule/decode/VipsReader.h"
 
@@ -91,6 +92,8 @@ DecodeResult readPicture(const QString &path, const DecodeRequest &request)
     case PictureFormat::Dds:
     case PictureFormat::Pcx:
         return readWhole(*pFile, format, request);
+    case PictureFormat::Media:
+        return readMedia(native, request);
     case PictureFormat::Raw: {
         const DecodeResult result = readRaw(native, request);
         return result.fullSize.isEmpty() ? readWithVips(native, PictureFormat::Tiff, request) : result;

@@ -82,6 +82,9 @@ VipsPicture loadFile(const QByteArray &nativePath, PictureFormat format, const L
     return source ? loadSource(source.get(), format, options) : VipsPicture();
 }
 
+/** Opens the picture with these options; called more than once for one. */
+using Loader = std::function<VipsPicture(const LoadOptions &)>;
+
 bool isScalable(PictureFormat format)
 {
     return format == PictureFormat::Svg || format == PictureFormat::Pdf;
@@ -179,11 +182,11 @@ QByteArray inkProfile()
     return icc;
 }
 
-DecodeResult readWithVips(const QByteArray &nativePath, PictureFormat format, const DecodeRequest &request)
+static DecodeResult readWith(const Loader &load, PictureFormat format, const DecodeRequest &request)
 {
     startVips();
     DecodeResult result;
-    VipsPicture image = loadFile(nativePath, format, LoadOptions());
+    VipsPicture image = load(LoadOptions());
     if (!image) {
         vips_error_clear();
         return result;
@@ -200,15 +203,13 @@ DecodeResult readWithVips(const QByteArray &nativePath, PictureFormat format, co
 
     if (isScalable(format) || target != result.fullSize) {
         const LoadOptions options = reducedOptions(format, result.fullSize, target, fDrawing);
-        VipsPicture reduced = options.vectorScale != 1.0 || options.reducedLevel > 0
-                                  ? loadFile(nativePath, format, options)
-                                  : VipsPicture();
+        VipsPicture reduced = options.vectorScale != 1.0 || options.reducedLevel > 0 ? load(options) : VipsPicture();
         if (reduced)
             image = std::move(reduced);
         vips_error_clear();
     }
     const auto reload = [&] {
-        return loadFile(nativePath, format, LoadOptions());
+        return load(LoadOptions());
     };
     image = toSrgb(std::move(image), format, reload);
     if (image && target != sizeOf(image) && (!isScalable(format) || target != result.fullSize))
@@ -222,6 +223,20 @@ DecodeResult readWithVips(const QByteArray &nativePath, PictureFormat format, co
     result.picture.rotation = result.rotation;
     vips_error_clear();
     return result;
+}
+
+DecodeResult readWithVips(const QByteArray &nativePath, PictureFormat format, const DecodeRequest &request)
+{
+    return readWith([&](const LoadOptions &options) { return loadFile(nativePath, format, options); }, format, request);
+}
+
+DecodeResult readBytesWithVips(const QByteArray &bytes, PictureFormat format, const DecodeRequest &request)
+{
+    const auto load = [&](const LoadOptions &options) {
+        const GObjectPointer<VipsSource> source(vips_source_new_from_memory(bytes.constData(), size_t(bytes.size())));
+        return source ? loadSource(source.get(), format, options) : VipsPicture();
+    };
+    return readWith(load, format, request);
 }
 
 } // namespace basemodule

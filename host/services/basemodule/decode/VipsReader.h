@@ -19,4 +19,7 @@ QByteArray inkProfile();
  */
 DecodeResult readWithVips(const QByteArray &nativePath, PictureFormat format, const DecodeRequest &request);
 
+/** The same for a picture file in memory, except OpenEXR. */
+DecodeResult readBytesWithVips(const QByteArray &bytes, PictureFormat format, const DecodeRequest &request);
+
 } // namespace basemodule

@@ -1,0 +1,40 @@
+#include "services/mediaplayer/playback/PlayerThreads.h"
+
+#include "services/mediaplayer/playback/PlayerThread.h"
+
+PlayerThreads::PlayerThreads() = default;
+
+PlayerThreads::~PlayerThreads()
+{
+    endAll();
+}
+
+PlayerThread *PlayerThreads::start(const PlayerSetup &setup)
+{
+    auto *pThread = new PlayerThread(setup);
+    m_threads.append(pThread);
+    // Removed in the GUI thread when run() has returned, or waited for in endAll.
+    QObject::connect(pThread, &QThread::finished, pThread, [this, pThread] {
+        m_threads.removeOne(pThread);
+        pThread->wait();
+        pThread->deleteLater();
+    });
+    pThread->start();
+    return pThread;
+}
+
+void PlayerThreads::end(PlayerThread *pThread)
+{
+    pThread->quit();
+}
+
+void PlayerThreads::endAll()
+{
+    for (PlayerThread *pThread : qAsConst(m_threads))
+        pThread->quit();
+    for (PlayerThread *pThread : qAsConst(m_threads)) {
+        pThread->wait();
+        delete pThread;
+    }
+    m_threads.clear();
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QVector>
+
+#include <memory>
+
+class PlayerThread;
+struct PlayerSetup;
+
+/**
+ * All player threads, those that are ending included, so that the plug-in can wait for the last of them before it goes.
+ *
+ * Owner: MediaPlayer. Thread: GUI thread only.
+ */
+class PlayerThreads {
+public:
+    PlayerThreads();
+    ~PlayerThreads();
+    PlayerThreads(const PlayerThreads &) = delete;
+    PlayerThreads &operator=(const PlayerThreads &) = delete;
+
+    /** A running thread; stays ours. */
+    PlayerThread *start(const PlayerSetup &setup);
+
+    /** Lets a thread end by itself; the pointer is dead afterwards. */
+    void end(PlayerThread *pThread);
+
+    /** Ends all and waits for them. */
+    void endAll();
+
+    int count() const { return int(m_threads.size()); }
+
+private:
+    QVector<PlayerThread *> m_threads;
+};
