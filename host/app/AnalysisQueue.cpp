@@ -9,10 +9,17 @@ namespace {
 
 constexpr int k_nReportMsec = 200;
 
+/** Types whose files hold a picture, or may: a frame of a video, the cover of a sound. */
+bool hasOwnPicture(qint64 nType)
+{
+    const FileTypes::Kind kind = FileTypes::kindOf(nType);
+    return FileTypes::isPicture(nType) || kind == FileTypes::Kind::Video || kind == FileTypes::Kind::Sound;
+}
+
 bool needsAnalysis(const FileRecord &record)
 {
     return record.row().analysis == AnalysisState::Waiting && record.row().bAvailable &&
-           FileTypes::isPicture(record.row().nType);
+           hasOwnPicture(record.row().nType);
 }
 
 } // namespace

@@ -17,6 +17,15 @@ struct FileMetadata {
     QString colorProfile;
     qint64 nDurationMsec = 0;
     QString codec;
+    double fFramesPerSecond = 0.0;
+    qint64 nBitsPerSecond = 0; ///< Of everything in the file.
+    int nSamplesPerSecond = 0;
+    QString channels; ///< As "stereo" or "5.1".
+    QString title;
+    QString artist;
+    QString album;
+    QString year;
+    QString genre;
 };
 
 Q_DECLARE_METATYPE(FileMetadata)

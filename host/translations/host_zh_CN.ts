@@ -214,6 +214,10 @@ Missing</source>
         <source>The file %1 cannot be shown.</source>
         <translation>无法显示文件 %1。</translation>
     </message>
+    <message>
+        <source>Videos and sounds do not play: there is no media player.</source>
+        <translation>无法播放视频和音频：没有媒体播放器。</translation>
+    </message>
 </context>
 <context>
     <name>HostSettingsPlugin</name>
@@ -529,6 +533,25 @@ Missing</source>
     </message>
 </context>
 <context>
+    <name>MediaPlayer</name>
+    <message>
+        <source>Media player</source>
+        <translation>媒体播放器</translation>
+    </message>
+    <message>
+        <source>%1 cannot be played.</source>
+        <translation>无法播放 %1。</translation>
+    </message>
+    <message>
+        <source>The frame cannot be kept: %1</source>
+        <translation>无法保存画面：%1</translation>
+    </message>
+    <message>
+        <source>There is no sound device: videos and sounds play silently.</source>
+        <translation>没有音频设备：视频和音频将静音播放。</translation>
+    </message>
+</context>
+<context>
     <name>MetadataTable</name>
     <message>
         <source>Type</source>
@@ -585,6 +608,54 @@ Missing</source>
     <message>
         <source>Folder</source>
         <translation>文件夹</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>标题</translation>
+    </message>
+    <message>
+        <source>Artist</source>
+        <translation>艺术家</translation>
+    </message>
+    <message>
+        <source>Album</source>
+        <translation>专辑</translation>
+    </message>
+    <message>
+        <source>Year</source>
+        <translation>年份</translation>
+    </message>
+    <message>
+        <source>Genre</source>
+        <translation>流派</translation>
+    </message>
+    <message>
+        <source>Frame rate</source>
+        <translation>帧率</translation>
+    </message>
+    <message>
+        <source>%1 per second</source>
+        <translation>每秒 %1 帧</translation>
+    </message>
+    <message>
+        <source>Bit rate</source>
+        <translation>比特率</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>Channels</source>
+        <translation>声道</translation>
+    </message>
+    <message>
+        <source>Sample rate</source>
+        <translation>采样率</translation>
+    </message>
+    <message>
+        <source>%1 Hz</source>
+        <translation>%1 Hz</translation>
     </message>
 </context>
 <context>
@@ -929,6 +1000,43 @@ Missing</source>
     <message>
         <source>By type</source>
         <translation>按类型</translation>
+    </message>
+</context>
+<context>
+    <name>TrackMenu</name>
+    <message>
+        <source>Track %1</source>
+        <translation>轨道 %1</translation>
+    </message>
+    <message>
+        <source>Subtitles</source>
+        <translation>字幕</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>Sound Track</source>
+        <translation>音轨</translation>
+    </message>
+</context>
+<context>
+    <name>VideoArea</name>
+    <message>
+        <source>Video</source>
+        <translation>视频</translation>
+    </message>
+    <message>
+        <source>File…</source>
+        <translation>文件…</translation>
+    </message>
+</context>
+<context>
+    <name>WaveWidget</name>
+    <message>
+        <source>Waveform</source>
+        <translation>波形</translation>
     </message>
 </context>
 <context>

@@ -71,7 +71,19 @@ void MetadataTable::showFile(const FileRecord &record, const FileMetadata &metad
     }
     if (metadata.nDurationMsec > 0)
         addLine(tr("Duration"), durationText(metadata.nDurationMsec));
+    addLine(tr("Title"), metadata.title);
+    addLine(tr("Artist"), metadata.artist);
+    addLine(tr("Album"), metadata.album);
+    addLine(tr("Year"), metadata.year);
+    addLine(tr("Genre"), metadata.genre);
     addLine(tr("Codec"), metadata.codec);
+    if (metadata.fFramesPerSecond > 0.0)
+        addLine(tr("Frame rate"), tr("%1 per second").arg(locale.toString(metadata.fFramesPerSecond, 'g', 4)));
+    if (metadata.nBitsPerSecond > 0)
+        addLine(tr("Bit rate"), tr("%1 kbit/s").arg(locale.toString((metadata.nBitsPerSecond + 500) / 1000)));
+    addLine(tr("Channels"), metadata.channels);
+    if (metadata.nSamplesPerSecond > 0)
+        addLine(tr("Sample rate"), tr("%1 Hz").arg(locale.toString(metadata.nSamplesPerSecond)));
     addLine(tr("Taken"), time(metadata.taken));
     addLine(tr("Changed"), time(QDateTime::fromMSecsSinceEpoch(row.nModifiedMsec)));
     addLine(tr("Camera"), metadata.camera);

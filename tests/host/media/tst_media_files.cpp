@@ -1,0 +1,194 @@
+#include "MediaStage.h"
+#include "TestMain.h"
+#include "interfaces/services/IImageDecoder.h"
+#include "metadata/FileMetadata.h"
+#include "services/basemodule/BaseModule.h"
+
+#include <QFileInfo>
+#include <QProcess>
+
+namespace {
+
+/** A base module with cache folders of its own. */
+struct PictureStage {
+    QTemporaryDir folder;
+    basemodule::BaseModule module;
+    const std::atomic_bool running{false};
+
+    PictureStage()
+        : module({folder.filePath(QStringLiteral("r")), folder.filePath(QStringLiteral("t"))}, nullptr)
+    {
+    }
+
+    QImage picture(const QString &path, int nSide = 512) { return module.readPicture(path, nSide, running); }
+};
+
+} // namespace
+
+class TestMediaFiles : public LoggedTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void pictures_data();
+    void pictures();
+    void frameIsNotBlack();
+    void analysisAndRendition();
+    void badFilesGiveNothing_data();
+    void badFilesGiveNothing();
+    void hugeCover();
+    void cancelledSoon();
+    void metadata_data();
+    void metadata();
+};
+
+void TestMediaFiles::pictures_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("plain.mp4") << QSize(320, 240);
+    QTest::newRow("vp9.webm") << QSize(320, 240);
+    QTest::newRow("turned.mp4") << QSize(240, 320);
+    QTest::newRow("anamorphic.mp4") << QSize(427, 240);
+    QTest::newRow("interlaced.mpg") << QSize(320, 240);
+    QTest::newRow("highrange.mkv") << QSize(320, 240);
+    QTest::newRow("film.ogg") << QSize(320, 240);
+    QTest::newRow("resized.ts") << QSize(320, 240);
+    QTest::newRow("covered.mp3") << QSize(300, 200);
+    QTest::newRow("sound.ogg") << QSize(0, 0);
+    QTest::newRow("tone.wav") << QSize(0, 0);
+}
+
+void TestMediaFiles::pictures()
+{
+    QFETCH(QSize, size);
+    PictureStage stage;
+    const QImage image = stage.picture(mediaSample(QTest::currentDataTag()));
+    QCOMPARE(image.size(), size);
+    if (size.isEmpty())
+        return;
+    const QImage small = stage.picture(mediaSample(QTest::currentDataTag()), 100);
+    QCOMPARE(qMax(small.width(), small.height()), 100);
+}
+
+void TestMediaFiles::frameIsNotBlack()
+{
+    PictureStage stage;
+    const QImage image = stage.picture(mediaSample("dark-start.mp4"));
+    QVERIFY(image.pixelColor(100, 100).lightness() > 200);
+    QVERIFY(image.pixelColor(300, 20).lightness() < 40);
+}
+
+void TestMediaFiles::analysisAndRendition()
+{
+    PictureStage stage;
+    const QString path = mediaSample("plain.mp4");
+    const QFileInfo info(path);
+    QCOMPARE(stage.module.analyse(path, stage.running), AnalysisOutcome::Done);
+    QCOMPARE(stage.module.analyse(mediaSample("tone.wav"), stage.running), AnalysisOutcome::Impossible);
+    const RenditionPaths kept = stage.module.renditionPaths(path, info.size(), info.lastModified().toMSecsSinceEpoch());
+    IImageDecoder *pDecoder = stage.module.imageDecoder();
+    QVERIFY(pDecoder->openFile(kept.largePreview.toUtf8()));
+    IDecodedDocument *pDocument = pDecoder->takeDocument();
+    QVERIFY(pDocument != nullptr);
+    pDocument->release();
+    pDecoder->closeFile();
+    QCOMPARE(QImage(kept.largePreview).size(), QSize(320, 240));
+}
+
+void TestMediaFiles::badFilesGiveNothing_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("zeros") << QByteArray(100000, '\0');
+    QTest::newRow("text") << QByteArray("This is no video.\n").repeated(500);
+    QTest::newRow("list of files") << QByteArray("#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXTINF:2,\n" MEDIA_DIR
+                                                 "/plain.mp4\n#EXT-X-ENDLIST\n");
+    QFile whole(mediaSample("anamorphic.mp4"));
+    QVERIFY(whole.open(QIODevice::ReadOnly));
+    QTest::newRow("cut off before its index") << whole.read(20000);
+}
+
+void TestMediaFiles::badFilesGiveNothing()
+{
+    QFETCH(QByteArray, content);
+    PictureStage stage;
+    for (const char *pName : {"bad.mp4", "bad.ts", "bad.mp3"}) {
+        QFile file(stage.folder.filePath(QString::fromUtf8(pName)));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.close();
+        QVERIFY(stage.picture(file.fileName()).isNull());
+        QCOMPARE(readFileMetadata(file.fileName()).nDurationMsec, qint64(0));
+    }
+}
+
+void TestMediaFiles::hugeCover()
+{
+    PictureStage stage;
+    const QString picture = stage.folder.filePath(QStringLiteral("huge.jpg"));
+    const QString song = stage.folder.filePath(QStringLiteral("song.mp3"));
+    QImage huge(10000, 10000, QImage::Format_RGB888);
+    huge.fill(Qt::green);
+    QVERIFY(huge.save(picture, "jpg", 60));
+    QProcess process;
+    process.start(QStringLiteral(FFMPEG_PROGRAM),
+                  {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), mediaSample("tone.wav"),
+                   QStringLiteral("-i"), picture, QStringLiteral("-map"), QStringLiteral("0"), QStringLiteral("-map"),
+                   QStringLiteral("1"), QStringLiteral("-c:v"), QStringLiteral("copy"),
+                   QStringLiteral("-disposition:v"), QStringLiteral("attached_pic"), song});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 0);
+    const QImage cover = stage.picture(song, 360);
+    QCOMPARE(cover.size(), QSize(360, 360));
+    QVERIFY(cover.pixelColor(180, 180).green() > 230);
+}
+
+void TestMediaFiles::cancelledSoon()
+{
+    PictureStage stage;
+    const std::atomic_bool cancelled{true};
+    QVERIFY(stage.module.readPicture(mediaSample("plain.mp4"), 512, cancelled).isNull());
+    QCOMPARE(stage.module.analyse(mediaSample("plain.mp4"), cancelled), AnalysisOutcome::Cancelled);
+}
+
+void TestMediaFiles::metadata_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("duration");
+    QTest::addColumn<QString>("codec");
+    QTest::addColumn<double>("frames");
+    QTest::addColumn<QString>("channels");
+    QTest::addColumn<QString>("title");
+    const QString none;
+    QTest::newRow("plain.mp4") << QSize(320, 240) << 2000 << QStringLiteral("h264 · aac") << 25.0
+                               << QStringLiteral("mono") << none;
+    QTest::newRow("turned.mp4") << QSize(240, 320) << 2000 << QStringLiteral("h264 · aac") << 25.0
+                                << QStringLiteral("mono") << none;
+    QTest::newRow("anamorphic.mp4") << QSize(427, 240) << 2000 << QStringLiteral("h264") << 25.0 << none << none;
+    QTest::newRow("tone.flac") << QSize() << 2000 << QStringLiteral("flac") << 0.0 << QStringLiteral("mono")
+                               << QStringLiteral("Tone");
+    QTest::newRow("covered.mp3") << QSize() << 2000 << QStringLiteral("mp3") << 0.0 << QStringLiteral("mono")
+                                 << QStringLiteral("Covered");
+    QTest::newRow("eight.wav") << QSize() << 1000 << QStringLiteral("pcm_s16le") << 0.0 << QStringLiteral("7.1")
+                               << none;
+}
+
+void TestMediaFiles::metadata()
+{
+    QFETCH(QSize, size);
+    QFETCH(int, duration);
+    QFETCH(QString, codec);
+    QFETCH(double, frames);
+    QFETCH(QString, channels);
+    QFETCH(QString, title);
+    const FileMetadata metadata = readFileMetadata(mediaSample(QTest::currentDataTag()));
+    QCOMPARE(metadata.dimensions, size);
+    QVERIFY(qAbs(metadata.nDurationMsec - duration) < 120);
+    QCOMPARE(metadata.codec, codec);
+    QCOMPARE(metadata.fFramesPerSecond, frames);
+    QCOMPARE(metadata.channels, channels);
+    QCOMPARE(metadata.title, title);
+    QVERIFY(metadata.nBitsPerSecond > 0);
+}
+
+BIGIMGPREVIEW_TEST_MAIN(TestMediaFiles)
+#include "tst_media_files.moc"
