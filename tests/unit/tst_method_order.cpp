@@ -7,6 +7,11 @@
 #include "image/ImgPreviewWidget.h"
 #include "image/NoteInfoShowWidget.h"
 #include "image/PreviewResourceThread.h"
+#include "media/AudioPlayerControlWidget.h"
+#include "media/AudioPreviewWidget.h"
+#include "media/VideoPlayerControlWidget.h"
+#include "media/VideoPlayerWidget.h"
+#include "media/VideoPreviewWidget.h"
 #include "preview/MiddleResourcePreviewWidget.h"
 #include "preview/PreviewDbClickWidget.h"
 #include "preview/PreviewLeftWin.h"
@@ -60,6 +65,40 @@ void tst_method_order::methodOrder_data()
                "slot_deleteComplete() slot_removeToRecycle() slot_PreviewTimerout() slot_saveNoteInfo(NoteRegin*) "
                "slot_deleteNoteInfo(int) slot_acceptMousePosFromNoteWidget(QPoint) "
                "slot_imgReadEnd(qlonglong,QImage,QString,bool)");
+    QTest::newRow("video bar")
+        << &VideoPlayerControlWidget::staticMetaObject
+        << QStringLiteral("signal_setPlayStatus(int) signal_PlayPause() signal_seekPlay(int) signal_stopPlay() "
+                          "signal_setVolume(float) signal_setReplay(bool) signal_VideoSliderPressed() "
+                          "signal_VideoSliderReleased() slot_setVideoTotalTime(int) slot_updatePlayPos(int) "
+                          "slot_stopPlay() SlotSoundChange(int) SlotShowSoundWin() slot_recycleBtnClicked() "
+                          "slot_playOrpauseBtnClicked() slot_sliderPressed() slot_sliderReleased() "
+                          "SlotVolumClick()");
+    QTest::newRow("video") << &VideoPlayerWidget::staticMetaObject
+                           << QStringLiteral(
+                                  "signal_sizeAdaptToVideoFrame() signal_playFailed() slot_TotalTimeChanged(qlonglong) "
+                                  "slot_currentTimeChanged(qlonglong) slot_delayStartPlayer() slot_seekPlayPos(int) "
+                                  "slot_pauseOrPlay() slot_setPlayerToTheStatus(int) slot_receivedStopSignal() "
+                                  "slot_setVolume(float) slot_setPlayRecycle(bool) slot_timerout() "
+                                  "slot_muteBtnClicked() slot_VideoSliderPressed() slot_VideoSliderReleased()");
+    QTest::newRow("video page") << &VideoPreviewWidget::staticMetaObject
+                                << QStringLiteral(
+                                       "signal_video_preview_update() slot_AdaptBtnClicked() slot_NormalBtnClicked() "
+                                       "slot_defaultOpen() slot_checkFilePath() slot_exportToPackage() "
+                                       "slot_exportToComputer() slot_copyFile() slot_copyFilePath() slot_copyTag() "
+                                       "slot_pasteTag() slot_setCurFramToCover() slot_deleteComplete() "
+                                       "slot_removeToRecycle()");
+    QTest::newRow("audio") << &AudioPlayerControlWidget::staticMetaObject
+                           << QStringLiteral(
+                                  "signal_animationUpdate(int) signal_playFailed() slot_setAudioTotalTime(qlonglong) "
+                                  "slot_seekPlay(qlonglong) SlotSoundChange(int) slot_delayStartPlayer() "
+                                  "slot_updateWave(qlonglong) slot_pauseOrPlay() SlotVolumClick() "
+                                  "slot_cycleBtnClicked() slot_timerout() slot_animationTimerout()");
+    QTest::newRow("audio page")
+        << &AudioPreviewWidget::staticMetaObject
+        << QStringLiteral("signal_audio_preview_update() slot_animationRotate(int) slot_defaultOpen() "
+                          "slot_checkFilePath() slot_exportToPackage() slot_exportToComputer() slot_copyFile() "
+                          "slot_copyFilePath() slot_copyTag() slot_pasteTag() slot_setCover() "
+                          "slot_deleteComplete() slot_removeToRecycle()");
     QTest::newRow("loader") << &PreviewResourceThread::staticMetaObject
                             << QStringLiteral("signal_resLoadEnd() signal_imageReadEnd(qlonglong,QImage,QString,bool) "
                                               "signal_pptLoadEnd(qlonglong,QString,bool) "
