@@ -8,7 +8,6 @@ bigimgpreview_test(tst_host_panel SOURCES app/tst_host_panel.cpp app/LibraryFixt
 bigimgpreview_test(tst_host_watch SOURCES app/tst_host_watch.cpp app/LibraryFixture.h LIBRARIES hostlibrary)
 bigimgpreview_test(tst_host_grid SOURCES app/tst_host_grid.cpp LIBRARIES hostapp_core)
 bigimgpreview_test(tst_host_previews SOURCES app/tst_host_previews.cpp LIBRARIES hostapp_core)
-bigimgpreview_test(tst_host_notes SOURCES app/tst_host_notes.cpp app/LibraryFixture.h LIBRARIES hostapp_core)
 bigimgpreview_test(tst_host_language SOURCES app/tst_host_language.cpp LIBRARIES hostapp_core)
 
 bigimgpreview_test(tst_host_plugins SOURCES app/tst_host_plugins.cpp LIBRARIES hostapp_core)

@@ -21,7 +21,6 @@ class TestDecodeAhead : public QObject {
 
 private Q_SLOTS:
     void readyPictureIsHandedOutWithoutCopy();
-    void unnamedPicturesAreDropped();
     void shownPictureStaysForTheStepBack();
     void changedFileIsDecodedAnew();
     void budgetHolds();
@@ -42,18 +41,6 @@ void TestDecodeAhead::readyPictureIsHandedOutWithoutCopy()
     const Delivered second = deliver(host.decoder(), path);
     QCOMPARE(first.image.size(), QSize(960, 640));
     QCOMPARE(first.pixels, second.pixels);
-}
-
-void TestDecodeAhead::unnamedPicturesAreDropped()
-{
-    TestModule host;
-    const auto &ahead = host.module->decodeAhead();
-    host.module->setFilesAhead({sample("landscape.jpg"), sample("progressive.jpg")});
-    QTRY_COMPARE(ahead.heldBytes(), 2 * kLandscapeBytes);
-    host.module->setFilesAhead({sample("progressive.jpg")});
-    QCOMPARE(ahead.heldBytes(), kLandscapeBytes);
-    host.module->setFilesAhead({});
-    QCOMPARE(ahead.heldBytes(), 0);
 }
 
 void TestDecodeAhead::shownPictureStaysForTheStepBack()

@@ -50,7 +50,6 @@ private Q_SLOTS:
     void failureIsRemembered();
     void everyRequestIsAnswered();
     void memoryBudgetHolds();
-    void largePictureFromMemory();
     void endInTheMiddle();
     void analysisKeepsPictures();
     void diskBudgetSparesOthers();
@@ -232,17 +231,6 @@ void TestThumbnails::memoryBudgetHolds()
     QVERIFY(request(*pCache, pSecond, QSize(300, 300)));
     QCOMPARE(pCache->lookup(pCache->cacheKey(pFirst, QSize(300, 300)), nullptr), int(ITSCacheManager::NotYetThere));
     QCOMPARE(pCache->lookup(pCache->cacheKey(pSecond, QSize(300, 300)), nullptr), int(ITSCacheManager::Found));
-}
-
-void TestThumbnails::largePictureFromMemory()
-{
-    TestModule host;
-    const auto pCache = host.module->cacheManager();
-    const FileInfoPtr pInfo = infoOf(host, sample("landscape.jpg"));
-    QVERIFY(pCache->largePicture(pInfo).isNull());
-    QVERIFY(request(*pCache, pInfo, QSize(400, 400)));
-    QVERIFY(request(*pCache, pInfo, QSize(50, 50)));
-    QCOMPARE(pCache->largePicture(pInfo).width(), 400);
 }
 
 void TestThumbnails::endInTheMiddle()

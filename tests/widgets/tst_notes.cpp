@@ -2,7 +2,6 @@
 #include "image/CColorPntBtn.h"
 #include "image/CNoteInputWidget.h"
 #include "image/CNoteWidget.h"
-#include "image/NoteInfoShowWidget.h"
 #include "image/NoteUndoNotice.h"
 
 #include <QClipboard>

@@ -66,7 +66,6 @@ class HostActionsTest : public LoggedTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void exportsWhatItIs_data();
     void exportsWhatItIs();
     void countsUpTakenNames();
     void answersForFaultyTargets_data();
@@ -86,41 +85,32 @@ private Q_SLOTS:
     void outlivesWhoAsked();
 };
 
-void HostActionsTest::exportsWhatItIs_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("plain") << QStringLiteral("photo.jpg");
-    QTest::newRow("quotes") << QStringLiteral("a \"b\" 'c' `d`.jpg");
-    QTest::newRow("placeholder") << QStringLiteral("100%1 %2.png");
-    QTest::newRow("html") << QStringLiteral("<b>bold<b> &amp;.png");
-    QTest::newRow("newline") << QStringLiteral("one\ntwo.jpg");
-    QTest::newRow("dashes") << QStringLiteral("--rf -x.jpg");
-    QTest::newRow("backslash") << QStringLiteral("a\\b.jpg");
-    QTest::newRow("255 bytes") << QString(QString(83, QChar(0x5B57)) + QStringLiteral("ab.jpg"));
-}
-
 void HostActionsTest::exportsWhatItIs()
 {
-    QFETCH(QString, name);
-    ActionStage stage;
-    const QString source = stage.write(name, QByteArray(200000, 'x'));
-    QVERIFY(!source.isEmpty());
-    QFile(source).setPermissions(QFileDevice::ReadOwner | QFileDevice::ReadGroup);
-    const struct timespec times[] = {{1000000000, 5}, {1100000000, 123456789}};
-    QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(source).constData(), times, 0), 0);
-    QVERIFY(stage.open());
+    for (const QString &name :
+         {QStringLiteral("photo.jpg"), QStringLiteral("a \"b\" 'c' `d`.jpg"), QStringLiteral("100%1 %2.png"),
+          QStringLiteral("<b>bold<b> &amp;.png"), QStringLiteral("one\ntwo.jpg"), QStringLiteral("--rf -x.jpg"),
+          QStringLiteral("a\\b.jpg"), QString(QString(83, QChar(0x5B57)) + QStringLiteral("ab.jpg"))}) {
+        ActionStage stage;
+        const QString source = stage.write(name, QByteArray(200000, 'x'));
+        QVERIFY(!source.isEmpty());
+        QFile(source).setPermissions(QFileDevice::ReadOwner | QFileDevice::ReadGroup);
+        const struct timespec times[] = {{1000000000, 5}, {1100000000, 123456789}};
+        QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(source).constData(), times, 0), 0);
+        QVERIFY(stage.open());
 
-    const ResponseInfoPtr pAnswer = stage.exportTo(stage.target(), {stage.id(name)}, false);
-    QVERIFY(pAnswer != nullptr);
-    QCOMPARE(pAnswer->errorList(), QStringList());
-    QCOMPARE(ActionStage::namesIn(stage.target()), QStringList(name));
-    struct stat state = {};
-    QCOMPARE(::stat(QFile::encodeName(stage.target() + QLatin1Char('/') + name).constData(), &state), 0);
-    QCOMPARE(state.st_mode & 0777, mode_t(0440));
-    QCOMPARE(state.st_mtim.tv_sec, times[1].tv_sec);
-    QCOMPARE(state.st_mtim.tv_nsec, times[1].tv_nsec);
-    QCOMPARE(ActionStage::content(stage.target() + QLatin1Char('/') + name), QByteArray(200000, 'x'));
-    QCOMPARE(ActionStage::namesIn(stage.library->unfinishedFolder()), QStringList());
+        const ResponseInfoPtr pAnswer = stage.exportTo(stage.target(), {stage.id(name)}, false);
+        QVERIFY(pAnswer != nullptr);
+        QCOMPARE(pAnswer->errorList(), QStringList());
+        QCOMPARE(ActionStage::namesIn(stage.target()), QStringList(name));
+        struct stat state = {};
+        QCOMPARE(::stat(QFile::encodeName(stage.target() + QLatin1Char('/') + name).constData(), &state), 0);
+        QCOMPARE(state.st_mode & 0777, mode_t(0440));
+        QCOMPARE(state.st_mtim.tv_sec, times[1].tv_sec);
+        QCOMPARE(state.st_mtim.tv_nsec, times[1].tv_nsec);
+        QCOMPARE(ActionStage::content(stage.target() + QLatin1Char('/') + name), QByteArray(200000, 'x'));
+        QCOMPARE(ActionStage::namesIn(stage.library->unfinishedFolder()), QStringList());
+    }
 }
 
 void HostActionsTest::countsUpTakenNames()

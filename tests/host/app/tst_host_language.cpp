@@ -18,7 +18,6 @@ class HostLanguageTest : public LoggedTest {
 private Q_SLOTS:
     void isRemembered();
     void unknownIsSystem();
-    void install_data();
     void install();
 
 private:
@@ -69,30 +68,22 @@ void HostLanguageTest::unknownIsSystem()
     QVERIFY(!HostLanguage::isKnown(QStringLiteral("xx")));
 }
 
-void HostLanguageTest::install_data()
-{
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<int>("language");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("system, which has none here") << QString() << int(QLocale::C) << "Light or dark";
-    QTest::newRow("English") << QStringLiteral("en") << int(QLocale::English) << "Light or dark";
-    QTest::newRow("Chinese") << QStringLiteral("zh_CN") << int(QLocale::Chinese)
-                             << QStringLiteral("\u6d45\u8272\u6216\u6df1\u8272");
-}
-
 void HostLanguageTest::install()
 {
-    QFETCH(QString, code);
-    QFETCH(int, language);
-    QFETCH(QString, text);
-    HostLanguage::install(code);
-    const int nSet = QLocale().language();
-    const QString seen = TitleBar::tr("Light or dark");
-    // Before anything is compared: the next row begins without it.
-    qDeleteAll(qApp->findChildren<QTranslator *>());
-    QLocale::setDefault(QLocale::system());
-    QCOMPARE(nSet, language);
-    QCOMPARE(seen, text);
+    const std::tuple<QString, QLocale::Language, QString> rows[] = {
+        {QString(), QLocale::C, QStringLiteral("Light or dark")}, // the system's, which has none here
+        {QStringLiteral("en"), QLocale::English, QStringLiteral("Light or dark")},
+        {QStringLiteral("zh_CN"), QLocale::Chinese, QStringLiteral("\u6d45\u8272\u6216\u6df1\u8272")}};
+    for (const auto &[code, language, text] : rows) {
+        HostLanguage::install(code);
+        const QLocale::Language nSet = QLocale().language();
+        const QString seen = TitleBar::tr("Light or dark");
+        // Before anything is compared: the next row begins without it.
+        qDeleteAll(qApp->findChildren<QTranslator *>());
+        QLocale::setDefault(QLocale::system());
+        QCOMPARE(nSet, language);
+        QCOMPARE(seen, text);
+    }
 }
 
 BIGIMGPREVIEW_TEST_MAIN(HostLanguageTest)

@@ -1,12 +1,12 @@
 #include "LibraryFixture.h"
 #include "app/FullPreviewPlace.h"
 #include "app/LabelList.h"
+#include "app/NotesList.h"
 #include "app/ThumbnailSource.h"
 #include "app/panel/InfoPanel.h"
 #include "app/panel/LabelChip.h"
 #include "app/panel/LabelEditor.h"
 
-#include <QCompleter>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
@@ -34,6 +34,11 @@ QStringList texts(const QWidget &parent)
     return all;
 }
 
+NoteRecord makeNote(const QString &text, quint32 nValue = 0x0064FA)
+{
+    return {QRect(1, 2, 30, 40), nValue, text};
+}
+
 } // namespace
 
 /** The information panel on real files, and how it makes room for and follows the full preview. */
@@ -46,12 +51,20 @@ private Q_SLOTS:
     void tellsWhatIsKnown();
     void renamesInPlace();
     void addsAndTakesAwayLabels();
-    void completesLabels();
     void forgetsMissingFiles();
     void listsLabels();
     void followsTheFullPreview();
+    void listsNotesAndFollows();
+    void showsNotesAsTheyStand();
 
 private:
+    qint64 id(const char *pName) const { return m_place->id(QLatin1String(pName)); }
+    void storeNotes(qint64 nFileId, const QVector<NoteRecord> &notes)
+    {
+        QSignalSpy stored(m_place->library.get(), &Library::signalNotesStored);
+        m_place->library->setNotes(nFileId, notes);
+        QTRY_COMPARE(stored.size(), 1);
+    }
     template <typename Widget>
     Widget *part(const char *pName) const
     {
@@ -98,11 +111,11 @@ void HostPanelTest::cleanup()
 void HostPanelTest::tellsWhatIsKnown()
 {
     QVERIFY(!part<QLineEdit>("hostFileName")->isVisible());
-    m_pPanel->showFile(m_place->id(QStringLiteral("a.jpg")));
+    m_pPanel->showFile(id("a.jpg"));
     QCOMPARE(part<QLineEdit>("hostFileName")->text(), QStringLiteral("a.jpg"));
     QTRY_VERIFY(texts(*m_pPanel).contains(QString::fromUtf8("120 × 80")));
     // The next file's lines never mix with the last one's.
-    m_pPanel->showFile(m_place->id(QStringLiteral("b.png")));
+    m_pPanel->showFile(id("b.png"));
     QVERIFY(!texts(*m_pPanel).contains(QString::fromUtf8("120 × 80")));
     QVERIFY(texts(*m_pPanel).contains(QStringLiteral("No notes")));
     m_place->library->setNotes(m_pPanel->fileId(), {{QRect(0, 0, 1, 1), 1, QStringLiteral("n")}});
@@ -111,7 +124,7 @@ void HostPanelTest::tellsWhatIsKnown()
 
 void HostPanelTest::renamesInPlace()
 {
-    const qint64 nId = m_place->id(QStringLiteral("a.jpg"));
+    const qint64 nId = id("a.jpg");
     m_pPanel->showFile(nId);
     m_pPanel->activateWindow();
     auto *pName = part<QLineEdit>("hostFileName");
@@ -135,8 +148,8 @@ void HostPanelTest::renamesInPlace()
 
 void HostPanelTest::addsAndTakesAwayLabels()
 {
-    const qint64 nId = m_place->id(QStringLiteral("a.jpg"));
-    const qint64 nOther = m_place->id(QStringLiteral("b.png"));
+    const qint64 nId = id("a.jpg");
+    const qint64 nOther = id("b.png");
     m_pPanel->setSelection({nId, nOther});
     m_pPanel->showFile(nId);
     auto *pInput = part<QLineEdit>("hostLabelInput");
@@ -162,21 +175,9 @@ void HostPanelTest::addsAndTakesAwayLabels()
     QTRY_VERIFY(m_place->library->record(nOther)->tags().isEmpty());
 }
 
-void HostPanelTest::completesLabels()
-{
-    m_place->label(QStringLiteral("b.png"), QStringLiteral("Mountains"));
-    m_place->label(QStringLiteral("a.jpg"), QStringLiteral("Mont"));
-    m_pPanel->showFile(m_place->id(QStringLiteral("a.jpg")));
-    QTRY_COMPARE(chips().size(), 1);
-    const QCompleter *pCompleter = part<QLineEdit>("hostLabelInput")->completer();
-    // The file's own labels are not offered again.
-    QCOMPARE(pCompleter->model()->rowCount(), 1);
-    QCOMPARE(pCompleter->model()->index(0, 0).data().toString(), QStringLiteral("Mountains"));
-}
-
 void HostPanelTest::forgetsMissingFiles()
 {
-    const qint64 nId = m_place->id(QStringLiteral("b.png"));
+    const qint64 nId = id("b.png");
     m_pPanel->showFile(nId);
     auto *pForget = part<QPushButton>("hostForgetButton");
     QVERIFY(!pForget->isVisible());
@@ -251,6 +252,53 @@ void HostPanelTest::followsTheFullPreview()
     preview.setParent(nullptr);
     Q_EMIT preview.signalHideRightView();
     QCOMPARE(hidden.size(), 2);
+}
+
+void HostPanelTest::listsNotesAndFollows()
+{
+    QWidget panel;
+    NotesList list(m_place->library.get(), &panel);
+    panel.show();
+    list.setFile(id("a.jpg"));
+    QVERIFY(list.isHidden());
+    storeNotes(id("b.png"), {makeNote(QStringLiteral("of another file"))});
+    QCOMPARE(list.count(), 0);
+    storeNotes(id("a.jpg"), {makeNote(QStringLiteral("one")), makeNote(QStringLiteral("two"))});
+    QCOMPARE(list.count(), 2);
+    QVERIFY(list.isVisible());
+    QSignalSpy activated(&list, &NotesList::signalNoteActivated);
+    list.resize(200, 100);
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(1)).center());
+    QCOMPARE(activated.size(), 1);
+    QCOMPARE(activated.first(), (QVariantList{id("a.jpg"), 1}));
+    storeNotes(id("a.jpg"), {makeNote(QStringLiteral("two"))});
+    QCOMPARE(list.count(), 1);
+    QCOMPARE(list.item(0)->text(), QStringLiteral("two"));
+    list.setFile(id("b.png"));
+    QCOMPARE(list.item(0)->text(), QStringLiteral("of another file"));
+    list.setFile(0);
+    QVERIFY(list.isHidden());
+    // As high as its notes, but not for all of them.
+    storeNotes(id("a.jpg"), QVector<NoteRecord>(500, makeNote(QStringLiteral("x"))));
+    list.setFile(id("a.jpg"));
+    QCOMPARE(list.count(), 500);
+    QVERIFY(list.sizeHint().height() < 300);
+}
+
+void HostPanelTest::showsNotesAsTheyStand()
+{
+    const std::pair<QString, QString> rows[] = {{QStringLiteral("<b>a</b>"), QStringLiteral("<b>a</b>")},
+                                                {QStringLiteral("a\n\n  b\tc"), QStringLiteral("a b c")},
+                                                {QString(100 * 1024, QLatin1Char('x')), QString(200, QLatin1Char('x'))},
+                                                {QString(), QString()}};
+    for (const auto &row : rows) {
+        storeNotes(id("a.jpg"), {makeNote(row.first)});
+        NotesList list(m_place->library.get());
+        list.setFile(id("a.jpg"));
+        QCOMPARE(list.item(0)->text(), row.second);
+        QVERIFY(!list.item(0)->toolTip().contains(QLatin1String("<b>")));
+        QVERIFY(list.item(0)->toolTip().size() < 8000);
+    }
 }
 
 BIGIMGPREVIEW_TEST_MAIN(HostPanelTest)

@@ -72,7 +72,6 @@ private Q_SLOTS:
     void opensOneAtATime();
     void announcesNeighbours();
     void endsInOrder();
-    void readsCommandLine_data();
     void readsCommandLine();
 
 private:
@@ -165,37 +164,26 @@ void HostPreviewsTest::endsInOrder()
     QVERIFY(plugin.pDialog == nullptr);
 }
 
-void HostPreviewsTest::readsCommandLine_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<bool>("bError");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<int>("nFolders");
-    const QString folder = QDir::tempPath();
-    const QString file = QCoreApplication::applicationFilePath();
-    QTest::newRow("nothing") << QStringList() << false << QString() << 0;
-    QTest::newRow("folders") << QStringList({folder, QDir::rootPath()}) << false << QString() << 2;
-    QTest::newRow("file") << QStringList({file}) << false << file << 0;
-    QTest::newRow("options") << QStringList({QStringLiteral("--library"), QStringLiteral("x"),
-                                             QStringLiteral("--theme"), QStringLiteral("light"), folder})
-                             << false << QString() << 1;
-    QTest::newRow("missing") << QStringList({QStringLiteral("/no/such/place")}) << true << QString() << 0;
-    QTest::newRow("file and folder") << QStringList({file, folder}) << true << file << 1;
-    QTest::newRow("unknown option") << QStringList({QStringLiteral("--unknown")}) << true << QString() << 0;
-    QTest::newRow("unknown theme") << QStringList({QStringLiteral("--theme"), QStringLiteral("pink")}) << true
-                                   << QString() << 0;
-}
-
 void HostPreviewsTest::readsCommandLine()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(bool, bError);
-    QFETCH(QString, file);
-    QFETCH(int, nFolders);
-    const CommandLine result = parseCommandLine(QStringList(QStringLiteral("host")) + arguments);
-    QCOMPARE(!result.error.isEmpty(), bError);
-    QCOMPARE(result.file, file);
-    QCOMPARE(result.folders.size(), nFolders);
+    const QString folder = QDir::tempPath();
+    const QString file = QCoreApplication::applicationFilePath();
+    const std::tuple<QString, bool, QString, int> rows[] = {
+        {QString(), false, QString(), 0},
+        {folder + QStringLiteral(" /"), false, QString(), 2},
+        {file, false, file, 0},
+        {QStringLiteral("--library x --theme light ") + folder, false, QString(), 1},
+        {QStringLiteral("/no/such/place"), true, QString(), 0},
+        {file + QLatin1Char(' ') + folder, true, file, 1},
+        {QStringLiteral("--unknown"), true, QString(), 0},
+        {QStringLiteral("--theme pink"), true, QString(), 0}};
+    for (const auto &[line, bError, wanted, nFolders] : rows) {
+        const CommandLine result =
+            parseCommandLine(QStringList(QStringLiteral("host")) + line.split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        QVERIFY2(!result.error.isEmpty() == bError, qPrintable(line));
+        QCOMPARE(result.file, wanted);
+        QCOMPARE(result.folders.size(), nFolders);
+    }
 }
 
 BIGIMGPREVIEW_TEST_MAIN(HostPreviewsTest)

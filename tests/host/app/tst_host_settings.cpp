@@ -19,7 +19,6 @@ class HostSettingsTest : public LoggedTest {
 
 private Q_SLOTS:
     void initTestCase() { QVERIFY(m_folder.isValid()); }
-    void answersDefaults_data();
     void answersDefaults();
     void keepsChosenKeys();
     void keepsExportPath();
@@ -38,42 +37,36 @@ private:
     int m_nFiles = 0;
 };
 
-void HostSettingsTest::answersDefaults_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("zoomInKey");
-    QTest::newRow("empty file") << QByteArray() << "+";
-    QTest::newRow("no INI file") << QByteArray("\x00\xff{]=\n[[[", 9) << "+";
-    QTest::newRow("no key") << QByteArray("[shortcuts]\nzoomIn=Quux+Blub\n") << "+";
-    QTest::newRow("several keys") << QByteArray("[shortcuts]\nzoomIn=\"A, B\"\n") << "+";
-    QTest::newRow("claimed twice") << QByteArray("[shortcuts]\nzoomIn=-\n") << "+";
-    QTest::newRow("switched off") << QByteArray("[shortcuts]\nzoomIn=\n") << "";
-    QTest::newRow("another key") << QByteArray("[shortcuts]\nzoomIn=ctrl+i\n") << "Ctrl+I";
-}
-
 void HostSettingsTest::answersDefaults()
 {
-    QFETCH(QByteArray, text);
-    QFETCH(QString, zoomInKey);
-    const QString path = writeIni(text);
-    const HostShortcuts shortcuts(path);
-    QVERIFY(shortcuts.isShortcutEnabled());
-    QCOMPARE(shortcuts.shortcut(IShortcutSetting::ZoomIn).keySequence, zoomInKey);
-    QStringList keys;
-    for (const int nId : k_allIds) {
-        const ShortcutRecord record = shortcuts.shortcut(nId);
-        QVERIFY(!record.name.isEmpty() && !record.description.isEmpty());
-        if (!record.keySequence.isEmpty())
-            QCOMPARE(QKeySequence::fromString(record.keySequence, QKeySequence::PortableText).count(), 1);
-        keys.append(record.keySequence);
-    }
-    QCOMPARE(keys.removeDuplicates(), 0);
-    QVERIFY(shortcuts.shortcut(1).name.isEmpty());
+    const std::pair<QByteArray, const char *> rows[] = {{"", "+"},
+                                                        {QByteArray("\x00\xff{]=\n[[[", 9), "+"}, // no INI file
+                                                        {"[shortcuts]\nzoomIn=Quux+Blub\n", "+"}, // no key
+                                                        {"[shortcuts]\nzoomIn=\"A, B\"\n", "+"},  // several keys
+                                                        {"[shortcuts]\nzoomIn=-\n", "+"},         // claimed twice
+                                                        {"[shortcuts]\nzoomIn=\n", ""},           // switched off
+                                                        {"[shortcuts]\nzoomIn=ctrl+i\n", "Ctrl+I"}};
+    for (const auto &[text, pZoomInKey] : rows) {
+        const QString path = writeIni(text);
+        const HostShortcuts shortcuts(path);
+        QVERIFY(shortcuts.isShortcutEnabled());
+        QCOMPARE(shortcuts.shortcut(IShortcutSetting::ZoomIn).keySequence, QLatin1String(pZoomInKey));
+        QStringList keys;
+        for (const int nId : k_allIds) {
+            const ShortcutRecord record = shortcuts.shortcut(nId);
+            QVERIFY(!record.name.isEmpty() && !record.description.isEmpty());
+            if (!record.keySequence.isEmpty())
+                QCOMPARE(QKeySequence::fromString(record.keySequence, QKeySequence::PortableText).count(), 1);
+            keys.append(record.keySequence);
+        }
+        QCOMPARE(keys.removeDuplicates(), 0);
+        QVERIFY(shortcuts.shortcut(1).name.isEmpty());
 
-    const HostSettings settings(path);
-    QVERIFY(settings.isLeftColumnShown());
-    QVERIFY(!settings.isRightPanelHidden());
-    QCOMPARE(settings.lastExportPath(), QString());
+        const HostSettings settings(path);
+        QVERIFY(settings.isLeftColumnShown());
+        QVERIFY(!settings.isRightPanelHidden());
+        QCOMPARE(settings.lastExportPath(), QString());
+    }
 }
 
 void HostSettingsTest::keepsChosenKeys()
