@@ -164,7 +164,12 @@ void HostSession::connectPreviews()
     connect(m_pPreviews.get(), &PreviewController::signalClosed, this, &HostSession::leavePreview);
     connect(m_pPreviews.get(), &PreviewController::signalFileShown, this,
             [this](qint64 nFileId) { m_pDataSource->setCurrentFile(nFileId); });
-    connect(&m_library, &Library::signalScanEnded, this, &HostSession::openWantedFile);
+    // A long list is arranged on a thread: the rows may follow the end of the scan.
+    connect(&m_library, &Library::signalScanEnded, this, [this] {
+        m_bWantedListed = true;
+        openWantedFile();
+    });
+    connect(&m_model, &FileGridModel::signalArranged, this, &HostSession::openWantedFile);
     if (!m_commandLine.pack.isEmpty())
         m_pDeeds->importPack(m_commandLine.pack);
 }
@@ -220,7 +225,7 @@ void HostSession::openPreview(qint64 nFileId, bool bFull)
 
 void HostSession::openWantedFile()
 {
-    if (m_wantedFile.isEmpty())
+    if (m_wantedFile.isEmpty() || !m_bWantedListed || !m_model.isArranged())
         return;
     const QString path = m_wantedFile;
     m_wantedFile.clear();

@@ -70,4 +70,5 @@ private:
     std::unique_ptr<FileDeeds> m_pDeeds;
     IHostAnalysis *m_pAnalysis = nullptr;
     QString m_wantedFile; ///< To be shown as soon as it is listed; empty afterwards.
+    bool m_bWantedListed = false;
 };
