@@ -26,6 +26,11 @@
 
 namespace {
 
+/** The window behind a preview that is opened at the start: not before its picture has had the machine for itself. */
+constexpr int k_nWindowBehindMsec = 500;
+/** When the file asked for is not even listed by then, the window is shown without it. */
+constexpr int k_nWindowPatienceMsec = 2000;
+
 Q_LOGGING_CATEGORY(hostLog, "bigimgpreview.host")
 
 QString themeKey()
@@ -55,6 +60,7 @@ HostSession::~HostSession()
 
 void HostSession::start()
 {
+    m_plugins.preload(pluginFolder());
     restoreTheme();
     m_pQueue = std::make_unique<AnalysisQueue>(&m_library);
     m_pWindow = std::make_unique<MainWindow>(&m_library, &m_model);
@@ -69,8 +75,32 @@ void HostSession::start()
     connectFullPreview();
     connectAnalysis();
     m_pWindow->restoreState(&m_ini);
+    if (m_wantedFile.isEmpty()) {
+        showWindow();
+        return;
+    }
+    // The picture asked for comes first: the preview needs the window's place alone, not its contents.
+    m_pWindow->winId();
+    QTimer::singleShot(k_nWindowPatienceMsec, this, &HostSession::showWindow);
+}
+
+void HostSession::showWindow()
+{
+    if (m_pWindow == nullptr || m_pWindow->isVisible())
+        return;
+    m_pWindow->setAttribute(Qt::WA_ShowWithoutActivating, m_pPreviews->isOpen());
     m_pWindow->show();
-    m_pWindow->activateWindow();
+    m_pWindow->setAttribute(Qt::WA_ShowWithoutActivating, false);
+    if (m_pPreviews->isOpen())
+        m_pPreviews->bringToFront();
+    else
+        m_pWindow->activateWindow();
+}
+
+QString HostSession::pluginFolder() const
+{
+    return m_commandLine.pluginFolder.isEmpty() ? PluginManager::findPluginFolder(m_applicationFolder)
+                                                : m_commandLine.pluginFolder;
 }
 
 void HostSession::restoreTheme()
@@ -112,8 +142,7 @@ void HostSession::showPlaces()
 
 void HostSession::loadPlugins()
 {
-    m_plugins.loadFolder(m_commandLine.pluginFolder.isEmpty() ? PluginManager::findPluginFolder(m_applicationFolder)
-                                                              : m_commandLine.pluginFolder);
+    m_plugins.loadFolder(pluginFolder());
     const QStringList problems = m_plugins.problems();
     for (const QString &problem : problems) {
         qCWarning(hostLog).noquote() << problem;
@@ -123,7 +152,11 @@ void HostSession::loadPlugins()
     if (pBaseModule != nullptr) {
         m_pAnalysis = qobject_cast<IHostAnalysis *>(
             m_plugins.getPlugins(QStringLiteral("IBaseModulePlugin")).first()->getObject());
+        if (!m_wantedFile.isEmpty()) // decoded while everything else is made ready
+            m_pAnalysis->setFilesAhead({m_wantedFile});
         m_pWindow->setThumbnailCache(pBaseModule->cacheManager());
+        m_pWindow->infoPanel()->setMetadataReader(
+            [pAnalysis = m_pAnalysis](const QString &path) { return pAnalysis->readMetadata(path); });
     } else {
         m_pWindow->statusLine()->addProblem(tr("Thumbnails and pictures are missing: there is no base module."));
     }
@@ -198,6 +231,7 @@ void HostSession::connectAnalysis()
 
 void HostSession::leavePreview(qint64 nFileId)
 {
+    showWindow();
     m_pWindow->activateWindow();
     m_pWindow->grid()->selectFile(nFileId);
     m_pWindow->grid()->setFocus();
@@ -235,8 +269,10 @@ void HostSession::openWantedFile()
             continue;
         m_pWindow->grid()->selectFile(pRecord->fileId());
         openPreview(pRecord->fileId(), false);
+        QTimer::singleShot(m_pPreviews->isOpen() ? k_nWindowBehindMsec : 0, this, &HostSession::showWindow);
         return;
     }
+    showWindow();
     m_pWindow->statusLine()->addScanProblem(tr("The file %1 cannot be shown.").arg(path));
 }
 
@@ -259,6 +295,7 @@ void HostSession::shutdown()
         pMedia->setProblemHandler({});
     m_plugins.shutdown();
     m_pWindow->setThumbnailCache({});
+    m_pWindow->infoPanel()->setMetadataReader({});
     m_library.setAnalysis(nullptr);
     if (m_pAnalysis != nullptr)
         m_pAnalysis->shutdown();

@@ -42,6 +42,8 @@ public:
     void toggleTheme();
 
 private:
+    QString pluginFolder() const;
+    void showWindow();
     void restoreTheme();
     void connectLanguage();
     void showPlaces();

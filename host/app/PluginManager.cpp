@@ -7,6 +7,7 @@
 #include <QJsonObject>
 #include <QLibrary>
 #include <QPluginLoader>
+#include <QThread>
 
 #include <algorithm>
 
@@ -16,6 +17,18 @@ namespace {
 struct Words {
     Q_DECLARE_TR_FUNCTIONS(PluginManager)
 };
+
+/** The libraries of a folder by name, so that every start goes the same way. */
+QStringList modulesIn(const QDir &folder)
+{
+    QStringList files;
+    const QStringList names = folder.entryList(QDir::Files, QDir::Name);
+    for (const QString &name : names) {
+        if (QLibrary::isLibrary(name))
+            files.append(folder.absoluteFilePath(name));
+    }
+    return files;
+}
 
 /** A text or a list of texts. */
 QStringList textsOf(const QJsonValue &value)
@@ -42,6 +55,8 @@ PluginManager::PluginManager() = default;
 PluginManager::~PluginManager()
 {
     shutdown();
+    if (m_preload != nullptr)
+        m_preload->wait();
 }
 
 QString PluginManager::findPluginFolder(const QString &applicationFolder)
@@ -81,6 +96,21 @@ PluginState PluginManager::readMetaData(const QString &filePath)
     return state;
 }
 
+void PluginManager::preload(const QString &folder)
+{
+    m_preload.reset(QThread::create([folder] {
+        const QStringList files = modulesIn(QDir(folder));
+        for (const QString &file : files) {
+            QPluginLoader loader(file);
+            // Only what is a plug-in by its metadata, which are read without running its code.
+            if (!loader.metaData().value(QStringLiteral("IID")).toString().isEmpty())
+                loader.load();
+        }
+    }));
+    m_preload->setObjectName(QStringLiteral("plug-ins"));
+    m_preload->start();
+}
+
 void PluginManager::loadFolder(const QString &folder)
 {
     m_bRunning = true;
@@ -89,12 +119,9 @@ void PluginManager::loadFolder(const QString &folder)
         m_folderProblems.append(Words::tr("There is no plug-ins folder %1").arg(QDir::toNativeSeparators(folder)));
         return;
     }
-    // By name, so that every start goes the same way.
-    const QStringList names = dir.entryList(QDir::Files, QDir::Name);
-    for (const QString &name : names) {
-        if (QLibrary::isLibrary(name))
-            m_states.push_back(readMetaData(dir.absoluteFilePath(name)));
-    }
+    const QStringList files = modulesIn(dir);
+    for (const QString &file : files)
+        m_states.push_back(readMetaData(file));
     for (PluginState &state : m_states) {
         if (state.error.isEmpty())
             load(&state);

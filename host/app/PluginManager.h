@@ -11,6 +11,7 @@
 #include <vector>
 
 class QPluginLoader;
+class QThread;
 
 /** One module of the plug-ins folder and how far it came. */
 struct PluginState {
@@ -44,6 +45,12 @@ public:
     /** The folders in which an application in this folder looks; the first that exists counts. */
     static QString findPluginFolder(const QString &applicationFolder);
 
+    /**
+     * Brings the folder's modules and all that they need into memory, on a thread, while the caller does something
+     * else. loadFolder finds them there, or waits for them, and tells what is wrong with them.
+     */
+    void preload(const QString &folder);
+
     /** Reads the metadata of every module, loads those that are ours and starts them. Call once. */
     void loadFolder(const QString &folder);
 
@@ -76,5 +83,6 @@ private:
     std::vector<PluginState> m_states;
     QHash<QString, QList<IPlugin *>> m_byClassName;
     QStringList m_folderProblems;
+    std::unique_ptr<QThread> m_preload;
     bool m_bRunning = false;
 };

@@ -93,6 +93,14 @@ void PreviewController::begin(qint64 nFileId)
     Q_EMIT signalAnalysisWanted({nFileId});
 }
 
+void PreviewController::bringToFront()
+{
+    if (QWidget *pSurface = dialog()) {
+        pSurface->raise();
+        pSurface->activateWindow();
+    }
+}
+
 bool PreviewController::canClose() const
 {
     return m_pFull != nullptr ? m_pFull->canClosePreview() : m_pDialog == nullptr || m_pDialog->canClosePreview();

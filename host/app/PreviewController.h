@@ -41,6 +41,8 @@ public:
     {
         return m_pFull != nullptr ? static_cast<QWidget *>(m_pFull.data()) : static_cast<QWidget *>(m_pDialog.data());
     }
+    /** Raises the open preview above everything else and gives it the keys. */
+    void bringToFront();
     bool isOpen() const { return dialog() != nullptr; }
 
     /** Opens the quick preview on a file of the model; false when it cannot be opened or one is open already. */

@@ -30,20 +30,20 @@ PreviewSpaceDialog::PreviewSpaceDialog(QWidget *pParent)
     : IPreviewSpaceDialog(pParent, Qt::Dialog | Qt::FramelessWindowHint)
     , m_pLayout(new QHBoxLayout(this))
     , m_pCloseBtn(new CPushButton(this))
-    , m_pHub(new MiddleResourcePreviewWidget(this, MiddleResourcePreviewWidget::SpaceDialogMode))
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setWindowTitle(tr("Quick Preview"));
     m_pLayout->setMargin(1);
+    // Before there is a hub: every widget in it would be styled anew.
+    QColor veil(Qt::black);
+    veil.setAlphaF(VeilOpacity);
+    setStyleSheet(QStringLiteral("background:") + veil.name(QColor::HexArgb));
+    m_pHub = new MiddleResourcePreviewWidget(this, MiddleResourcePreviewWidget::SpaceDialogMode);
     m_pHub->setStyleSheet(QStringLiteral("background:transparent"));
     m_pLayout->addWidget(m_pHub);
     buildCloseButton();
     connectHub();
     connectProvider();
-
-    QColor veil(Qt::black);
-    veil.setAlphaF(VeilOpacity);
-    setStyleSheet(QStringLiteral("background:") + veil.name(QColor::HexArgb));
     if (pParent != nullptr)
         pParent->window()->installEventFilter(this);
 }

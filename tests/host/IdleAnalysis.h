@@ -12,6 +12,7 @@ public:
     {
         return {};
     }
+    FileMetadata readMetadata(const QString & /*path*/) override { return {}; }
     RenditionPaths renditionPaths(const QString & /*path*/, qint64 /*nSize*/, qint64 /*nModifiedMsec*/) override
     {
         return {};

@@ -242,14 +242,21 @@ void InfoPanel::showRecord()
 void InfoPanel::read()
 {
     const FileRecordPtr pRecord = m_pLibrary->record(m_nFileId);
-    if (pRecord == nullptr || !isVisible())
+    if (pRecord == nullptr || !isVisible() || !m_metadataReader)
         return;
     m_pool.clear();
-    m_pool.start([this, nGeneration = m_nGeneration, path = pRecord->filePath()] {
-        const FileMetadata metadata = readFileMetadata(path);
+    m_pool.start([this, read = m_metadataReader, nGeneration = m_nGeneration, path = pRecord->filePath()] {
+        const FileMetadata metadata = read(path);
         QMetaObject::invokeMethod(
             this, [this, nGeneration, metadata] { takeMetadata(nGeneration, metadata); }, Qt::QueuedConnection);
     });
+}
+
+void InfoPanel::setMetadataReader(const MetadataReader &reader)
+{
+    m_pool.clear();
+    m_pool.waitForDone();
+    m_metadataReader = reader;
 }
 
 void InfoPanel::takeMetadata(int nGeneration, const FileMetadata &metadata)

@@ -7,6 +7,8 @@
 #include <QThreadPool>
 #include <QTimer>
 
+#include <functional>
+
 class ElidedLabel;
 class LabelEditor;
 class Library;
@@ -38,6 +40,10 @@ public:
 
     /** With more than one selected file labels go to all of them. */
     void setSelection(const QVector<qint64> &fileIds) { m_selection = fileIds; }
+
+    /** Reads what a file says of itself; called on a thread. Empty: nothing is read, and nobody reads any more. */
+    using MetadataReader = std::function<FileMetadata(const QString &path)>;
+    void setMetadataReader(const MetadataReader &reader);
 
     /** Puts the cursor into the name. */
     void editName();
@@ -94,6 +100,7 @@ private:
     qint64 m_nReadId = 0; ///< The file that m_read tells of.
     qint64 m_nReadModified = 0;
     FileMetadata m_read;
+    MetadataReader m_metadataReader;
     QVector<qint64> m_selection;
     int m_nGeneration = 0;
 };

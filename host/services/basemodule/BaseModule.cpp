@@ -148,6 +148,11 @@ void BaseModule::setThumbnailDiskBudget(qint64 nBytes)
     m_nThumbnailBudget = nBytes;
 }
 
+FileMetadata BaseModule::readMetadata(const QString &path)
+{
+    return readFileMetadata(path);
+}
+
 QImage BaseModule::readPicture(const QString &path, int nLongestSide, const std::atomic_bool &cancelled)
 {
     /** Gives up when the flag is set. */

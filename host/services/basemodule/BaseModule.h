@@ -50,6 +50,7 @@ public:
     void setThumbnailDiskBudget(qint64 nBytes) override;
     void shutdown() override;
     QImage readPicture(const QString &path, int nLongestSide, const std::atomic_bool &cancelled) override;
+    FileMetadata readMetadata(const QString &path) override;
 
     /** For tests: what is held ready. */
     DecodeAhead &decodeAhead() const { return *m_ahead; }

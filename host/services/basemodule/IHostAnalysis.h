@@ -1,5 +1,7 @@
 #pragma once
 
+#include "metadata/FileMetadata.h"
+
 #include <QImage>
 #include <QString>
 #include <QStringList>
@@ -20,7 +22,7 @@ enum class AnalysisOutcome { Done, Impossible, Cancelled };
  * What the host application asks of its own base module beyond the interface that previews know: where renditions
  * stand, and which files will be looked at next. Reached with qobject_cast from the base module's root object.
  *
- * Owner: the base module. Thread: GUI thread only, except renditionPaths and analyse.
+ * Owner: the base module. Thread: GUI thread only, except what says otherwise.
  */
 class IHostAnalysis {
 public:
@@ -57,6 +59,9 @@ public:
      * soon after the flag was set. Any thread; takes as long as a decode.
      */
     virtual QImage readPicture(const QString &path, int nLongestSide, const std::atomic_bool &cancelled) = 0;
+
+    /** What a file says of itself; empty where it says nothing. Any thread; reads the file. */
+    virtual FileMetadata readMetadata(const QString &path) = 0;
 
 protected:
     ~IHostAnalysis() = default;

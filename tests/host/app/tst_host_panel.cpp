@@ -96,6 +96,7 @@ void HostPanelTest::init()
     m_place->open();
     m_pThumbnails = std::make_unique<ThumbnailSource>();
     m_pPanel = std::make_unique<InfoPanel>(m_place->library.get(), m_pThumbnails.get(), nullptr);
+    m_pPanel->setMetadataReader(readFileMetadata);
     m_pPanel->resize(280, 900);
     m_pPanel->show();
 }
