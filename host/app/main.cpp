@@ -29,6 +29,8 @@ int main(int argc, char *argv[])
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    // Videos are drawn off screen: no window has to wait for OpenGL.
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
 #ifdef Q_OS_UNIX
     // File names are UTF-8 on today's systems also where the locale is not, as in containers and service sessions.

@@ -1,5 +1,6 @@
 #include "services/mediaplayer/playback/MpvCore.h"
 
+#include "services/mediaplayer/playback/MpvLibrary.h"
 #include "services/mediaplayer/playback/PlayerThreads.h"
 
 #include <mpv/client.h>
@@ -97,7 +98,7 @@ mpv_node textNode(const char *pText)
 MpvCore::MpvCore(PlayerThreads *pThreads, const PlayerSetup &setup, QObject *pParent)
     : QObject(pParent)
     , m_pThreads(pThreads)
-    , m_pThread(pThreads->start(setup))
+    , m_pThread(pThreads->create(setup))
 {
     connect(m_pThread, &PlayerThread::signalReady, this, &MpvCore::takeCore);
 }
@@ -106,7 +107,7 @@ MpvCore::~MpvCore()
 {
     // Returns only when no wake-up is under way in another thread.
     if (m_pCore != nullptr)
-        mpv_set_wakeup_callback(m_pCore, nullptr, nullptr);
+        MpvLibrary::get().set_wakeup_callback(m_pCore, nullptr, nullptr);
     m_pThread->disconnect(this);
     m_pThreads->end(m_pThread);
 }
@@ -125,7 +126,7 @@ void MpvCore::takeCore()
             QMetaObject::invokeMethod(
                 pCore, [pCore] { pCore->drainEvents(); }, Qt::QueuedConnection);
     };
-    mpv_set_wakeup_callback(m_pCore, wake, this);
+    MpvLibrary::get().set_wakeup_callback(m_pCore, wake, this);
     wake(this);
     Q_EMIT signalReady();
 }
@@ -134,7 +135,7 @@ void MpvCore::drainEvents()
 {
     m_bEventsWait = false;
     while (m_pCore != nullptr) {
-        const mpv_event *pEvent = mpv_wait_event(m_pCore, 0);
+        const mpv_event *pEvent = MpvLibrary::get().wait_event(m_pCore, 0);
         if (pEvent->event_id == MPV_EVENT_NONE)
             return;
         handleEvent(*pEvent);
@@ -145,14 +146,14 @@ void MpvCore::handleEvent(const mpv_event &event)
 {
     switch (event.event_id) {
     case MPV_EVENT_FILE_LOADED:
-        mpv_unobserve_property(m_pCore, kFileObserver);
+        MpvLibrary::get().unobserve_property(m_pCore, kFileObserver);
         for (const Observed &observed : kObserved)
-            mpv_observe_property(m_pCore, kFileObserver, observed.name, observed.format);
+            MpvLibrary::get().observe_property(m_pCore, kFileObserver, observed.name, observed.format);
         Q_EMIT signalFileLoaded();
         break;
     case MPV_EVENT_VIDEO_RECONFIG:
-        mpv_get_property_async(m_pCore, kPropertyReply, "dwidth", MPV_FORMAT_INT64);
-        mpv_get_property_async(m_pCore, kPropertyReply, "dheight", MPV_FORMAT_INT64);
+        MpvLibrary::get().get_property_async(m_pCore, kPropertyReply, "dwidth", MPV_FORMAT_INT64);
+        MpvLibrary::get().get_property_async(m_pCore, kPropertyReply, "dheight", MPV_FORMAT_INT64);
         break;
     case MPV_EVENT_END_FILE: {
         const auto *pEnd = static_cast<const mpv_event_end_file *>(event.data);
@@ -195,7 +196,7 @@ void MpvCore::load(const QByteArray &native, const QVector<QPair<QByteArray, QBy
     mpv_node command = {};
     command.format = MPV_FORMAT_NODE_ARRAY;
     command.u.list = &list;
-    mpv_command_node_async(m_pCore, kLoadReply, &command);
+    MpvLibrary::get().command_node_async(m_pCore, kLoadReply, &command);
 }
 
 void MpvCore::command(const QVector<QByteArray> &arguments)
@@ -206,27 +207,27 @@ void MpvCore::command(const QVector<QByteArray> &arguments)
     for (const QByteArray &argument : arguments)
         texts.append(argument.constData());
     texts.append(nullptr);
-    mpv_command_async(m_pCore, 0, texts.data());
+    MpvLibrary::get().command_async(m_pCore, 0, texts.data());
 }
 
 void MpvCore::set(const char *pName, bool bValue)
 {
     int nFlag = bValue ? 1 : 0;
     if (m_pCore != nullptr)
-        mpv_set_property_async(m_pCore, 0, pName, MPV_FORMAT_FLAG, &nFlag);
+        MpvLibrary::get().set_property_async(m_pCore, 0, pName, MPV_FORMAT_FLAG, &nFlag);
 }
 
 void MpvCore::set(const char *pName, double fValue)
 {
     if (m_pCore != nullptr)
-        mpv_set_property_async(m_pCore, 0, pName, MPV_FORMAT_DOUBLE, &fValue);
+        MpvLibrary::get().set_property_async(m_pCore, 0, pName, MPV_FORMAT_DOUBLE, &fValue);
 }
 
 void MpvCore::set(const char *pName, const QByteArray &value)
 {
     const char *pText = value.constData();
     if (m_pCore != nullptr)
-        mpv_set_property_async(m_pCore, 0, pName, MPV_FORMAT_STRING, &pText);
+        MpvLibrary::get().set_property_async(m_pCore, 0, pName, MPV_FORMAT_STRING, &pText);
 }
 
 QImage MpvCore::screenshot()
@@ -239,10 +240,10 @@ QImage MpvCore::screenshot()
     command.format = MPV_FORMAT_NODE_ARRAY;
     command.u.list = &list;
     mpv_node answer = {};
-    if (mpv_command_node(m_pCore, &command, &answer) < 0)
+    if (MpvLibrary::get().command_node(m_pCore, &command, &answer) < 0)
         return {};
     const QVariantMap map = valueOf(answer).toMap();
-    mpv_free_node_contents(&answer);
+    MpvLibrary::get().free_node_contents(&answer);
     const QByteArray data = map.value(QStringLiteral("data")).toByteArray();
     const int nWidth = map.value(QStringLiteral("w")).toInt();
     const int nHeight = map.value(QStringLiteral("h")).toInt();

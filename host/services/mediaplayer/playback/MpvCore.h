@@ -22,6 +22,8 @@ public:
     MpvCore(PlayerThreads *pThreads, const PlayerSetup &setup, QObject *pParent);
     ~MpvCore() override;
 
+    /** Makes the core, if that was not asked for before; signalReady follows. */
+    void begin() { m_pThread->begin(); }
     /** Until signalReady everything sent is dropped. */
     bool isReady() const { return m_pCore != nullptr; }
     /** There is none and never will be. */

@@ -55,6 +55,7 @@ void MpvPlayer::open(const QString &path, qint64 nStartMsec)
         return;
     }
     closeFile();
+    m_core.begin();
     m_phase = Phase::Opening;
     m_path = path;
     m_nStartMsec = qMax<qint64>(0, nStartMsec);

@@ -28,6 +28,9 @@ public:
     MpvPlayer(PlayerThreads *pThreads, const PlayerSetup &setup, QObject *pParent);
     ~MpvPlayer() override;
 
+    /** Makes the player ready while nobody waits for it; opening does so, too. */
+    void warmUp() { m_core.begin(); }
+
     /** Opens and plays. The same file once more after its end begins again without a gap. */
     void open(const QString &path, qint64 nStartMsec);
     void play();

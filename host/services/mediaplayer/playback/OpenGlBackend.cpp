@@ -1,3 +1,4 @@
+#include "services/mediaplayer/playback/MpvLibrary.h"
 #include "services/mediaplayer/playback/RenderBackend.h"
 
 #include <QOffscreenSurface>
@@ -54,7 +55,7 @@ public:
             {MPV_RENDER_PARAM_INVALID, nullptr},
         };
         mpv_render_context *pContext = nullptr;
-        return mpv_render_context_create(&pContext, pCore, parameters) == 0 ? pContext : nullptr;
+        return MpvLibrary::get().render_context_create(&pContext, pCore, parameters) == 0 ? pContext : nullptr;
     }
 
     bool draw(mpv_render_context *pContext, QImage *pImage) override
@@ -69,7 +70,7 @@ public:
             {MPV_RENDER_PARAM_OPENGL_FBO, &target},
             {MPV_RENDER_PARAM_INVALID, nullptr},
         };
-        if (!m_pTarget->isValid() || mpv_render_context_render(pContext, parameters) != 0)
+        if (!m_pTarget->isValid() || MpvLibrary::get().render_context_render(pContext, parameters) != 0)
             return false;
         QOpenGLFunctions *pGl = m_context.functions();
         m_pTarget->bind();

@@ -1,5 +1,6 @@
 #include "services/mediaplayer/playback/PlayerThread.h"
 
+#include "services/mediaplayer/playback/MpvLibrary.h"
 #include "services/mediaplayer/playback/RenderBackend.h"
 
 #include <QGuiApplication>
@@ -84,25 +85,33 @@ QImage alignedImage(const QSize &size, QImage::Format format)
 
 void PlayerThread::FreeRenderer::operator()(mpv_render_context *pContext) const
 {
-    mpv_render_context_free(pContext);
+    MpvLibrary::get().render_context_free(pContext);
 }
 
 PlayerThread::PlayerThread(const PlayerSetup &setup)
     : m_setup(setup)
 {
     setObjectName(QStringLiteral("player"));
-    // The core reads and writes numbers in texts and refuses to start where they would have commas.
-    std::setlocale(LC_NUMERIC, "C");
-    const bool bMayUseOpenGl = setup.rendering == Rendering::Automatic || setup.rendering == Rendering::OpenGl;
-    if (bMayUseOpenGl && QOpenGLContext::supportsThreadedOpenGL()) {
-        m_pSurface = std::make_unique<QOffscreenSurface>();
-        m_pSurface->create();
-    }
 }
 
 PlayerThread::~PlayerThread()
 {
     Q_ASSERT(!isRunning());
+}
+
+void PlayerThread::begin()
+{
+    if (m_bBegun)
+        return;
+    m_bBegun = true;
+    // The core reads and writes numbers in texts and refuses to start where they would have commas.
+    std::setlocale(LC_NUMERIC, "C");
+    const bool bMayUseOpenGl = m_setup.rendering == Rendering::Automatic || m_setup.rendering == Rendering::OpenGl;
+    if (bMayUseOpenGl && QOpenGLContext::supportsThreadedOpenGL()) {
+        m_pSurface = std::make_unique<QOffscreenSurface>();
+        m_pSurface->create();
+    }
+    start();
 }
 
 void PlayerThread::setFrameSize(const QSize &size)
@@ -152,7 +161,7 @@ void PlayerThread::run()
 {
     if (!makeCore() || (m_setup.rendering != Rendering::None && !makeRenderer())) {
         if (m_pCore != nullptr)
-            mpv_terminate_destroy(m_pCore);
+            MpvLibrary::get().terminate_destroy(m_pCore);
         m_pCore = nullptr;
     }
     Q_EMIT signalReady();
@@ -163,22 +172,24 @@ void PlayerThread::run()
     m_pRenderer.reset();
     m_pBackend.reset();
     if (m_pCore != nullptr)
-        mpv_terminate_destroy(m_pCore);
+        MpvLibrary::get().terminate_destroy(m_pCore);
 }
 
 bool PlayerThread::makeCore()
 {
-    m_pCore = mpv_create();
+    if (!MpvLibrary::get().isComplete())
+        return false;
+    m_pCore = MpvLibrary::get().create();
     if (m_pCore == nullptr)
         return false;
     for (const Option &option : kOptions)
-        mpv_set_option_string(m_pCore, option.name, option.value);
-    mpv_set_option_string(m_pCore, "vo", m_setup.rendering == Rendering::None ? "null" : "libmpv");
+        MpvLibrary::get().set_option_string(m_pCore, option.name, option.value);
+    MpvLibrary::get().set_option_string(m_pCore, "vo", m_setup.rendering == Rendering::None ? "null" : "libmpv");
     if (m_setup.rendering == Rendering::None)
-        mpv_set_option_string(m_pCore, "vid", "no");
+        MpvLibrary::get().set_option_string(m_pCore, "vid", "no");
     if (!m_setup.soundOutput.isEmpty())
-        mpv_set_option_string(m_pCore, "ao", m_setup.soundOutput.constData());
-    return mpv_initialize(m_pCore) == 0;
+        MpvLibrary::get().set_option_string(m_pCore, "ao", m_setup.soundOutput.constData());
+    return MpvLibrary::get().initialize(m_pCore) == 0;
 }
 
 bool PlayerThread::makeRenderer()
@@ -191,14 +202,14 @@ bool PlayerThread::makeRenderer()
     if (m_pRenderer == nullptr) {
         m_pBackend = RenderBackend::software();
         for (const Option &option : kSoftwareOptions)
-            mpv_set_option_string(m_pCore, option.name, option.value);
+            MpvLibrary::get().set_option_string(m_pCore, option.name, option.value);
         m_pRenderer.reset(m_pBackend->create(m_pCore));
     }
     m_bTurnsFrames = m_pBackend->turnsFrames();
-    mpv_set_option_string(m_pCore, "hwdec", m_bTurnsFrames ? "auto-safe" : "auto-copy-safe");
+    MpvLibrary::get().set_option_string(m_pCore, "hwdec", m_bTurnsFrames ? "auto-safe" : "auto-copy-safe");
     if (m_pRenderer == nullptr)
         return false;
-    mpv_render_context_set_update_callback(
+    MpvLibrary::get().render_context_set_update_callback(
         m_pRenderer.get(), [](void *pThis) { static_cast<PlayerThread *>(pThis)->wake(); }, this);
     return true;
 }
@@ -218,22 +229,22 @@ void PlayerThread::drawFrame(const QSize &size, bool bResized)
 {
     if (m_pRenderer == nullptr)
         return;
-    const bool bUpdate = (mpv_render_context_update(m_pRenderer.get()) & MPV_RENDER_UPDATE_FRAME) != 0;
+    const bool bUpdate = (MpvLibrary::get().render_context_update(m_pRenderer.get()) & MPV_RENDER_UPDATE_FRAME) != 0;
     if (!bUpdate && !bResized)
         return;
     mpv_render_frame_info info = {};
-    mpv_render_context_get_info(m_pRenderer.get(), {MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info});
+    MpvLibrary::get().render_context_get_info(m_pRenderer.get(), {MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info});
     const bool bNew =
         (info.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0 && (info.flags & MPV_RENDER_FRAME_INFO_REDRAW) == 0;
     if (size.isEmpty()) {
         int nSkip = 1;
         mpv_render_param parameters[] = {{MPV_RENDER_PARAM_SKIP_RENDERING, &nSkip},
                                          {MPV_RENDER_PARAM_INVALID, nullptr}};
-        mpv_render_context_render(m_pRenderer.get(), parameters);
+        MpvLibrary::get().render_context_render(m_pRenderer.get(), parameters);
     }
     QImage image = size.isEmpty() ? QImage() : takeBuffer(size);
     const bool bDrawn = !image.isNull() && m_pBackend->draw(m_pRenderer.get(), &image);
-    mpv_render_context_report_swap(m_pRenderer.get());
+    MpvLibrary::get().render_context_report_swap(m_pRenderer.get());
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         // A redraw after the file was left would show the old file once more.

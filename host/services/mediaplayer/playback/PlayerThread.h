@@ -42,6 +42,10 @@ public:
     explicit PlayerThread(const PlayerSetup &setup);
     ~PlayerThread() override;
 
+    /** Makes the core, if that was not asked for before. */
+    void begin();
+    bool hasBegun() const { return m_bBegun; }
+
     /** The core, from signalReady until quit() was called; null when it could not be made. */
     mpv_handle *core() const { return m_pCore; }
 
@@ -82,6 +86,7 @@ private:
     void wake();
 
     const PlayerSetup m_setup;
+    bool m_bBegun = false;
     std::unique_ptr<QOffscreenSurface> m_pSurface; ///< Must be made and ended in the GUI thread.
     mpv_handle *m_pCore = nullptr;
     std::unique_ptr<RenderBackend> m_pBackend;

@@ -9,7 +9,7 @@ PlayerThreads::~PlayerThreads()
     endAll();
 }
 
-PlayerThread *PlayerThreads::start(const PlayerSetup &setup)
+PlayerThread *PlayerThreads::create(const PlayerSetup &setup)
 {
     auto *pThread = new PlayerThread(setup);
     m_threads.append(pThread);
@@ -19,13 +19,16 @@ PlayerThread *PlayerThreads::start(const PlayerSetup &setup)
         pThread->wait();
         pThread->deleteLater();
     });
-    pThread->start();
     return pThread;
 }
 
 void PlayerThreads::end(PlayerThread *pThread)
 {
     pThread->quit();
+    if (pThread->hasBegun())
+        return;
+    m_threads.removeOne(pThread);
+    delete pThread;
 }
 
 void PlayerThreads::endAll()

@@ -19,8 +19,8 @@ public:
     PlayerThreads(const PlayerThreads &) = delete;
     PlayerThreads &operator=(const PlayerThreads &) = delete;
 
-    /** A running thread; stays ours. */
-    PlayerThread *start(const PlayerSetup &setup);
+    /** A thread that waits for begin(); stays ours. */
+    PlayerThread *create(const PlayerSetup &setup);
 
     /** Lets a thread end by itself; the pointer is dead afterwards. */
     void end(PlayerThread *pThread);

@@ -1,3 +1,4 @@
+#include "services/mediaplayer/playback/MpvLibrary.h"
 #include "services/mediaplayer/playback/RenderBackend.h"
 
 #include <mpv/render.h>
@@ -17,7 +18,7 @@ public:
             {MPV_RENDER_PARAM_INVALID, nullptr},
         };
         mpv_render_context *pContext = nullptr;
-        return mpv_render_context_create(&pContext, pCore, parameters) == 0 ? pContext : nullptr;
+        return MpvLibrary::get().render_context_create(&pContext, pCore, parameters) == 0 ? pContext : nullptr;
     }
 
     bool draw(mpv_render_context *pContext, QImage *pImage) override
@@ -31,7 +32,7 @@ public:
             {MPV_RENDER_PARAM_SW_STRIDE, &nStride}, {MPV_RENDER_PARAM_SW_POINTER, pImage->bits()},
             {MPV_RENDER_PARAM_INVALID, nullptr},
         };
-        return mpv_render_context_render(pContext, parameters) == 0;
+        return MpvLibrary::get().render_context_render(pContext, parameters) == 0;
     }
 
     QImage::Format format() const override { return QImage::Format_RGB32; }

@@ -37,6 +37,9 @@ void VideoArea::resizeEvent(QResizeEvent *)
 
 void VideoArea::showEvent(QShowEvent *)
 {
+    // A preview shows the place of a video well before it plays it.
+    if (m_pPlayer != nullptr)
+        m_pPlayer->warmUp();
     tellSize();
 }
 
