@@ -217,6 +217,9 @@ void HostSession::connectFullPreview()
     connect(m_pPreviews.get(), &PreviewController::signalFullPreviewLeft, pPlace, &FullPreviewPlace::leave);
     connect(m_pPreviews.get(), &PreviewController::signalFileShown, m_pWindow->infoPanel(), &InfoPanel::showFile);
     connect(m_pWindow->infoPanel(), &InfoPanel::signalNoteActivated, m_pPreviews.get(), &PreviewController::showNote);
+    connect(m_pWindow->infoPanel(), &InfoPanel::signalRenaming, m_pPreviews.get(), &PreviewController::releaseFile);
+    connect(&m_library, &Library::signalRenamed, m_pPreviews.get(),
+            [this](qint64 /*nActionId*/, qint64 nFileId) { m_pPreviews->takeFileBack(nFileId); });
     // The preview reads it when it opens the next time.
     connect(pPlace, &FullPreviewPlace::signalPanelHidden, this,
             [this](bool bHidden) { m_ini.setValue(panelHiddenKey(), bHidden); });

@@ -5,6 +5,7 @@
 #include "interfaces/data/IPreviewDataSource.h"
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
 #include "interfaces/plugin/IPreviewNotes.h"
+#include "library/FileTypes.h"
 
 #include <QWidget>
 
@@ -99,6 +100,28 @@ void PreviewController::bringToFront()
         pSurface->raise();
         pSurface->activateWindow();
     }
+}
+
+void PreviewController::releaseFile(qint64 nFileId)
+{
+    const FileRecordPtr pRecord = m_pModel->recordAt(m_pModel->rowOf(nFileId));
+    if (m_pFull == nullptr || nFileId != m_nShownId || pRecord == nullptr)
+        return;
+    const FileTypes::Kind kind = FileTypes::kindOf(pRecord->fileType());
+    if (kind != FileTypes::Kind::Video && kind != FileTypes::Kind::Sound)
+        return;
+    m_pFull->stopPreview();
+    m_nReleasedId = nFileId;
+}
+
+void PreviewController::takeFileBack(qint64 nFileId)
+{
+    const bool bShown = m_pFull != nullptr && m_nReleasedId != 0 && nFileId == m_nReleasedId && nFileId == m_nShownId;
+    m_nReleasedId = 0;
+    if (!bShown)
+        return;
+    close(nFileId);
+    openFullPreview(nFileId);
 }
 
 bool PreviewController::canClose() const

@@ -51,6 +51,11 @@ public:
     /** The same for the full preview, which whoever receives signalFullPreviewOpened must give a place. */
     bool openFullPreview(qint64 nFileId);
 
+    /** Stops a video or sound on show, whose file is about to get another name. */
+    void releaseFile(qint64 nFileId);
+    /** Opens what was stopped so again, under the name that the file has now. */
+    void takeFileBack(qint64 nFileId);
+
     /** False while the open preview asks the user to wait. */
     bool canClose() const;
 
@@ -87,5 +92,6 @@ private:
     QPointer<IPreviewDbClickWidget> m_pFull;
     QTimer m_aheadTimer;
     qint64 m_nShownId = 0;
+    qint64 m_nReleasedId = 0; ///< Stopped, because its file gets another name.
     int m_nDirection = 1;
 };

@@ -182,6 +182,7 @@ void InfoPanel::connectEdits()
 {
     connect(m_pName, &NameEdit::signalRename, this, [this](const QString &name) {
         m_pNameFault->hide();
+        Q_EMIT signalRenaming(m_nFileId);
         m_nRenameId = m_pLibrary->renameFile(m_nFileId, name);
     });
     connect(m_pNotesList, &NotesList::signalNoteActivated, this, &InfoPanel::signalNoteActivated);

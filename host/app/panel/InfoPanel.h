@@ -55,6 +55,8 @@ public:
 Q_SIGNALS:
     /** The user is done here; the keys belong to the files again. */
     void signalLeft();
+    /** The file is about to get another name: whoever plays it lets go. */
+    void signalRenaming(qint64 nFileId);
     /** The user wants the file's own picture back in place of the chosen one. */
     void signalRemoveCover(qint64 nFileId);
     /** The user wants to see this note on its picture. */

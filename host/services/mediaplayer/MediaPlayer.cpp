@@ -85,8 +85,8 @@ bool MediaPlayer::setPluginManager(IPluginManager *pManager)
 bool MediaPlayer::aboutToShutdown()
 {
     m_bEnding = true;
-    m_pCurrent = nullptr;
-    m_pSound = nullptr;
+    m_lastUsed.clear();
+    m_lastSound.clear();
     m_seats.clear();
     m_pCoverReader.reset();
     if (m_pCover != nullptr && m_pCover->scene() == nullptr)
@@ -94,6 +94,17 @@ bool MediaPlayer::aboutToShutdown()
     m_pool.waitForDone();
     m_threads.endAll();
     return true;
+}
+
+void MediaPlayer::moveToEnd(QVector<Seat *> *pSeats, Seat *pSeat)
+{
+    pSeats->removeOne(pSeat);
+    pSeats->append(pSeat);
+}
+
+bool MediaPlayer::isCurrent(const Seat *pSeat) const
+{
+    return !m_lastUsed.isEmpty() && m_lastUsed.constLast() == pSeat;
 }
 
 MediaPlayer::Seat *MediaPlayer::seatOf(QWidget *pOwner) const
@@ -104,7 +115,7 @@ MediaPlayer::Seat *MediaPlayer::seatOf(QWidget *pOwner) const
 
 MpvPlayer *MediaPlayer::current() const
 {
-    return m_pCurrent != nullptr ? m_pCurrent->pPlayer.get() : nullptr;
+    return m_lastUsed.isEmpty() ? nullptr : m_lastUsed.constLast()->pPlayer.get();
 }
 
 MediaPlayer::Seat *MediaPlayer::addSeat(QWidget *pOwner, const PlayerSetup &setup)
@@ -112,7 +123,7 @@ MediaPlayer::Seat *MediaPlayer::addSeat(QWidget *pOwner, const PlayerSetup &setu
     if (pOwner == nullptr || m_bEnding)
         return nullptr;
     if (Seat *pThere = seatOf(pOwner)) {
-        m_pCurrent = pThere;
+        moveToEnd(&m_lastUsed, pThere);
         return pThere;
     }
     auto pNew = std::make_unique<Seat>();
@@ -121,7 +132,7 @@ MediaPlayer::Seat *MediaPlayer::addSeat(QWidget *pOwner, const PlayerSetup &setu
     const MpvPlayer *pPlayer = pSeat->pPlayer.get();
     connect(pPlayer, &MpvPlayer::signalOpened, this, [this, pSeat](qint64 nMsec) { tellDuration(*pSeat, nMsec); });
     connect(pPlayer, &MpvPlayer::signalPosition, this, [this, pSeat](qint64 nMsec) {
-        if (pSeat == m_pCurrent)
+        if (isCurrent(pSeat))
             Q_EMIT m_signals.signal_currentTime(nMsec);
     });
     connect(pPlayer, &MpvPlayer::signalFailed, this,
@@ -129,7 +140,7 @@ MediaPlayer::Seat *MediaPlayer::addSeat(QWidget *pOwner, const PlayerSetup &setu
     connect(pPlayer, &MpvPlayer::signalNoSoundDevice, this, &MediaPlayer::reportNoSoundDevice);
     connect(pOwner, &QObject::destroyed, this, [this, pOwner] { detachOwner(pOwner); });
     m_seats.emplace(pOwner, std::move(pNew));
-    m_pCurrent = pSeat;
+    moveToEnd(&m_lastUsed, pSeat);
     return pSeat;
 }
 
@@ -143,10 +154,9 @@ void MediaPlayer::detachOwner(QWidget *pOwner)
     const auto found = m_seats.find(pOwner);
     if (found == m_seats.end())
         return;
-    if (m_pCurrent == found->second.get())
-        m_pCurrent = nullptr;
-    if (m_pSound == found->second.get())
-        m_pSound = nullptr;
+    // Whoever was there before has the word again, as with two previews of which the later one goes.
+    m_lastUsed.removeOne(found->second.get());
+    m_lastSound.removeOne(found->second.get());
     pOwner->disconnect(this);
     m_seats.erase(found);
 }
@@ -198,7 +208,7 @@ void MediaPlayer::attachAudioOwner(QWidget *pOwner, bool bWithWave)
     Seat *pSeat = addSeat(pOwner, setup);
     if (pSeat == nullptr)
         return;
-    m_pSound = pSeat;
+    moveToEnd(&m_lastSound, pSeat);
     if (!bWithWave || pSeat->pWaveReader != nullptr)
         return;
     pSeat->pWaveReader = std::make_unique<SoundReader>(&m_pool, nullptr);
@@ -297,7 +307,7 @@ void MediaPlayer::openIn(Seat *pSeat, const QString &path, qint64 nStartMsec)
         if (other.second.get() != pSeat && other.second->pPlayer->state() != MpvPlayer::Stopped)
             other.second->pPlayer->stop();
     }
-    m_pCurrent = pSeat;
+    moveToEnd(&m_lastUsed, pSeat);
     pSeat->pPlayer->open(path, nStartMsec);
 }
 
@@ -310,9 +320,9 @@ void MediaPlayer::openAndPlay(QWidget *pOwner, const QString &path, int nStartMs
 
 void MediaPlayer::openAudio(const QString &path)
 {
-    Seat *pSeat = m_pSound;
-    if (pSeat == nullptr || path.isEmpty())
+    if (m_lastSound.isEmpty() || path.isEmpty())
         return;
+    Seat *pSeat = m_lastSound.constLast();
     // A sound that is only repeated keeps what is shown of it.
     const bool bAgain = pSeat->pPlayer->path() == path;
     if (!bAgain && pSeat->wavePath != path)
@@ -401,7 +411,7 @@ int MediaPlayer::videoHeight()
 
 void MediaPlayer::tellDuration(const Seat &seat, qint64 nMsec)
 {
-    if (&seat != m_pCurrent)
+    if (!isCurrent(&seat))
         return;
     const bool bExactKnown = seat.nExactMsec > 0 && seat.wavePath == seat.pPlayer->path();
     const bool bGuess = bExactKnown && qAbs(seat.nExactMsec - nMsec) > kDurationErrorMsec;

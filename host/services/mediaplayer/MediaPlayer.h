@@ -88,6 +88,8 @@ private:
     /** What belongs to one owner widget. */
     struct Seat;
 
+    static void moveToEnd(QVector<Seat *> *pSeats, Seat *pSeat);
+    bool isCurrent(const Seat *pSeat) const;
     Seat *seatOf(QWidget *pOwner) const;
     MpvPlayer *current() const;
     Seat *addSeat(QWidget *pOwner, const PlayerSetup &setup);
@@ -106,8 +108,8 @@ private:
     QThreadPool m_pool;
     PlayerThreads m_threads;
     std::map<QWidget *, std::unique_ptr<Seat>> m_seats;
-    Seat *m_pCurrent = nullptr;
-    Seat *m_pSound = nullptr; ///< Attached for sound last.
+    QVector<Seat *> m_lastUsed;  ///< Attached or opened last at the end: operations without an owner mean it.
+    QVector<Seat *> m_lastSound; ///< The same of those that were attached for sound.
     QPointer<CoverItem> m_pCover;
     std::unique_ptr<SoundReader> m_pCoverReader;
     QTemporaryDir m_frames;

@@ -356,6 +356,16 @@ void TestMediaPlayer::ownersComeAndGo()
     }
     QCOMPARE(stage.service->state(), kStopped);
     stage.service->attachOwner(&stage.owner);
+    {
+        // A later owner has the word while it is there, for sounds as well.
+        QWidget later;
+        stage.service->openAndPlay(&stage.owner, mediaSample("plain.mp4"), 0);
+        stage.service->attachAudioOwner(&later, false);
+        QCOMPARE(stage.service->state(), kStopped);
+    }
+    QCOMPARE(stage.service->state(), kPlaying);
+    stage.service->pause();
+    QCOMPARE(stage.service->state(), int(ITsMediaPlayerPlugin::Paused));
     stage.service->openAndPlay(&stage.owner, mediaSample("plain.mp4"), 0);
     stage.service->detachOwner(&stage.owner);
     stage.service->stop(&stage.owner);

@@ -252,6 +252,13 @@ void TestMediaSound::coverIsTheFilesOwn()
         return color.red() > 220 && color.green() < 40 && color.blue() < 40;
     };
     QTRY_VERIFY(isRed());
+    // What a preview leaves there is shown instead, as long as it is there.
+    QPixmap left(360, 360);
+    left.fill(Qt::blue);
+    stage.service->audioItem()->setData(ITsMediaPlayerPlugin::CoverPicture, left);
+    QCOMPARE(shot(&scene).pixelColor(150, 120), QColor(Qt::blue));
+    stage.service->audioItem()->setData(ITsMediaPlayerPlugin::CoverPicture, QVariant());
+    QVERIFY(isRed());
     // One without a cover does not keep the last one's.
     stage.service->openAudio(mediaSample("tone.wav"));
     QCOMPARE(shot(&scene).pixel(150, 120), drawn);

@@ -1,5 +1,6 @@
 #include "services/mediaplayer/audio/CoverItem.h"
 
+#include "interfaces/services/ITsMediaPlayerPlugin.h"
 #include "theme/TSSkinSetting.h"
 
 #include <QFont>
@@ -91,6 +92,12 @@ void CoverItem::setDefaultPicture(const QString &suffix)
 
 void CoverItem::setSquare(const QImage &square)
 {
+    m_disc = discOf(square);
+    update();
+}
+
+QPixmap CoverItem::discOf(const QImage &square)
+{
     const int nPixels = square.width();
     QImage disc(nPixels, nPixels, QImage::Format_ARGB32_Premultiplied);
     disc.fill(Qt::transparent);
@@ -105,8 +112,7 @@ void CoverItem::setSquare(const QImage &square)
     painter.setPen(QPen(QColor(255, 255, 255, 60), nPixels / 90.0));
     painter.drawEllipse(circle.adjusted(1, 1, -1, -1));
     painter.end();
-    m_disc = QPixmap::fromImage(disc);
-    update();
+    return QPixmap::fromImage(disc);
 }
 
 void CoverItem::step(bool bPlaying)
@@ -133,6 +139,20 @@ QRectF CoverItem::boundingRect() const
 
 void CoverItem::paint(QPainter *pPainter, const QStyleOptionGraphicsItem *, QWidget *)
 {
+    const QPixmap &disc = discFromOutside();
     pPainter->setRenderHint(QPainter::SmoothPixmapTransform);
-    pPainter->drawPixmap(boundingRect(), m_disc, QRectF(m_disc.rect()));
+    pPainter->drawPixmap(boundingRect(), disc, QRectF(disc.rect()));
+}
+
+const QPixmap &CoverItem::discFromOutside()
+{
+    const QPixmap picture = data(ITsMediaPlayerPlugin::CoverPicture).value<QPixmap>();
+    if (picture.isNull())
+        return m_disc;
+    // Cut out once for each picture, not for each step of its turning.
+    if (picture.cacheKey() != m_nOutsideKey) {
+        m_nOutsideKey = picture.cacheKey();
+        m_outsideDisc = discOf(squareOf(picture.toImage(), qMin(picture.width(), picture.height())));
+    }
+    return m_outsideDisc;
 }

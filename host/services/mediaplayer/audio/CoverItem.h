@@ -6,7 +6,8 @@
 
 /**
  * The cover of the sound that plays, as a round picture that turns. It is stepped from outside, so that nothing runs
- * while nothing turns, and turns by the time that passed, so that a late step is not seen.
+ * while nothing turns, and turns by the time that passed, so that a late step is not seen. A picture that a preview
+ * left in its data is shown in place of its own.
  *
  * Owner: the scene it is placed in. Thread: GUI thread only.
  */
@@ -38,8 +39,12 @@ public:
 
 private:
     void setSquare(const QImage &square);
+    static QPixmap discOf(const QImage &square);
+    const QPixmap &discFromOutside();
 
     QPixmap m_disc;
+    QPixmap m_outsideDisc; ///< Of the picture that a preview left in the item's data.
+    qint64 m_nOutsideKey = 0;
     QElapsedTimer m_sinceStep;
     double m_fSpeed = 0.0; ///< Of full speed: it starts and ends gently.
 };
