@@ -75,6 +75,7 @@ private Q_SLOTS:
     void brokenPictureIsReleased();
     void otherModes();
     void layouts();
+    void levelsComeWithThePicture();
     void turnedUpright();
     void oneDecodeAtATime();
     void clearWaitsForTheDecode();
@@ -177,6 +178,25 @@ void tst_loader::otherModes()
 }
 
 /** Every layout in every width, and with bytes to spare at the end of each row. */
+void tst_loader::levelsComeWithThePicture()
+{
+    FakePicture large;
+    large.size = QSize(2100, 1100);
+    host().decoder.setPicture(Source, large);
+    const auto pLoad = QSharedPointer<PictureLoad>::create();
+    PreviewResourceThread task(1);
+    int nLevels = -1;
+    const auto count = [&nLevels, pLoad] { nLevels = pLoad->levels.size(); };
+    connect(&task, &PreviewResourceThread::signal_imageReadEnd, this, count, Qt::DirectConnection);
+    task.setAutoDelete(false);
+    task.setMode(LoadImageMode);
+    task.setPaths(Source, Large, Thumb);
+    task.setLoad(pLoad);
+    task.run();
+    QCOMPARE(nLevels, 2); // there before the picture is announced
+    QCOMPARE(pLoad->levels.at(1).size(), QSize(525, 275));
+}
+
 void tst_loader::layouts()
 {
     for (const int nLayout : {1, 2, 3, 4, 6}) {

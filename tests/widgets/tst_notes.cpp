@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QTextEdit>
 
+#include <functional>
+
 namespace {
 
 constexpr quint32 Orange = 0x0064FA;
@@ -62,6 +64,7 @@ private Q_SLOTS:
     void fallbackPictures();
     void placeholderTakesNoNotes();
     void showsTheNoteAskedFor();
+    void paintsOnce();
 
 protected:
     void init() override
@@ -790,6 +793,24 @@ void tst_notes::showsTheNoteAskedFor()
     m_pWidget->slot_EditBtnClicked();
     data()->noteStore()->requestShow(2, 7);
     QVERIFY(!overlay()->isVisible());
+}
+
+void tst_notes::paintsOnce()
+{
+    for (int i = 0; i < 50; ++i)
+        m_stored[1].append(makeNote(QRect(i * 20, i * 15, 60, 40)));
+    comment();
+    QTest::qWait(200);
+    const auto paintsOf = [this](const std::function<void()> &change) {
+        PaintCounter paints(overlay());
+        change();
+        QTest::qWait(200); // the refresh after it changes nothing, and paints nothing
+        return paints.count;
+    };
+    QCOMPARE(paintsOf([this] { turnWheel(overlay(), QPoint(300, 300)); }), 1);
+    QCOMPARE(paintsOf([this] { m_pWidget->slot_HorizonalRotateBtnClicked(); }), 1);
+    QCOMPARE(paintsOf([this] { drag(QPoint(400, 60), QPoint(420, 90), Qt::MiddleButton); }), 1);
+    QCOMPARE(paintsOf([] {}), 0);
 }
 
 BIGIMGPREVIEW_TEST_MAIN(tst_notes)

@@ -67,6 +67,7 @@ class HostActionsTest : public LoggedTest {
 
 private Q_SLOTS:
     void exportsWhatItIs();
+    void reportsHonestlyAndSeldom();
     void countsUpTakenNames();
     void answersForFaultyTargets_data();
     void answersForFaultyTargets();
@@ -111,6 +112,32 @@ void HostActionsTest::exportsWhatItIs()
         QCOMPARE(ActionStage::content(stage.target() + QLatin1Char('/') + name), QByteArray(200000, 'x'));
         QCOMPARE(ActionStage::namesIn(stage.library->unfinishedFolder()), QStringList());
     }
+}
+
+void HostActionsTest::reportsHonestlyAndSeldom()
+{
+    constexpr int k_nMostInASecond = 20;
+    ActionStage stage;
+    for (int i = 0; i < 3000; ++i)
+        stage.write(QStringLiteral("%1.jpg").arg(i));
+    QVERIFY(stage.open());
+    const auto pAction = stage.source->exportAction();
+    QVector<qint64> times;
+    QVector<double> percents;
+    QElapsedTimer clock;
+    clock.start();
+    connect(pAction.data(), &IExportAction::signalExportProgress, this, [&](qint64, double fPercent, int, int) {
+        times.append(clock.elapsed());
+        percents.append(fPercent);
+    });
+    QSignalSpy results(pAction.data(), &IExportAction::signalExportResult);
+    QVERIFY(pAction->requestExport(stage.target(), stage.allIds(), false) > 0);
+    QTRY_COMPARE_WITH_TIMEOUT(results.count(), 1, 60000);
+    QVERIFY(!times.isEmpty());
+    for (int i = k_nMostInASecond; i < times.size(); ++i)
+        QVERIFY(times.at(i) - times.at(i - k_nMostInASecond) >= 1000);
+    QVERIFY(std::is_sorted(percents.cbegin(), percents.cend()));
+    QVERIFY(percents.last() <= 100.0);
 }
 
 void HostActionsTest::countsUpTakenNames()
