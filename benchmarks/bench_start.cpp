@@ -43,8 +43,8 @@ bool isIndexed(const QString &library)
 bool isPictureOnScreen()
 {
     QScreen *pScreen = QGuiApplication::primaryScreen();
-    // Without a window manager the first preview stands in the upper left corner.
-    const QColor color = pScreen->grabWindow(0, 600, 400, 1, 1).toImage().pixelColor(0, 0);
+    const QPoint middle = pScreen->geometry().center();
+    const QColor color = pScreen->grabWindow(0, middle.x(), middle.y(), 1, 1).toImage().pixelColor(0, 0);
     return qAbs(color.red() - PictureColor.red()) < 12 && qAbs(color.green() - PictureColor.green()) < 12 &&
            qAbs(color.blue() - PictureColor.blue()) < 12;
 }

@@ -2,6 +2,7 @@
 
 #include "actions/HostDataSource.h"
 #include "actions/PackArchive.h"
+#include "app/FilesMenu.h"
 #include "app/FolderTree.h"
 #include "app/MainWindow.h"
 #include "app/StatusLine.h"
@@ -50,6 +51,7 @@ FileDeeds::FileDeeds(Library *pLibrary, HostDataSource *pDataSource, MainWindow 
     FolderTree *pFolders = pWindow->folderTree();
     pFolders->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(pFolders, &QWidget::customContextMenuRequested, this, &FileDeeds::showFolderMenu);
+    new FilesMenu(pLibrary, pDataSource, pWindow, this);
     connect(pWindow->infoPanel(), &InfoPanel::signalRemoveCover, this, &FileDeeds::removeCover);
     connect(pDataSource->runner(), &ActionRunner::signalProblem, pWindow->statusLine(), &StatusLine::addProblem);
 }

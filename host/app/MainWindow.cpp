@@ -21,6 +21,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QPainter>
+#include <QScreen>
 #include <QSettings>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -199,12 +200,15 @@ void MainWindow::addShortcuts()
     add(QKeySequence(QKeySequence::Open), false, [this] { chooseFolder(); });
     add(QKeySequence(QKeySequence::Find), false, [this] { m_pTools->search(); });
     add(QKeySequence(Qt::ALT + Qt::Key_Return), false, [this] { togglePanel(); });
-    add(QKeySequence(Qt::Key_F2), false, [this] {
-        m_pFullPlace->setPanelWanted(true);
-        m_pTools->setPanelShown(true);
-        m_pPanel->editName();
-    });
+    add(QKeySequence(Qt::Key_F2), false, [this] { renameFile(); });
     add(QKeySequence(QKeySequence::Quit), true, [this] { close(); });
+}
+
+void MainWindow::renameFile()
+{
+    m_pFullPlace->setPanelWanted(true);
+    m_pTools->setPanelShown(true);
+    m_pPanel->editName();
 }
 
 void MainWindow::focusFiles()
@@ -357,12 +361,20 @@ void MainWindow::saveState(QSettings *pIni) const
 void MainWindow::restoreState(QSettings *pIni)
 {
     const QByteArray geometry = pIni->value(geometryKey()).toByteArray();
-    if (!geometry.isEmpty())
-        restoreGeometry(geometry);
+    if (geometry.isEmpty() || !restoreGeometry(geometry))
+        standInTheMiddle();
     m_pSplitter->restoreState(pIni->value(columnsKey()).toByteArray());
     m_pFullPlace->setPanelWanted(pIni->value(panelKey(), true).toBool());
     m_pTools->setPanelShown(m_pFullPlace->isPanelWanted());
     m_pTools->setOrder(pIni->value(orderKey()).toString());
+}
+
+void MainWindow::standInTheMiddle()
+{
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    QRect place(QPoint(), size().boundedTo(screen.size()));
+    place.moveCenter(screen.center());
+    setGeometry(place);
 }
 
 void MainWindow::toggleMaximized()

@@ -50,6 +50,9 @@ public:
 
     void toggleMaximized();
 
+    /** Puts the cursor into the current file's name in the panel. */
+    void renameFile();
+
 Q_SIGNALS:
     void signalQuickPreview(qint64 nFileId);
     void signalOpenFile(qint64 nFileId);
@@ -63,6 +66,7 @@ protected:
     void paintEvent(QPaintEvent *pEvent) override;
 
 private:
+    void standInTheMiddle();
     QWidget *buildFilesPage();
     void buildLayout();
     void connectLibrary();

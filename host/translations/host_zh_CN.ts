@@ -175,6 +175,73 @@ Missing</source>
     </message>
 </context>
 <context>
+    <name>FilesMenu</name>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Move to Recycle Bin</source>
+        <translation>移到回收站</translation>
+    </message>
+    <message>
+        <source>Remove from Library</source>
+        <translation>从资源库中移除</translation>
+    </message>
+    <message>
+        <source>Quick Preview</source>
+        <translation>快速预览</translation>
+    </message>
+    <message>
+        <source>Full Preview</source>
+        <translation>完整预览</translation>
+    </message>
+    <message>
+        <source>Open with Default App</source>
+        <translation>用默认程序打开</translation>
+    </message>
+    <message>
+        <source>Open Folder</source>
+        <translation>打开所在文件夹</translation>
+    </message>
+    <message>
+        <source>Copy Path</source>
+        <translation>复制路径</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>重命名</translation>
+    </message>
+    <message>
+        <source>Export to Folder…</source>
+        <translation>导出到文件夹…</translation>
+    </message>
+    <message>
+        <source>Export as Library Pack…</source>
+        <translation>导出为资源库包…</translation>
+    </message>
+    <message>
+        <source>No program opens %1.</source>
+        <translation>没有程序可以打开 %1。</translation>
+    </message>
+    <message>
+        <source>Export as Library Pack</source>
+        <translation>导出为资源库包</translation>
+    </message>
+    <message>
+        <source>Export to Folder</source>
+        <translation>导出到文件夹</translation>
+    </message>
+    <message>
+        <source>Library packs</source>
+        <translation>资源库包</translation>
+    </message>
+    <message>
+        <source>Exporting… %1%</source>
+        <translation>正在导出… %1%</translation>
+    </message>
+</context>
+<context>
     <name>FolderExport</name>
     <message>
         <source>The folder %1 went away</source>

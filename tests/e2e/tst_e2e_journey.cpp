@@ -10,9 +10,14 @@
 #include "app/panel/InfoPanel.h"
 
 #include <QAbstractButton>
+#include <QClipboard>
+#include <QDir>
 #include <QGraphicsItem>
 #include <QGraphicsView>
+#include <QMimeData>
 #include <QScrollBar>
+#include <QTemporaryDir>
+#include <QUrl>
 
 using namespace OpenPreview;
 
@@ -43,6 +48,7 @@ private Q_SLOTS:
     void turnsAndFlips();
     void showsEverySample();
     void isIdle();
+    void actsFromTheGrid();
     void cleanupTestCase();
 
 private:
@@ -226,6 +232,25 @@ void JourneyTest::isIdle()
     QVERIFY(m_pHost->returnToGrid());
     QTRY_VERIFY2_WITH_TIMEOUT(isQuiet(), qPrintable(idleness.text()), 3 * PatienceMsec);
     qInfo("idle: %s", qPrintable(idleness.text()));
+}
+
+void JourneyTest::actsFromTheGrid()
+{
+    QTemporaryDir folder;
+    const QDir files(folder.filePath(QStringLiteral("files")));
+    QVERIFY(files.mkpath(QStringLiteral(".")));
+    for (const char *pName : {"a.png", "b.png"})
+        QVERIFY(
+            QFile::copy(QStringLiteral(SAMPLES_DIR "/pictures/landscape.png"), files.filePath(QLatin1String(pName))));
+    QVERIFY(m_pHost->showFolder(files.path()));
+    QVERIFY(m_pHost->select(QStringLiteral("a.png")));
+    QTest::keyClick(m_pHost->session().window()->windowHandle(), Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->mimeData()->urls(),
+             QList<QUrl>{QUrl::fromLocalFile(files.filePath(QStringLiteral("a.png")))});
+    key(Qt::Key_Delete);
+    QTRY_VERIFY(!files.exists(QStringLiteral("a.png")));
+    QTRY_COMPARE(m_pHost->fileCount(), 1);
+    QCOMPARE(m_pHost->nameAt(0), QStringLiteral("b.png"));
 }
 
 void JourneyTest::cleanupTestCase()
