@@ -27,12 +27,15 @@ void BasePreviewWidget::mouseDoubleClickEvent(QMouseEvent *pEvent)
         Q_EMIT signal_PreviewWidgetDoubleClicked();
 }
 
-void BasePreviewWidget::connectRecycleKeys(const std::function<void()> &call)
+void BasePreviewWidget::connectRecycleKeys(const std::function<void()> &call, bool bHostKey)
 {
-    connect(m_shortcut, &QShortcut::activated, this, call);
-    // Where the host's key is the delete key already, a second one would make both ambiguous.
-    if (m_shortcut->key() == QKeySequence(Qt::Key_Delete))
-        return;
+    m_shortcut->setEnabled(bHostKey);
+    if (bHostKey) {
+        connect(m_shortcut, &QShortcut::activated, this, call);
+        // Where the host's key is the delete key already, a second one would make both ambiguous.
+        if (m_shortcut->key() == QKeySequence(Qt::Key_Delete))
+            return;
+    }
     auto *pDelete = new QShortcut(QKeySequence(Qt::Key_Delete), this);
     pDelete->setAutoRepeat(false);
     connect(pDelete, &QShortcut::activated, this, call);

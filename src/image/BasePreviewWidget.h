@@ -30,8 +30,8 @@ Q_SIGNALS:
 protected:
     void mouseDoubleClickEvent(QMouseEvent *pEvent) override;
 
-    /** Calls on the host's key for the recycle bin, and on the delete key. */
-    void connectRecycleKeys(const std::function<void()> &call);
+    /** Calls on the delete key, and, where it is wanted, on the host's key for the recycle bin. */
+    void connectRecycleKeys(const std::function<void()> &call, bool bHostKey = true);
 
     QShortcut *m_shortcut = nullptr;
     QString m_filePath;

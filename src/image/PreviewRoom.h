@@ -15,6 +15,10 @@ public:
     /** Forgets the file. */
     void clearPreview();
 
+Q_SIGNALS:
+    /** The file has a new preview picture. */
+    void signal_previewPictureChanged();
+
 protected:
     /** False while the page shows the file itself. */
     void setPlaceholderShown(bool bShown);

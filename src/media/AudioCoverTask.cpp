@@ -50,7 +50,7 @@ QImage AudioCoverTask::coverOf(const QImage &picture)
 QImage AudioCoverTask::readPicture(const QString &path) const
 {
     if (isSvg(path))
-        return renderSvg(path, m_labelSize);
+        return renderSvg(path, QSize(CoverSide, CoverSide));
     // Formats that can are spared most of what would be thrown away.
     const QSize size = TsQtUtils::pictureSize(path);
     if (qMin(size.width(), size.height()) <= 2 * CoverSide)
@@ -61,15 +61,20 @@ QImage AudioCoverTask::readPicture(const QString &path) const
 void AudioCoverTask::run()
 {
     QImage picture;
+    QImage label;
     for (const QString &path : qAsConst(m_paths)) {
         picture = readPicture(path);
-        if (!picture.isNull())
-            break;
+        if (picture.isNull())
+            continue;
+        // Lines are drawn for each size: they would blur.
+        if (isSvg(path))
+            label = renderSvg(path, m_labelSize);
+        break;
     }
     if (picture.isNull())
         picture = m_picture;
     if (picture.isNull())
         Q_EMIT signal_audioCoverReady({}, {});
     else
-        Q_EMIT signal_audioCoverReady(coverOf(picture), middleOf(picture, m_labelSize));
+        Q_EMIT signal_audioCoverReady(coverOf(picture), label.isNull() ? middleOf(picture, m_labelSize) : label);
 }

@@ -80,7 +80,7 @@ void AudioPlayerControlWidget::connectPlayer()
     if (!m_pPlayer)
         return;
     m_pPlayer->attachAudioOwner(this, true);
-    m_pPlayer.connectTimes(this, SLOT(slot_setAudioTotalTime(qint64)), SLOT(slot_updateWave(qint64)));
+    m_bTellsTimes = m_pPlayer.connectTimes(this, SLOT(slot_setAudioTotalTime(qint64)), SLOT(slot_updateWave(qint64)));
     m_pWave = m_pPlayer->waveWidget(this);
     if (m_pWave)
         connect(m_pWave, SIGNAL(signal_seekPlay(qint64)), this, SLOT(slot_seekPlay(qint64)));
@@ -223,11 +223,10 @@ void AudioPlayerControlWidget::stopAudio()
 
 void AudioPlayerControlWidget::setPlayStatus(int nStatus)
 {
-    // What is to be quiet is not to begin a moment later.
-    if (nStatus == ITsMediaPlayerPlugin::Stopped || nStatus == ITsMediaPlayerPlugin::Paused)
-        m_pStartTimer->stop();
     const bool bPlaying = m_pPlayer.state() == ITsMediaPlayerPlugin::Playing;
     if (nStatus == ITsMediaPlayerPlugin::Stopped) {
+        // What was stopped does not begin a moment later.
+        m_pStartTimer->stop();
         if (m_pAnimationTimer != nullptr)
             m_pAnimationTimer->stop();
         if (m_pTimer != nullptr)
@@ -244,11 +243,6 @@ void AudioPlayerControlWidget::setPlayStatus(int nStatus)
 int AudioPlayerControlWidget::volume() const
 {
     return m_pSound->volume();
-}
-
-bool AudioPlayerControlWidget::isVolumeChanged() const
-{
-    return m_pSound->isChanged();
 }
 
 void AudioPlayerControlWidget::setPlayLook(bool bPlaying)
@@ -319,7 +313,8 @@ void AudioPlayerControlWidget::open()
         m_wavePath = m_path;
         m_pPlayer->setWaveSource(this, m_path, m_pWave->width());
     }
-    m_pPlayer->openAudio(m_path);
+    if (m_pPlayer)
+        m_pPlayer->openAudio(m_path);
     if (!m_pPlayer)
         return;
     m_pPlayer->setVolume(float(m_nVolume) / FullVolume);
@@ -367,8 +362,8 @@ void AudioPlayerControlWidget::slot_timerout()
     setPlayLook(false);
     if (m_pPlayer)
         m_pPlayer->setWavePosition(this, -1);
-    if (!m_bHeardOf)
-        Q_EMIT signal_playFailed();
+    if (m_bTellsTimes && !m_bHeardOf && m_onFailure)
+        m_onFailure();
     if (m_bLoop && !m_pStartTimer->isActive())
         m_pStartTimer->start();
 }

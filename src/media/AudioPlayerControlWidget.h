@@ -7,6 +7,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <functional>
+
 class ElidedLabel;
 class MediaButton;
 class QBoxLayout;
@@ -46,14 +48,12 @@ public:
     void setPlayStatus(int nStatus);
     /** Percent. */
     int volume() const;
-    /** The user changed it since it was set. */
-    bool isVolumeChanged() const;
     void setPlayLook(bool bPlaying);
+    /** Is called when the player stopped without a word of the file it was given. */
+    void setFailureHandler(const std::function<void()> &handler) { m_onFailure = handler; }
 
 Q_SIGNALS:
     void signal_animationUpdate(int nState);
-    /** The player stopped without a word of the file it was given. */
-    void signal_playFailed();
 
 public Q_SLOTS:
     void slot_setAudioTotalTime(qint64 nMSec);
@@ -94,10 +94,12 @@ private:
     qint64 m_nPosition = 0;
     QString m_totalText;
     QString m_path;
-    QString m_wavePath;      ///< The file whose waveform the player was asked for.
-    QString m_coverPath;     ///< The file shown in the cover label.
-    int m_nCoverTurn = 0;    ///< Tells the picture that is waited for from those before it.
-    bool m_bHeardOf = false; ///< The player told a time of the file it opened.
+    QString m_wavePath;         ///< The file whose waveform the player was asked for.
+    QString m_coverPath;        ///< The file shown in the cover label.
+    int m_nCoverTurn = 0;       ///< Tells the picture that is waited for from those before it.
+    bool m_bTellsTimes = false; ///< The player has told, or will tell, the times of what it plays.
+    bool m_bHeardOf = false;    ///< It told a time of the file it opened.
+    std::function<void()> m_onFailure;
     SoundControl *m_pSound = nullptr;
     QTimer *m_pStartTimer;
     QTimer *m_pTimer = nullptr;

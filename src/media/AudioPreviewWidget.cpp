@@ -30,26 +30,25 @@ AudioPreviewWidget::AudioPreviewWidget(QWidget *pParent)
     , m_pLayout(new QVBoxLayout(this))
     , m_pView(new TSLargePreviewView(this))
     , m_pScene(new TSDBGraphicsScene(this))
-    , m_pControl(new AudioPlayerControlWidget(true))
     , m_pLoadTimer(new QTimer(this))
 {
     m_pLayout->setMargin(0);
     m_pLayout->setSpacing(0);
     m_pLayout->addWidget(m_pView, 1);
-    m_pLayout->addWidget(m_pControl);
     createView();
-    m_pView->setVisible(bool(m_pPlayer));
-    m_pControl->setVisible(bool(m_pPlayer));
-    setPlaceholderShown(!m_pPlayer);
+    m_pControl = new AudioPlayerControlWidget(true);
+    m_pLayout->addWidget(m_pControl);
+    m_pControl->setFailureHandler([this] { tellFailure(); });
+    m_pPlayer.onGone(this, [this] { showPlayerThere(); });
+    showPlayerThere();
     takeSharedVolume();
     m_pLoadTimer->setSingleShot(true);
     m_pLoadTimer->setInterval(LoadDelay);
     connect(m_pLoadTimer, &QTimer::timeout, this, &AudioPreviewWidget::loadCover);
     connect(m_pControl, &AudioPlayerControlWidget::signal_animationUpdate, this,
             &AudioPreviewWidget::slot_animationRotate);
-    connect(m_pControl, &AudioPlayerControlWidget::signal_playFailed, this, &AudioPreviewWidget::tellFailure);
     createFileActions();
-    connectRecycleKeys([this] { slot_removeToRecycle(); });
+    connectRecycleKeys([this] { slot_removeToRecycle(); }, PluginInnerData::instance()->isShortcutEnabled());
 }
 
 AudioPreviewWidget::~AudioPreviewWidget()
@@ -84,7 +83,7 @@ void AudioPreviewWidget::createFileActions()
     hooks.refresh = [this] {
         PluginInnerData::instance()->reloadCurrentTags();
         loadCover();
-        Q_EMIT signal_audio_preview_update();
+        Q_EMIT signal_previewPictureChanged();
     };
     m_pFileActions = new FileActionController(FileActionType::audio(), hooks, this);
 }
@@ -107,6 +106,13 @@ void AudioPreviewWidget::playAudio(const QString &path)
     m_pLoadTimer->start();
 }
 
+void AudioPreviewWidget::showPlayerThere()
+{
+    m_pView->setVisible(bool(m_pPlayer));
+    m_pControl->setVisible(bool(m_pPlayer));
+    setPlaceholderShown(!m_pPlayer);
+}
+
 void AudioPreviewWidget::takeSharedVolume()
 {
     m_pControl->setVolumePercent(PluginInnerData::instance()->audioVolume());
@@ -117,10 +123,7 @@ void AudioPreviewWidget::stopPreview()
     m_pLoadTimer->stop();
     ++m_nLoad;
     m_pControl->stopAudio();
-    // Left alone here, it may have been changed in another surface meanwhile.
-    if (m_pControl->isVolumeChanged())
-        PluginInnerData::instance()->setAudioVolume(m_pControl->volume());
-    takeSharedVolume();
+    PluginInnerData::instance()->setAudioVolume(m_pControl->volume());
 }
 
 void AudioPreviewWidget::loadCover()

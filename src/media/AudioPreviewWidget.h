@@ -31,10 +31,6 @@ public:
     /** Releases the file, and keeps the volume for the next one. */
     void stopPreview();
 
-Q_SIGNALS:
-    /** The file has a new preview picture. */
-    void signal_audio_preview_update();
-
 public Q_SLOTS:
     void slot_animationRotate(int nValue);
     void slot_defaultOpen();
@@ -57,6 +53,7 @@ protected:
 private:
     void createView();
     void createFileActions();
+    void showPlayerThere();
     void takeSharedVolume();
     void layOutView();
     void loadCover();
@@ -66,7 +63,7 @@ private:
     QVBoxLayout *m_pLayout;
     TSLargePreviewView *m_pView;
     TSDBGraphicsScene *m_pScene;
-    AudioPlayerControlWidget *m_pControl;
+    AudioPlayerControlWidget *m_pControl = nullptr;
     MediaPlayer m_pPlayer;
     QGraphicsItem *m_pItem = nullptr; ///< The scene's, as long as it has it.
     QTimer *m_pLoadTimer;

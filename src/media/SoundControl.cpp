@@ -6,12 +6,17 @@
 #include <QCursor>
 #include <QEvent>
 
+namespace {
+
+constexpr int UsualVolume = 50;
+
+} // namespace
+
 SoundControl::SoundControl(MediaButton *pButton, QWidget *pBar)
     : QObject(pBar)
     , m_pButton(pButton)
     , m_pBar(pBar)
     , m_pWindow(new SoundControlWin(pBar))
-    , m_nGivenVolume(m_pWindow->soundValue())
 {
     m_pWindow->hide();
     m_pButton->setAttribute(Qt::WA_Hover);
@@ -33,8 +38,10 @@ int SoundControl::volume() const
 
 void SoundControl::showVolume(int nPercent)
 {
+    // Silence that somebody else chose must have a way back here as well.
+    if (nPercent == 0 && m_nSavedVolume == 0)
+        m_nSavedVolume = volume() != 0 ? volume() : UsualVolume;
     m_pWindow->showSoundValue(nPercent);
-    m_nGivenVolume = volume();
     showAudible(nPercent != 0);
 }
 

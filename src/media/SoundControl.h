@@ -24,8 +24,6 @@ public:
     int volume() const;
     /** Shows a volume that somebody else has set. */
     void showVolume(int nPercent);
-    /** The user changed it since it was shown. */
-    bool isChanged() const { return volume() != m_nGivenVolume; }
     /** Shows whether there is anything to be heard. */
     void showAudible(bool bAudible);
     /** Silence, or what was heard before it. */
@@ -48,5 +46,4 @@ private:
     SoundControlWin *m_pWindow;
     bool m_bMuted = false;
     int m_nSavedVolume = 0;
-    int m_nGivenVolume;
 };

@@ -32,7 +32,6 @@ TSembedVideoWidget::TSembedVideoWidget(QWidget *pParent)
 {
     connect(m_pPlayer, &VideoPlayerWidget::signal_sizeAdaptToVideoFrame, this,
             &TSembedVideoWidget::slot_setSizeByVideoFrameSize);
-    connect(m_pPlayer, &VideoPlayerWidget::signal_playFailed, this, &TSembedVideoWidget::signal_playFailed);
     m_pPlayer->move(FirstPosition, FirstPosition);
     m_pPlayer->resize(m_idleSize);
 }
@@ -57,6 +56,12 @@ QString TSembedVideoWidget::captureCurrentFrame()
 {
     m_pPlayer->slot_VideoSliderPressed();
     return m_pPlayer->currentFrame();
+}
+
+void TSembedVideoWidget::setHandlers(const std::function<void()> &onFailure, const std::function<void()> &onPlayerGone)
+{
+    m_pPlayer->setFailureHandler(onFailure);
+    m_pPlayer->setPlayerGoneHandler(onPlayerGone);
 }
 
 bool TSembedVideoWidget::hasPlayer() const

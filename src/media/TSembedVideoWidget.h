@@ -4,6 +4,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <functional>
+
 class VideoPlayerControlWidget;
 class VideoPlayerWidget;
 
@@ -25,6 +27,8 @@ public:
     /** Pauses, and gives the path of a picture of the frame on screen; empty when there is none. */
     QString captureCurrentFrame();
     bool hasPlayer() const;
+    /** What to do when a file does not play, and when there is no player any more. */
+    void setHandlers(const std::function<void()> &onFailure, const std::function<void()> &onPlayerGone);
     void stopPlay();
 
     void resetToIdle();
@@ -32,9 +36,6 @@ public:
     void fitToContainer();
     /** The room has another size. */
     void refit();
-
-Q_SIGNALS:
-    void signal_playFailed();
 
 public Q_SLOTS:
     void slot_setSizeByVideoFrameSize();

@@ -1,5 +1,11 @@
 #include "media/TimeLabel.h"
 
+namespace {
+
+constexpr int LongestMinutes = 2;
+
+} // namespace
+
 TimeLabel::TimeLabel(int nWidth, QWidget *pParent)
     : QLabel(pParent)
     , m_nWidth(nWidth)
@@ -11,6 +17,8 @@ TimeLabel::TimeLabel(int nWidth, QWidget *pParent)
 void TimeLabel::showTime(const QString &text)
 {
     setText(text);
+    // Of what follows the time only blanks can be cut off.
+    const bool bLong = text.indexOf(QLatin1Char(':')) > LongestMinutes;
     ensurePolished();
-    setFixedWidth(qMax(m_nWidth, fontMetrics().horizontalAdvance(text)));
+    setFixedWidth(bLong ? qMax(m_nWidth, fontMetrics().horizontalAdvance(text)) : m_nWidth);
 }

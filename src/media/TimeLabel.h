@@ -2,7 +2,8 @@
 
 #include <QLabel>
 
-/** A time in a media bar: as wide as it is told, so that nothing beside it moves, and wider only for hours. */
+/** A time in a media bar: as wide as it is told, so that nothing beside it moves, and wider only for more than 99
+ * minutes. */
 class TimeLabel : public QLabel {
     Q_OBJECT
 

@@ -115,11 +115,6 @@ int VideoPlayerControlWidget::volume() const
     return m_pSound->volume();
 }
 
-bool VideoPlayerControlWidget::isVolumeChanged() const
-{
-    return m_pSound->isChanged();
-}
-
 void VideoPlayerControlWidget::showVolume(int nPercent)
 {
     m_pSound->showVolume(nPercent);

@@ -26,8 +26,6 @@ public:
     void requestStop();
     /** Percent. */
     int volume() const;
-    /** The user changed it since it was shown. */
-    bool isVolumeChanged() const;
     /** Shows a volume that is set already. */
     void showVolume(int nPercent);
 

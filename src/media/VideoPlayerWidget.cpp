@@ -50,7 +50,8 @@ VideoPlayerWidget::VideoPlayerWidget(const QString &name, const QString &filePat
     m_pStartTimer->setInterval(StartDelay);
     connect(m_pStartTimer, &QTimer::timeout, this, &VideoPlayerWidget::slot_delayStartPlayer);
     if (m_pPlayer) {
-        m_pPlayer.connectTimes(this, SLOT(slot_TotalTimeChanged(qint64)), SLOT(slot_currentTimeChanged(qint64)));
+        m_bTellsTimes =
+            m_pPlayer.connectTimes(this, SLOT(slot_TotalTimeChanged(qint64)), SLOT(slot_currentTimeChanged(qint64)));
         m_pPlayer->attachOwner(this);
     }
     layOut();
@@ -151,7 +152,7 @@ void VideoPlayerWidget::slot_delayStartPlayer()
         return;
     switch (m_pPlayer.state()) {
     case ITsMediaPlayerPlugin::Paused:
-        m_pPlayer->play();
+        goOn();
         break;
     case ITsMediaPlayerPlugin::Stopped:
         if (!m_strFilePath.isEmpty())
@@ -177,12 +178,25 @@ void VideoPlayerWidget::open()
 {
     m_bHeardOf = false;
     m_pPlayer->openAndPlay(this, m_strFilePath, m_nStartPos);
+    watchForEnd();
+    showPlayLook(true);
+}
+
+void VideoPlayerWidget::goOn()
+{
+    m_pPlayer->play();
+    // A player that was sought back from its end comes to it once more.
+    if (m_pTimer != nullptr && !m_pTimer->isActive())
+        watchForEnd();
+}
+
+void VideoPlayerWidget::watchForEnd()
+{
     if (m_pTimer == nullptr) {
         m_pTimer = new QTimer(this);
         connect(m_pTimer, &QTimer::timeout, this, &VideoPlayerWidget::slot_timerout);
     }
     m_pTimer->start(PollInterval);
-    showPlayLook(true);
 }
 
 void VideoPlayerWidget::stopPlay()
@@ -208,8 +222,8 @@ void VideoPlayerWidget::slot_timerout()
             m_pControlWidget->slot_stopPlay();
         if (m_pTimer != nullptr)
             m_pTimer->stop();
-        if (!m_bHeardOf)
-            Q_EMIT signal_playFailed();
+        if (m_bTellsTimes && !m_bHeardOf && m_onFailure)
+            m_onFailure();
     }
     if (m_bReplay && m_pPlayer.state() == ITsMediaPlayerPlugin::Stopped)
         startPlay();
@@ -221,11 +235,13 @@ void VideoPlayerWidget::slot_pauseOrPlay()
         return;
     switch (m_pPlayer.state()) {
     case ITsMediaPlayerPlugin::Stopped:
-        startPlay();
+        // A second click does not put off what the first one began.
+        if (!m_pStartTimer->isActive())
+            startPlay();
         showPlayLook(true);
         break;
     case ITsMediaPlayerPlugin::Paused:
-        m_pPlayer->play();
+        goOn();
         showPlayLook(true);
         break;
     case ITsMediaPlayerPlugin::Playing:
@@ -241,15 +257,15 @@ void VideoPlayerWidget::slot_setPlayerToTheStatus(int nStatus)
 {
     if (!m_pPlayer || nStatus < ITsMediaPlayerPlugin::Stopped || nStatus > ITsMediaPlayerPlugin::Playing)
         return;
-    // What is to be quiet is not to begin a moment later.
-    if (nStatus != ITsMediaPlayerPlugin::Playing)
+    if (nStatus == ITsMediaPlayerPlugin::Stopped) {
+        // What was stopped does not begin a moment later.
         m_pStartTimer->stop();
-    if (nStatus == ITsMediaPlayerPlugin::Stopped)
         m_pPlayer->stop(this);
-    else if (nStatus == ITsMediaPlayerPlugin::Paused)
+    } else if (nStatus == ITsMediaPlayerPlugin::Paused) {
         m_pPlayer->pause();
-    else
-        m_pPlayer->play();
+    } else {
+        goOn();
+    }
     showPlayLook(nStatus == ITsMediaPlayerPlugin::Playing);
 }
 
@@ -360,6 +376,8 @@ void VideoPlayerWidget::setViewRect(const QRectF &rect)
 
 void VideoPlayerWidget::viewMousePress(const QPointF &point)
 {
+    if (m_rectView.width() <= 0.0)
+        return;
     const QPoint position(int(point.x() - m_rectView.x()), int(point.y() - m_rectView.y()));
     const auto isStrictlyInside = [&position](const QRect &rect) {
         return position.x() > rect.x() && position.x() < rect.x() + rect.width() && position.y() > rect.y() &&

@@ -8,6 +8,8 @@
 #include <QSizeF>
 #include <QString>
 
+#include <functional>
+
 class MediaButton;
 class QSlider;
 class QTimer;
@@ -39,6 +41,10 @@ public:
     /** Back to the beginning; the player may forget the last frame. */
     void resetToIdle();
     bool hasPlayer() const { return bool(m_pPlayer); }
+    /** Is called when the player stopped without a word of the file it was given. */
+    void setFailureHandler(const std::function<void()> &handler) { m_onFailure = handler; }
+    /** Is called when the host takes its player away. */
+    void setPlayerGoneHandler(const std::function<void()> &handler) { m_pPlayer.onGone(this, handler); }
 
     void startPlay() override;
     void stopPlay() override;
@@ -49,8 +55,6 @@ public:
 Q_SIGNALS:
     /** The surface has the shape of a new frame. */
     void signal_sizeAdaptToVideoFrame();
-    /** The player stopped without a word of the file it was given. */
-    void signal_playFailed();
 
 public Q_SLOTS:
     void slot_TotalTimeChanged(qint64 nmSec);
@@ -70,6 +74,8 @@ public Q_SLOTS:
 private:
     void layOut();
     void open();
+    void goOn();
+    void watchForEnd();
     void showPlayLook(bool bPlaying);
     void showMuted();
     void takeFrameSize();
@@ -82,7 +88,9 @@ private:
     QString m_strFilePath;
     qint64 m_nStartTime = 0;
     bool m_bStarted = false;
-    bool m_bHeardOf = false; ///< The player told a time of the file it opened.
+    bool m_bTellsTimes = false; ///< The player has told, or will tell, the times of what it plays.
+    bool m_bHeardOf = false;    ///< It told a time of the file it opened.
+    std::function<void()> m_onFailure;
     QPointer<VideoPlayerControlWidget> m_pControlWidget;
     MediaButton *m_pMuteBtn;
     QTimer *m_pStartTimer; ///< A new start takes the place of one that is still to come.

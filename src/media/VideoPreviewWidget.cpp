@@ -40,14 +40,13 @@ VideoPreviewWidget::VideoPreviewWidget(QWidget *pParent)
     m_pAdaptBtn->raise();
     m_pNormalBtn->raise();
     m_pVideo->setControlWidget(m_pControl);
-    m_pVideo->setVisible(m_pVideo->hasPlayer());
-    setPlaceholderShown(!m_pVideo->hasPlayer());
+    m_pVideo->setHandlers([this] { tellFailure(); }, [this] { showPlayerThere(); });
+    showPlayerThere();
     takeSharedVolume();
     connect(m_pAdaptBtn, &QPushButton::clicked, this, &VideoPreviewWidget::slot_AdaptBtnClicked);
     connect(m_pNormalBtn, &QPushButton::clicked, this, &VideoPreviewWidget::slot_NormalBtnClicked);
-    connect(m_pVideo, &TSembedVideoWidget::signal_playFailed, this, &VideoPreviewWidget::tellFailure);
     createFileActions();
-    connectRecycleKeys([this] { slot_removeToRecycle(); });
+    connectRecycleKeys([this] { slot_removeToRecycle(); }, PluginInnerData::instance()->isShortcutEnabled());
 }
 
 CircleBtn *VideoPreviewWidget::createButton(const QString &iconName, const QString &toolTip)
@@ -74,7 +73,7 @@ void VideoPreviewWidget::createFileActions()
     };
     hooks.refresh = [this] {
         PluginInnerData::instance()->reloadCurrentTags();
-        Q_EMIT signal_video_preview_update();
+        Q_EMIT signal_previewPictureChanged();
     };
     m_pFileActions = new FileActionController(FileActionType::video(), hooks, this);
 }
@@ -97,6 +96,12 @@ bool VideoPreviewWidget::hasPlayer() const
     return m_pVideo->hasPlayer();
 }
 
+void VideoPreviewWidget::showPlayerThere()
+{
+    m_pVideo->setVisible(m_pVideo->hasPlayer());
+    setPlaceholderShown(!m_pVideo->hasPlayer());
+}
+
 void VideoPreviewWidget::takeSharedVolume()
 {
     m_pControl->showVolume(PluginInnerData::instance()->videoVolume());
@@ -105,10 +110,7 @@ void VideoPreviewWidget::takeSharedVolume()
 void VideoPreviewWidget::stopPreview()
 {
     m_pControl->requestStop();
-    // Left alone here, it may have been changed in another surface meanwhile.
-    if (m_pControl->isVolumeChanged())
-        PluginInnerData::instance()->setVideoVolume(m_pControl->volume());
-    takeSharedVolume();
+    PluginInnerData::instance()->setVideoVolume(m_pControl->volume());
 }
 
 void VideoPreviewWidget::resetPreview()

@@ -29,10 +29,6 @@ public:
     void setToolsVisible(bool bVisible);
     bool hasPlayer() const;
 
-Q_SIGNALS:
-    /** The file has a new preview picture. */
-    void signal_video_preview_update();
-
 public Q_SLOTS:
     void slot_AdaptBtnClicked();
     void slot_NormalBtnClicked();
@@ -55,6 +51,7 @@ protected:
 private:
     CircleBtn *createButton(const QString &iconName, const QString &toolTip);
     void createFileActions();
+    void showPlayerThere();
     void takeSharedVolume();
     void tellFailure();
 

@@ -89,6 +89,11 @@ QSharedPointer<QObject> PluginInnerData::dataCenter()
     return m_pDataCenter;
 }
 
+bool PluginInnerData::isShortcutEnabled() const
+{
+    return m_pShortcutSetting != nullptr && m_pShortcutSetting->isShortcutEnabled();
+}
+
 QString PluginInnerData::shortcutText(int nShortcutId) const
 {
     return m_pShortcutSetting != nullptr ? m_pShortcutSetting->shortcut(nShortcutId).keySequence : QString();

@@ -59,6 +59,7 @@ public:
     IPluginManager *pluginManager() const { return m_pPluginManager; }
     IMainWindowHandle *mainWindowHandle() const { return m_pMainWindowHandle; }
     IShortcutSetting *shortcutSetting() const { return m_pShortcutSetting; }
+    bool isShortcutEnabled() const;
     ISettingsObject *settingsObject() const { return m_pSettingsObject; }
     QSharedPointer<IPreviewDataSource> dataSource() const { return m_pDataSource; }
     QSharedPointer<ITSCacheManager> cacheManager();

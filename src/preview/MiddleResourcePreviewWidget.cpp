@@ -70,8 +70,8 @@ void MiddleResourcePreviewWidget::connectPages()
     connect(m_pImgWidget, &ImgPreviewWidget::signal_quit, this, &Hub::leaveByQuit);
     // The picture, or the record behind it, is new: so may be what the strip shows of it.
     connect(m_pImgWidget, &ImgPreviewWidget::signal_img_preview_update, this, &Hub::siganl_updateLeftList);
-    connect(m_pVideoWidget, &VideoPreviewWidget::signal_video_preview_update, this, &Hub::siganl_updateLeftList);
-    connect(m_pAudioWidget, &AudioPreviewWidget::signal_audio_preview_update, this, &Hub::siganl_updateLeftList);
+    connect(m_pVideoWidget, &PreviewRoom::signal_previewPictureChanged, this, &Hub::siganl_updateLeftList);
+    connect(m_pAudioWidget, &PreviewRoom::signal_previewPictureChanged, this, &Hub::siganl_updateLeftList);
     const BasePreviewWidget *const pages[] = {m_pImgWidget, m_pVideoWidget, m_pAudioWidget, m_pPptWidget};
     for (const BasePreviewWidget *pPage : pages) {
         connect(pPage, &BasePreviewWidget::signal_PreviewWidgetDoubleClicked, this,
@@ -130,8 +130,7 @@ void MiddleResourcePreviewWidget::createShortcuts(QWidget *pOwner)
     }
 
     const PluginInnerData *pData = PluginInnerData::instance();
-    const IShortcutSetting *pSetting = pData->shortcutSetting();
-    if (pSetting == nullptr || !pSetting->isShortcutEnabled())
+    if (!pData->isShortcutEnabled())
         return;
     struct UserKey {
         int nShortcutId;

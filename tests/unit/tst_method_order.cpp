@@ -75,27 +75,27 @@ void tst_method_order::methodOrder_data()
                           "SlotVolumClick()");
     QTest::newRow("video") << &VideoPlayerWidget::staticMetaObject
                            << QStringLiteral(
-                                  "signal_sizeAdaptToVideoFrame() signal_playFailed() slot_TotalTimeChanged(qlonglong) "
+                                  "signal_sizeAdaptToVideoFrame() slot_TotalTimeChanged(qlonglong) "
                                   "slot_currentTimeChanged(qlonglong) slot_delayStartPlayer() slot_seekPlayPos(int) "
                                   "slot_pauseOrPlay() slot_setPlayerToTheStatus(int) slot_receivedStopSignal() "
                                   "slot_setVolume(float) slot_setPlayRecycle(bool) slot_timerout() "
                                   "slot_muteBtnClicked() slot_VideoSliderPressed() slot_VideoSliderReleased()");
     QTest::newRow("video page") << &VideoPreviewWidget::staticMetaObject
                                 << QStringLiteral(
-                                       "signal_video_preview_update() slot_AdaptBtnClicked() slot_NormalBtnClicked() "
+                                       "slot_AdaptBtnClicked() slot_NormalBtnClicked() "
                                        "slot_defaultOpen() slot_checkFilePath() slot_exportToPackage() "
                                        "slot_exportToComputer() slot_copyFile() slot_copyFilePath() slot_copyTag() "
                                        "slot_pasteTag() slot_setCurFramToCover() slot_deleteComplete() "
                                        "slot_removeToRecycle()");
     QTest::newRow("audio") << &AudioPlayerControlWidget::staticMetaObject
                            << QStringLiteral(
-                                  "signal_animationUpdate(int) signal_playFailed() slot_setAudioTotalTime(qlonglong) "
+                                  "signal_animationUpdate(int) slot_setAudioTotalTime(qlonglong) "
                                   "slot_seekPlay(qlonglong) SlotSoundChange(int) slot_delayStartPlayer() "
                                   "slot_updateWave(qlonglong) slot_pauseOrPlay() SlotVolumClick() "
                                   "slot_cycleBtnClicked() slot_timerout() slot_animationTimerout()");
     QTest::newRow("audio page")
         << &AudioPreviewWidget::staticMetaObject
-        << QStringLiteral("signal_audio_preview_update() slot_animationRotate(int) slot_defaultOpen() "
+        << QStringLiteral("slot_animationRotate(int) slot_defaultOpen() "
                           "slot_checkFilePath() slot_exportToPackage() slot_exportToComputer() slot_copyFile() "
                           "slot_copyFilePath() slot_copyTag() slot_pasteTag() slot_setCover() "
                           "slot_deleteComplete() slot_removeToRecycle()");

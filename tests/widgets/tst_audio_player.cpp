@@ -191,7 +191,6 @@ void tst_audio_player::volumes()
     m_page->stopPreview();
     QVERIFY(data()->audioVolume() == 20 && data()->videoVolume() == 50);
     data()->setAudioVolume(0); // in another surface
-    m_page->stopPreview();
     m_page->playAudio(QStringLiteral("/b.mp3"));
     m_pControl->slot_delayStartPlayer();
     QCOMPARE(player().takeCalls(QStringLiteral("volume")), QStringLiteral("volume 0.00"));
