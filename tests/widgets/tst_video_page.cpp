@@ -4,6 +4,7 @@
 #include "common/TSCustomMenu.h"
 #include "media/AudioPreviewWidget.h"
 #include "media/SoundControlWin.h"
+#include "media/VideoPlayerControlWidget.h"
 #include "media/VideoPlayerWidget.h"
 #include "media/VideoPreviewWidget.h"
 #include "preview/MiddleResourcePreviewWidget.h"
