@@ -39,11 +39,29 @@ private:
     std::unique_ptr<LogCapture> m_log;
 };
 
+#if defined(__SANITIZE_THREAD__)
+void noteDelivery(); ///< That what was posted is there before it is delivered.
+
+/** Delivers the events of all threads. */
+class TestApplication : public QApplication {
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject *pReceiver, QEvent *pEvent) override
+    {
+        noteDelivery();
+        return QApplication::notify(pReceiver, pEvent);
+    }
+};
+#else
+using TestApplication = QApplication;
+#endif
+
 /** The main function of a test program with one test class. */
 template <class Test>
 int runTest(int argc, char **argv)
 {
-    QApplication application(argc, argv);
+    TestApplication application(argc, argv);
     QStandardPaths::setTestModeEnabled(true);
     QApplication::setQuitOnLastWindowClosed(false);
     Test test;

@@ -86,6 +86,11 @@ std::mutex Watched::s_mutex;
 std::map<QRunnable *, Watched *> Watched::s_waiting;
 } // namespace
 
+void noteDelivery()
+{
+    __tsan_acquire(&queuedSignals);
+}
+
 void QMutex::lock() noexcept
 {
     static const auto next = original<void (*)(QMutex *)>("_ZN6QMutex4lockEv");

@@ -83,6 +83,12 @@ QImage alignedImage(const QSize &size, QImage::Format format)
 
 } // namespace
 
+struct PlayerThread::Drawing {
+    std::unique_ptr<RenderBackend> pBackend;
+    std::unique_ptr<mpv_render_context, FreeRenderer> pRenderer; ///< Goes before what it draws with.
+    QVector<QImage> buffers;                                     ///< Those that nobody else holds are drawn into again.
+};
+
 void PlayerThread::FreeRenderer::operator()(mpv_render_context *pContext) const
 {
     MpvLibrary::get().render_context_free(pContext);
@@ -159,6 +165,8 @@ void PlayerThread::wake()
 
 void PlayerThread::run()
 {
+    Drawing drawing;
+    m_pDrawing = &drawing;
     if (!makeCore() || (m_setup.rendering != Rendering::None && !makeRenderer())) {
         if (m_pCore != nullptr)
             MpvLibrary::get().terminate_destroy(m_pCore);
@@ -169,8 +177,8 @@ void PlayerThread::run()
     bool bResized = false;
     while (waitForWork(&size, &bResized))
         drawFrame(size, bResized);
-    m_pRenderer.reset();
-    m_pBackend.reset();
+    m_pDrawing->pRenderer.reset();
+    m_pDrawing->pBackend.reset();
     if (m_pCore != nullptr)
         MpvLibrary::get().terminate_destroy(m_pCore);
 }
@@ -195,22 +203,22 @@ bool PlayerThread::makeCore()
 bool PlayerThread::makeRenderer()
 {
     if (m_pSurface != nullptr) {
-        m_pBackend = RenderBackend::openGl(m_pSurface.get(), m_setup.rendering == Rendering::OpenGl);
-        if (m_pBackend != nullptr)
-            m_pRenderer.reset(m_pBackend->create(m_pCore));
+        m_pDrawing->pBackend = RenderBackend::openGl(m_pSurface.get(), m_setup.rendering == Rendering::OpenGl);
+        if (m_pDrawing->pBackend != nullptr)
+            m_pDrawing->pRenderer.reset(m_pDrawing->pBackend->create(m_pCore));
     }
-    if (m_pRenderer == nullptr) {
-        m_pBackend = RenderBackend::software();
+    if (m_pDrawing->pRenderer == nullptr) {
+        m_pDrawing->pBackend = RenderBackend::software();
         for (const Option &option : kSoftwareOptions)
             MpvLibrary::get().set_option_string(m_pCore, option.name, option.value);
-        m_pRenderer.reset(m_pBackend->create(m_pCore));
+        m_pDrawing->pRenderer.reset(m_pDrawing->pBackend->create(m_pCore));
     }
-    m_bTurnsFrames = m_pBackend->turnsFrames();
+    m_bTurnsFrames = m_pDrawing->pBackend->turnsFrames();
     MpvLibrary::get().set_option_string(m_pCore, "hwdec", m_bTurnsFrames ? "auto-safe" : "auto-copy-safe");
-    if (m_pRenderer == nullptr)
+    if (m_pDrawing->pRenderer == nullptr)
         return false;
     MpvLibrary::get().render_context_set_update_callback(
-        m_pRenderer.get(), [](void *pThis) { static_cast<PlayerThread *>(pThis)->wake(); }, this);
+        m_pDrawing->pRenderer.get(), [](void *pThis) { static_cast<PlayerThread *>(pThis)->wake(); }, this);
     return true;
 }
 
@@ -227,24 +235,25 @@ bool PlayerThread::waitForWork(QSize *pSize, bool *pResized)
 
 void PlayerThread::drawFrame(const QSize &size, bool bResized)
 {
-    if (m_pRenderer == nullptr)
+    if (m_pDrawing->pRenderer == nullptr)
         return;
-    const bool bUpdate = (MpvLibrary::get().render_context_update(m_pRenderer.get()) & MPV_RENDER_UPDATE_FRAME) != 0;
+    const bool bUpdate =
+        (MpvLibrary::get().render_context_update(m_pDrawing->pRenderer.get()) & MPV_RENDER_UPDATE_FRAME) != 0;
     if (!bUpdate && !bResized)
         return;
     mpv_render_frame_info info = {};
-    MpvLibrary::get().render_context_get_info(m_pRenderer.get(), {MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info});
+    MpvLibrary::get().render_context_get_info(m_pDrawing->pRenderer.get(), {MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info});
     const bool bNew =
         (info.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0 && (info.flags & MPV_RENDER_FRAME_INFO_REDRAW) == 0;
     if (size.isEmpty()) {
         int nSkip = 1;
         mpv_render_param parameters[] = {{MPV_RENDER_PARAM_SKIP_RENDERING, &nSkip},
                                          {MPV_RENDER_PARAM_INVALID, nullptr}};
-        MpvLibrary::get().render_context_render(m_pRenderer.get(), parameters);
+        MpvLibrary::get().render_context_render(m_pDrawing->pRenderer.get(), parameters);
     }
     QImage image = size.isEmpty() ? QImage() : takeBuffer(size);
-    const bool bDrawn = !image.isNull() && m_pBackend->draw(m_pRenderer.get(), &image);
-    MpvLibrary::get().render_context_report_swap(m_pRenderer.get());
+    const bool bDrawn = !image.isNull() && m_pDrawing->pBackend->draw(m_pDrawing->pRenderer.get(), &image);
+    MpvLibrary::get().render_context_report_swap(m_pDrawing->pRenderer.get());
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         // A redraw after the file was left would show the old file once more.
@@ -255,19 +264,19 @@ void PlayerThread::drawFrame(const QSize &size, bool bResized)
             return;
         m_frame = image;
     }
-    m_buffers.append(image);
+    m_pDrawing->buffers.append(image);
     Q_EMIT signalFrame();
 }
 
 QImage PlayerThread::takeBuffer(const QSize &size)
 {
-    for (int i = m_buffers.size() - 1; i >= 0; --i) {
+    for (int i = m_pDrawing->buffers.size() - 1; i >= 0; --i) {
         // Held by nobody else, so that drawing into it changes no picture that somebody looks at.
-        if (!m_buffers.at(i).isDetached())
+        if (!m_pDrawing->buffers.at(i).isDetached())
             continue;
-        const QImage buffer = m_buffers.takeAt(i);
+        const QImage buffer = m_pDrawing->buffers.takeAt(i);
         if (buffer.size() == size)
             return buffer;
     }
-    return alignedImage(size, m_pBackend->format());
+    return alignedImage(size, m_pDrawing->pBackend->format());
 }

@@ -77,6 +77,8 @@ private:
     struct FreeRenderer {
         void operator()(mpv_render_context *pContext) const;
     };
+    /** What only this thread touches. */
+    struct Drawing;
 
     bool makeCore();
     bool makeRenderer();
@@ -89,9 +91,7 @@ private:
     bool m_bBegun = false;
     std::unique_ptr<QOffscreenSurface> m_pSurface; ///< Must be made and ended in the GUI thread.
     mpv_handle *m_pCore = nullptr;
-    std::unique_ptr<RenderBackend> m_pBackend;
-    std::unique_ptr<mpv_render_context, FreeRenderer> m_pRenderer;
-    QVector<QImage> m_buffers; ///< Those that nobody else holds are drawn into again.
+    Drawing *m_pDrawing = nullptr; ///< Of run(), as long as it runs.
     bool m_bTurnsFrames = false;
 
     mutable std::mutex m_mutex; ///< Guards what follows.
