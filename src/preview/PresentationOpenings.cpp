@@ -19,9 +19,29 @@ PresentationOpenings::PresentationOpenings(QObject *pParent)
 PresentationOpenings::~PresentationOpenings()
 {
     closeAll();
-    // Nobody will hear of their ends; what an opening leaves behind, its task closes.
-    for (auto it = m_loads.cbegin(); it != m_loads.cend(); ++it)
-        PluginInnerData::instance()->endPendingPresentation(it.key());
+    PluginInnerData *pData = PluginInnerData::instance();
+    QHash<qint64, QWeakPointer<PictureLoad>> left;
+    for (auto it = m_loads.cbegin(); it != m_loads.cend(); ++it) {
+        pData->endPendingPresentation(it.key());
+        left.insert(it.key(), it.value());
+    }
+    if (left.isEmpty())
+        return;
+    // Nobody will hear of their ends, but they are to end. What they leave open, their tasks close.
+    auto *pTimer = new QTimer(pData);
+    connect(pTimer, &QTimer::timeout, pTimer, [pTimer, pData, left] {
+        bool bAny = false;
+        for (auto it = left.cbegin(); it != left.cend(); ++it) {
+            const bool bLoads = !it.value().isNull();
+            bAny = bAny || bLoads;
+            // The same document may be another surface's by now.
+            if (bLoads && !pData->hasRenderEntry(it.key()) && !pData->isPresentationPending(it.key()))
+                pData->dropRenderEntry(it.key());
+        }
+        if (!bAny)
+            pTimer->deleteLater();
+    });
+    pTimer->start(CancelInterval);
 }
 
 PreviewResourceThread *PresentationOpenings::begin(qint64 nFileId, const QString &path)
