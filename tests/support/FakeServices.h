@@ -76,7 +76,7 @@ public:
 
     /** The largest side that pages are rendered with, whatever is asked for. */
     void setLargestSide(int nPixels);
-    static QColor pageColor(int nPage) { return QColor::fromHsv((nPage * 47) % 360, 90, 230).toRgb(); }
+    static QColor pageColor(int nPage) { return QColor::fromHsv((nPage * 47) % 360, 90, 230).rgb(); }
 
     QSet<qint64> openDocuments() const;
     /** Ids of the documents whose opening began, in order. */
