@@ -26,9 +26,19 @@ CoverTask::CoverTask(const QString &path, bool bSquare)
 {
 }
 
+CoverTask::CoverTask(const QImage &picture)
+    : m_picture(picture)
+{
+}
+
 void CoverTask::run()
 {
     QString path = m_path;
+    if (!m_picture.isNull()) {
+        path = TsQtUtils::makeTempPicturePath(QStringLiteral(".png"));
+        if (!path.isEmpty() && !m_picture.save(path, "png"))
+            path.clear();
+    }
     if (m_bSquare && QFileInfo::exists(path))
         path = squarePicture(path);
     int nWidth = 0;

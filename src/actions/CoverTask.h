@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QObject>
 #include <QRunnable>
 #include <QString>
@@ -14,6 +15,8 @@ class CoverTask : public QObject, public QRunnable {
 
 public:
     CoverTask(const QString &path, bool bSquare);
+    /** A picture that is on the screen: it is put into a temporary file first. */
+    explicit CoverTask(const QImage &picture);
 
     void run() override;
 
@@ -23,5 +26,6 @@ Q_SIGNALS:
 
 private:
     QString m_path;
-    bool m_bSquare;
+    QImage m_picture;
+    bool m_bSquare = false;
 };

@@ -262,12 +262,18 @@ void FileActionController::chooseCover()
     const QString path = FileChooser::openFile(m_pWidget, text(QT_TRANSLATE_NOOP("ImgPreviewWidget", "Choose a photo")),
                                                documentsFolder(), QStringLiteral("Images (*.png *.webp *.jpg *.jpeg)"));
     if (pThis && !path.isEmpty())
-        addCoverJob({target, path, true});
+        addCoverJob({target, path, true, {}});
 }
 
 void FileActionController::setCover(const QString &picturePath)
 {
-    addCoverJob({currentTarget(), picturePath, false});
+    addCoverJob({currentTarget(), picturePath, false, {}});
+}
+
+void FileActionController::setCover(const QImage &picture)
+{
+    if (!picture.isNull())
+        addCoverJob({currentTarget(), {}, false, picture});
 }
 
 void FileActionController::addCoverJob(const CoverJob &job)
@@ -281,7 +287,7 @@ void FileActionController::addCoverJob(const CoverJob &job)
 void FileActionController::startCoverJob()
 {
     const CoverJob &job = m_coverJobs.head();
-    auto *pTask = new CoverTask(job.path, job.bSquare);
+    auto *pTask = job.picture.isNull() ? new CoverTask(job.path, job.bSquare) : new CoverTask(job.picture);
     connect(pTask, &CoverTask::signal_coverReady, this, [this](const QString &path) {
         const QPointer<FileActionController> pThis(this);
         // It stays in the queue while the host's code runs, which may come back with the next one.

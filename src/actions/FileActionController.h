@@ -4,6 +4,7 @@
 #include "interfaces/data/IPreviewDataSource.h"
 #include "interfaces/data/IResponseInfo.h"
 
+#include <QImage>
 #include <QObject>
 #include <QPointer>
 #include <QQueue>
@@ -54,6 +55,8 @@ public:
     void chooseCover();
     /** Makes the picture in this file the preview picture of the current file. */
     void setCover(const QString &picturePath);
+    /** The same with a picture that is on the screen. */
+    void setCover(const QImage &picture);
 
 private:
     enum Kind { ExportKind, RemoveKind, RecycleKind, CoverKind, KindCount };
@@ -68,6 +71,7 @@ private:
         Target target;
         QString path;
         bool bSquare = false;
+        QImage picture; ///< Instead of the path.
     };
 
     static Target currentTarget();

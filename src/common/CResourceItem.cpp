@@ -47,8 +47,10 @@ CResourceItem::CResourceItem(const QPixmap *pPicture, QSize size)
 {
     Q_UNUSED(size)
     setFlag(QGraphicsItem::ItemUsesExtendedStyleOption);
-    if (pPicture != nullptr)
+    if (pPicture != nullptr) {
         m_picture = *pPicture;
+        m_size = m_picture.size();
+    }
 }
 
 CResourceItem::~CResourceItem() = default;
@@ -61,11 +63,25 @@ double CResourceItem::setPicture(const QPixmap &picture, const QVector<QImage> &
     m_picture = picture;
     m_levels = levels;
     m_fPixelRatio = fPixelRatio;
+    m_size = picture.size() / fPixelRatio;
+    m_density = QSizeF(fPixelRatio, fPixelRatio);
     m_originalSize = QSize();
     m_filePath = path;
     resetPose();
     update();
     return ZoomModel::fitToWindowTarget(viewSize, pictureSize()).value_or(1.0) * nLoadFactor;
+}
+
+void CResourceItem::replacePixels(const QPixmap &picture, const QVector<QImage> &levels)
+{
+    if (m_size.isEmpty() || picture.isNull())
+        return;
+    m_picture = picture;
+    m_levels = levels;
+    // Not one ratio: a rendition's sides are rounded, and at 800 % that would be seen as a jump.
+    m_density = QSizeF(double(picture.width()) / m_size.width(), double(picture.height()) / m_size.height());
+    m_fPixelRatio = m_density.width();
+    update();
 }
 
 void CResourceItem::setDrawMode(int nDrawMode)
@@ -143,11 +159,6 @@ void CResourceItem::applyPose()
         m_uprightBuffer = QImage();
         m_turnedBuffer = QImage();
     }
-}
-
-QSize CResourceItem::pictureSize() const
-{
-    return m_picture.size() / m_fPixelRatio;
 }
 
 QTransform CResourceItem::fromPicturePixels() const
@@ -237,23 +248,23 @@ void CResourceItem::paintLevel(QPainter *pPainter, const QRectF &exposed, const 
     QImage whole;
     const QImage &image = levelImage(nLevel, &whole);
     // Pixels of the level for each unit of the item.
-    const double fDensity = m_fPixelRatio / (1 << nLevel);
+    const double fAcross = m_density.width() / (1 << nLevel);
+    const double fDown = m_density.height() / (1 << nLevel);
 
     // Only the visible pixels are drawn, from an image that begins where they do: far from its origin the rasterizer
     // leaves its fast path, and further out it overflows. Whole pixels with a margin, so that filtering at the edges
     // sees the same neighbours as the whole picture would.
     const QRectF part = exposed.translated(-bounds.topLeft());
-    const QRect source =
-        QRectF(part.x() * fDensity, part.y() * fDensity, part.width() * fDensity, part.height() * fDensity)
-            .toAlignedRect()
-            .adjusted(-2, -2, 2, 2)
-            .intersected(image.rect());
+    const QRect source = QRectF(part.x() * fAcross, part.y() * fDown, part.width() * fAcross, part.height() * fDown)
+                             .toAlignedRect()
+                             .adjusted(-2, -2, 2, 2)
+                             .intersected(image.rect());
     if (source.isEmpty())
         return;
     const QImage visible(image.constScanLine(source.y()) + qsizetype(source.x()) * image.depth() / 8, source.width(),
                          source.height(), image.bytesPerLine(), image.format());
-    const QRectF target(bounds.x() + source.x() / fDensity, bounds.y() + source.y() / fDensity,
-                        source.width() / fDensity, source.height() / fDensity);
+    const QRectF target(bounds.x() + source.x() / fAcross, bounds.y() + source.y() / fDown, source.width() / fAcross,
+                        source.height() / fDown);
     pPainter->drawImage(target, visible, visible.rect());
 }
 

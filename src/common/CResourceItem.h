@@ -32,6 +32,12 @@ public:
     double setPicture(const QPixmap &picture, const QVector<QImage> &levels, double fPixelRatio, QSize viewSize,
                       const QString &path, int nLoadFactor);
 
+    /**
+     * Puts a rendition of the same picture with more, or fewer, pixels in its place: it stands where the one before
+     * stood and is as large in the scene.
+     */
+    void replacePixels(const QPixmap &picture, const QVector<QImage> &levels);
+
     void setDrawMode(int nDrawMode);
     int drawMode() const { return m_nDrawMode; }
 
@@ -54,7 +60,7 @@ public:
     void resetPose();
 
     /** Size of the picture in units of the scene, and of the box that it fills as it is turned. */
-    QSize pictureSize() const;
+    QSize pictureSize() const { return m_size; }
     QSizeF shownSize() const;
 
     /**
@@ -87,7 +93,9 @@ private:
 
     QPixmap m_picture;
     QVector<QImage> m_levels;
+    QSize m_size; ///< In units of the scene.
     double m_fPixelRatio = 1.0;
+    QSizeF m_density{1.0, 1.0}; ///< Pixels of the picture for each unit, across and down.
     QSize m_originalSize;
     // Kept from frame to frame while the picture is turned: taking them anew costs as much as filling them.
     mutable QImage m_uprightBuffer;

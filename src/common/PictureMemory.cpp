@@ -4,10 +4,13 @@
 
 #include <QMutexLocker>
 #include <QPixelFormat>
+#include <QRunnable>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -82,4 +85,21 @@ void PictureMemory::trim()
 void PictureMemory::freeBlock(const Block &block)
 {
     Platform::freeLargeMemory(block.pMemory, block.nBytes);
+}
+
+void PictureMemory::disposeInWorker(QVector<QImage> pictures)
+{
+    class Disposer : public QRunnable {
+    public:
+        explicit Disposer(QVector<QImage> images)
+            : m_images(std::move(images))
+        {
+        }
+        void run() override { m_images.clear(); }
+
+    private:
+        QVector<QImage> m_images;
+    };
+    // Before the loads that wait: what is given back serves them.
+    QThreadPool::globalInstance()->start(new Disposer(std::move(pictures)), 1);
 }

@@ -23,6 +23,9 @@ public:
     /** Gives back what is kept for the next picture. */
     void trim();
 
+    /** Lets go of pictures in a worker: giving hundreds of megabytes back takes longer than a frame. GUI thread. */
+    static void disposeInWorker(QVector<QImage> pictures);
+
 private:
     struct Block {
         void *pMemory = nullptr;

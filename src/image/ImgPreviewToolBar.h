@@ -1,11 +1,8 @@
 #pragma once
 
-#include <QVector>
-#include <QWidget>
+#include "image/PreviewToolBar.h"
 
-class CircleBtn;
 class CircleNumToolTip;
-class QLabel;
 class QPushButton;
 
 /**
@@ -13,7 +10,7 @@ class QPushButton;
  *
  * Owner: the picture widget, which places it and connects its buttons.
  */
-class ImgPreviewToolBar : public QWidget {
+class ImgPreviewToolBar : public PreviewToolBar {
     Q_OBJECT
 
 public:
@@ -30,34 +27,23 @@ public:
         ButtonCount
     };
 
-    static constexpr int BarHeight = 50;
-
     explicit ImgPreviewToolBar(QWidget *pParent);
 
-    CircleBtn *button(Button button) const { return m_buttons.at(button); }
+    CircleBtn *button(Button button) const { return buttonAt(button); }
     QPushButton *cancelButton() const { return m_pCancelBtn; }
 
-    /** Shows the zoom. */
-    void setPercent(int nPercent);
-    /** Off while an animation runs. */
-    void setButtonsEnabled(bool bEnabled);
     /** The reduced row has no turn, crop and note buttons, for files that are only shown. */
     void setReduced(bool bReduced);
     /** Number of notes on the badge beside the comment button; no badge for 0. */
     void setNoteCount(int nCount);
-    /** Asks the host's shortcut setting for the keys that the tool tips name. */
-    void updateToolTips();
 
 protected:
     void resizeEvent(QResizeEvent *pEvent) override;
 
 private:
     void buildLayout();
-    void applyStyle();
     void placeBadge();
 
-    QVector<CircleBtn *> m_buttons;
     QPushButton *m_pCancelBtn;
-    QLabel *m_percentLabel;
     CircleNumToolTip *m_pNoteBadge;
 };

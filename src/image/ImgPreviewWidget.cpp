@@ -257,18 +257,9 @@ void ImgPreviewWidget::hideEvent(QHideEvent *pEvent)
     BasePreviewWidget::hideEvent(pEvent);
 }
 
-QPixmap ImgPreviewWidget::toolBarPicture() const
+QWidget *ImgPreviewWidget::toolBar() const
 {
-    QPixmap picture(m_pToolBar->size() * devicePixelRatioF());
-    picture.setDevicePixelRatio(devicePixelRatioF());
-    picture.fill(Qt::transparent);
-    m_pToolBar->render(&picture, QPoint(), QRegion(), QWidget::DrawChildren);
-    return picture;
-}
-
-QPoint ImgPreviewWidget::toolBarPosition() const
-{
-    return m_pToolBar->pos();
+    return m_pToolBar;
 }
 
 void ImgPreviewWidget::placeTools()

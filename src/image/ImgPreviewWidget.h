@@ -51,9 +51,7 @@ public:
     void clearPreview();
     /** Nothing will be shown for a while: gives back the memory that is kept for the next picture. */
     void releaseMemory();
-    /** The bar as it stands, for the page that is shown while the next picture loads, and where it stands. */
-    QPixmap toolBarPicture() const;
-    QPoint toolBarPosition() const;
+    QWidget *toolBar() const;
     /** The hub shows the page again: fits at once and re-places the tools. */
     void showLoaded();
 

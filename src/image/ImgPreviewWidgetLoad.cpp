@@ -24,7 +24,6 @@
 
 namespace {
 
-constexpr int DisposePriority = 1;
 constexpr int AnimationPriority = -1;
 constexpr int TrimPriority = -2;
 
@@ -191,21 +190,9 @@ void ImgPreviewWidget::disposeOfPictures()
 {
     if (m_image.isNull())
         return;
-    // Giving hundreds of megabytes back takes longer than a frame, so the last reference dies in a worker.
-    class Disposer : public QRunnable {
-    public:
-        explicit Disposer(QVector<QImage> images)
-            : m_images(std::move(images))
-        {
-        }
-        void run() override { m_images.clear(); }
-
-    private:
-        QVector<QImage> m_images;
-    };
     m_levels.append(std::move(m_image));
     m_image = QImage();
-    QThreadPool::globalInstance()->start(new Disposer(std::move(m_levels)), DisposePriority);
+    PictureMemory::disposeInWorker(std::move(m_levels));
     m_levels = {};
 }
 

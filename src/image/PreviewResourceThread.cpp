@@ -9,6 +9,7 @@
 #include <QDebug>
 #include <QFileInfo>
 #include <QSet>
+#include <QThreadPool>
 
 #include <utility>
 
@@ -43,8 +44,7 @@ void PreviewResourceThread::run()
         readImage();
         break;
     case OpenPresentationMode:
-        Q_EMIT signal_pptLoadEnd(m_fileId, m_srcPath,
-                                 PluginInnerData::instance()->openPresentation(m_fileId, m_srcPath));
+        openPresentation();
         break;
     case RenderPresentationPageMode:
         renderPage();
@@ -94,12 +94,26 @@ void PreviewResourceThread::readImage()
     Q_EMIT signal_imageReadEnd(m_fileId, m_image, paths.value(nRead), nRead == 0);
 }
 
+void PreviewResourceThread::openPresentation()
+{
+    // A conversion is waited for, not worked at: meanwhile the pool's other tasks have a thread more.
+    QThreadPool::globalInstance()->releaseThread();
+    const bool bOk = PluginInnerData::instance()->openPresentation(m_fileId, m_srcPath, [this] { return isGivenUp(); });
+    QThreadPool::globalInstance()->reserveThread();
+    Q_EMIT signal_pptLoadEnd(m_fileId, m_srcPath, bOk);
+}
+
 void PreviewResourceThread::renderPage()
 {
-    const QImage page = PluginInnerData::instance()->renderPresentationPage(m_fileId, m_frameIndex);
+    QImage page;
+    if (!isGivenUp())
+        page = PluginInnerData::instance()->renderPresentationPage(m_fileId, m_frameIndex, m_frameSize);
+    page = PictureLevels::toScreenFormat(std::move(page));
+    if (m_pLoad && !isGivenUp())
+        m_pLoad->levels = PictureLevels::build(page, *PluginInnerData::instance()->pictureMemory());
     // The pool is waited for when the application object is half gone, and then no pixmap may be made.
     if (QCoreApplication::closingDown() || QCoreApplication::instance() == nullptr)
         return;
-    m_framePixmap = QPixmap::fromImage(page);
+    m_framePixmap = QPixmap::fromImage(page, Qt::NoOpaqueDetection);
     Q_EMIT signal_pptFrameLoadEnd(m_fileId, m_framePixmap);
 }

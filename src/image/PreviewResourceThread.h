@@ -6,6 +6,7 @@
 #include <QPixmap>
 #include <QRunnable>
 #include <QSharedPointer>
+#include <QSize>
 #include <QString>
 #include <QVector>
 
@@ -19,8 +20,8 @@ enum PreviewLoadMode {
 };
 
 /**
- * One load of a picture, as its task and the widget that waits for it share it. Thread: any; what it carries is the
- * task's until the picture is announced.
+ * One load of a picture, a page or a document, as its task and the widget that waits for it share it. Thread: any;
+ * what it carries is the task's until the picture is announced.
  */
 class PictureLoad {
 public:
@@ -28,6 +29,7 @@ public:
     void setUnwanted() { m_state.testAndSetOrdered(Wanted, Unwanted); }
     /** Somebody looks at it again, in vain where the task has stopped already. */
     void setWanted() { m_state.testAndSetOrdered(Unwanted, Wanted); }
+    bool isUnwanted() const { return m_state.loadAcquire() != Wanted; }
     /** Asked by the task: true when the load is unwanted, and from then on. */
     bool giveUp() { return m_state.testAndSetOrdered(Unwanted, GivenUp) || isGivenUp(); }
     bool isGivenUp() const { return m_state.loadAcquire() == GivenUp; }
@@ -55,7 +57,11 @@ public:
     void setMode(int nMode) { m_mode = nMode; }
     void setPaths(const QString &srcPath, const QString &hdPath, const QString &thumbPath);
     void setFrameIndex(int nFrameIndex) { m_frameIndex = nFrameIndex; }
-    /** Where the picture's reduced levels are put before it is announced; a load given up is announced as unreadable.
+    /** Physical pixels that the page is to fit into; without them it has its own size. */
+    void setFrameSize(const QSize &pixelSize) { m_frameSize = pixelSize; }
+    /**
+     * Where the reduced levels of the picture or page are put before it is announced; a load given up is announced as
+     * unreadable.
      */
     void setLoad(const QSharedPointer<PictureLoad> &pLoad) { m_pLoad = pLoad; }
 
@@ -72,6 +78,7 @@ private:
     void readImage();
     bool isGivenUp() const { return m_pLoad && m_pLoad->giveUp(); }
     QImage readFirst(const QStringList &paths, int *pRead);
+    void openPresentation();
     void renderPage();
 
     int m_mode = LoadNothingMode;
@@ -81,6 +88,7 @@ private:
     QImage m_image;
     qint64 m_fileId;
     int m_frameIndex = 0;
+    QSize m_frameSize;
     QPixmap m_framePixmap;
     QSharedPointer<PictureLoad> m_pLoad;
 };

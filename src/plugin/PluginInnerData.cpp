@@ -125,12 +125,7 @@ void PluginInnerData::setDataSource(const QSharedPointer<IPreviewDataSource> &pD
 
 void PluginInnerData::clearPreviewData()
 {
-    if (IPresentationRenderer *pRenderer = m_pPresentationRenderer)
-        pRenderer->closeAllDocuments();
-    {
-        const QWriteLocker locker(&m_rendererLock);
-        m_pPresentationRenderer = nullptr;
-    }
+    detachRenderer();
     // What the host's own destructors do is not to happen under the lock: they may come back here, or wait for a
     // decode.
     QSharedPointer<IPreviewDataSource> pDataSource;
@@ -311,72 +306,4 @@ void PluginInnerData::endLoadingsOf(const QObject *pReceiver)
     const QList<qint64> fileIds = m_loadingFiles.keys();
     for (const qint64 nFileId : fileIds)
         endLoading(nFileId, pReceiver);
-}
-
-bool PluginInnerData::hasRenderEntry(qint64 nFileId) const
-{
-    const QMutexLocker locker(&m_renderCacheLock);
-    return m_renderCache.contains(nFileId);
-}
-
-int PluginInnerData::presentationPageCount(qint64 nFileId) const
-{
-    const QMutexLocker locker(&m_renderCacheLock);
-    return m_renderCache.value(nFileId).nPageCount;
-}
-
-void PluginInnerData::dropRenderEntry(qint64 nFileId)
-{
-    {
-        const QMutexLocker locker(&m_renderCacheLock);
-        if (m_renderCache.remove(nFileId) == 0)
-            return;
-    }
-    if (IPresentationRenderer *pRenderer = m_pPresentationRenderer)
-        pRenderer->closeDocument(nFileId);
-}
-
-void PluginInnerData::clearRenderCache()
-{
-    QList<qint64> openIds;
-    {
-        const QMutexLocker locker(&m_renderCacheLock);
-        openIds = m_renderCache.keys();
-        m_renderCache.clear();
-    }
-    IPresentationRenderer *pRenderer = m_pPresentationRenderer;
-    if (pRenderer == nullptr)
-        return;
-    for (const qint64 nId : qAsConst(openIds))
-        pRenderer->closeDocument(nId);
-}
-
-void PluginInnerData::releaseOpenRenderers()
-{
-    closeAllPresentations();
-}
-
-bool PluginInnerData::openPresentation(qint64 nFileId, const QString &path)
-{
-    const QReadLocker rendererLocker(&m_rendererLock);
-    IPresentationRenderer *pRenderer = m_pPresentationRenderer;
-    RenderEntry entry;
-    entry.bOpen = pRenderer != nullptr && pRenderer->openDocument(nFileId, path);
-    entry.nPageCount = entry.bOpen ? pRenderer->pageCount(nFileId) : 0;
-    const QMutexLocker locker(&m_renderCacheLock);
-    m_renderCache.insert(nFileId, entry);
-    return entry.bOpen;
-}
-
-QImage PluginInnerData::renderPresentationPage(qint64 nFileId, int nPage) const
-{
-    const QReadLocker rendererLocker(&m_rendererLock);
-    IPresentationRenderer *pRenderer = m_pPresentationRenderer;
-    return pRenderer != nullptr ? pRenderer->renderPage(nFileId, nPage, QSize()) : QImage();
-}
-
-void PluginInnerData::closeAllPresentations()
-{
-    if (IPresentationRenderer *pRenderer = m_pPresentationRenderer)
-        pRenderer->closeAllDocuments();
 }

@@ -14,6 +14,7 @@
 #include <QPointer>
 #include <QReadWriteLock>
 #include <QSharedPointer>
+#include <QSize>
 #include <QVector>
 
 #include <atomic>
@@ -37,6 +38,7 @@ class ITSCacheManager;
 struct RenderEntry {
     int nPageCount = 0;
     bool bOpen = false;
+    quint64 nSerial = 0; ///< The larger, the later it was opened.
 };
 
 /**
@@ -133,19 +135,23 @@ public:
     /** Calls once, later, when the last load in progress has ended; not at all when the context has gone by then. */
     void callAfterLoading(QObject *pContext, const std::function<void()> &call);
 
-    // Presentations being opened, and those open.
-    bool hasPendingPresentations() const { return !m_pendingPresentations.isEmpty(); }
-    bool isPresentationPending(qint64 nFileId) const { return m_pendingPresentations.contains(nFileId); }
-    void beginPendingPresentation(qint64 nFileId) { m_pendingPresentations.insert(nFileId, true); }
-    void endPendingPresentation(qint64 nFileId) { m_pendingPresentations.remove(nFileId); }
+    // Presentations being opened, by how many loads, and those open.
+    bool hasPendingPresentations() const;
+    bool isPresentationPending(qint64 nFileId) const;
+    void beginPendingPresentation(qint64 nFileId);
+    void endPendingPresentation(qint64 nFileId);
     bool hasRenderEntry(qint64 nFileId) const;
     int presentationPageCount(qint64 nFileId) const;
+    /** Closes the document as well, or cancels its opening. */
     void dropRenderEntry(qint64 nFileId);
     void clearRenderCache();
     void releaseOpenRenderers();
-    /** Loader tasks: opens a document, renders a page of it, closes all. Any thread. */
-    bool openPresentation(qint64 nFileId, const QString &path);
-    QImage renderPresentationPage(qint64 nFileId, int nPage) const;
+    /**
+     * Loader tasks: opens a document, renders a page of it, closes all. Any thread. An opening that turns out to be
+     * unwanted fails, and leaves nothing open. A page fits into the pixels given, else it has its own size.
+     */
+    bool openPresentation(qint64 nFileId, const QString &path, const std::function<bool()> &isUnwanted = {});
+    QImage renderPresentationPage(qint64 nFileId, int nPage, const QSize &pixelSize = {}) const;
     void closeAllPresentations();
 
     // Decoding. Any thread; the decoder is used under the lock, one decode at a time.
@@ -166,6 +172,7 @@ private:
     bool isCurrentAt(int nPosition) const;
     void numberNotes(const QVector<NoteRecord> &notes);
     void takeStoredNotes(qint64 nFileId);
+    void detachRenderer();
 
     IPluginManager *m_pPluginManager = nullptr;
     ISettingPlugin *m_pSettingPlugin = nullptr;
@@ -191,7 +198,7 @@ private:
     bool m_bRightPanelHidden = false;
     QMap<qint64, QVector<const QObject *>> m_loadingFiles;
     QVector<std::pair<QPointer<QObject>, std::function<void()>>> m_afterLoading;
-    QMap<qint64, bool> m_pendingPresentations;
+    QMap<qint64, int> m_pendingPresentations;
     QMutex m_lock;
     PictureMemory m_pictureMemory;
 
@@ -203,7 +210,8 @@ private:
     NoteStore m_noteStore;
     qint64 m_nTagActionId = 0;
     bool m_bSavedImage = false;
-    // Guards the render cache, which tasks write; held for moments only.
+    quint64 m_nLastRenderSerial = 0;
+    // Guards the render cache and the pending map, which tasks use; held for moments only.
     mutable QMutex m_renderCacheLock;
     // Held for reading while a task uses the renderer, so that the host can take it away.
     mutable QReadWriteLock m_rendererLock;

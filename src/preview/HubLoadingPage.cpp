@@ -40,10 +40,13 @@ HubLoadingPage::HubLoadingPage(QWidget *pParent)
     });
 }
 
-void HubLoadingPage::setBackdrop(const QPixmap &picture, const QPoint &position)
+void HubLoadingPage::setBackdrop(QWidget *pWidget)
 {
-    m_backdrop = picture;
-    m_backdropPosition = position;
+    m_backdrop = QPixmap(pWidget->size() * devicePixelRatioF());
+    m_backdrop.setDevicePixelRatio(devicePixelRatioF());
+    m_backdrop.fill(Qt::transparent);
+    pWidget->render(&m_backdrop, QPoint(), QRegion(), QWidget::DrawChildren);
+    m_backdropPosition = pWidget->pos();
 }
 
 void HubLoadingPage::showEvent(QShowEvent *pEvent)

@@ -17,8 +17,8 @@ class HubLoadingPage : public QWidget {
 public:
     explicit HubLoadingPage(QWidget *pParent);
 
-    /** What the page shows of the one before. */
-    void setBackdrop(const QPixmap &picture, const QPoint &position);
+    /** What the page shows of the one before: all of it, or a widget on it, as it stands. */
+    void setBackdrop(QWidget *pWidget);
 
 protected:
     void showEvent(QShowEvent *pEvent) override;

@@ -2,16 +2,15 @@
 
 #include "common/CNotificationFloatingWidget.h"
 #include "common/CircleBtn.h"
-#include "common/WaitNotice.h"
 #include "image/ImgPreviewWidget.h"
 #include "interfaces/services/IShortcutSetting.h"
 #include "media/AudioPreviewWidget.h"
 #include "media/PPtPreviewWidget.h"
 #include "media/VideoPreviewWidget.h"
-#include "plugin/FileTypeTable.h"
 #include "plugin/PluginInnerData.h"
 #include "preview/HubLoadingPage.h"
 #include "preview/HubTitleBar.h"
+#include "preview/PresentationOpenings.h"
 #include "preview/TSHidenSideWidget.h"
 #include "tracking/TsEventTrack.h"
 
@@ -20,8 +19,8 @@
 
 namespace {
 
-constexpr qint64 OggType = 620;
-constexpr int FitDelay = 5;
+constexpr int PageTurnPatience = 250;
+constexpr int CloseRetryInterval = 100;
 
 } // namespace
 
@@ -41,7 +40,14 @@ MiddleResourcePreviewWidget::MiddleResourcePreviewWidget(QWidget *pParent, int n
     m_pFitTimer = new QTimer(this);
     m_pFitTimer->setSingleShot(true);
     connect(m_pFitTimer, &QTimer::timeout, m_pImgWidget, &ImgPreviewWidget::showLoaded);
+    m_pOpenings = new PresentationOpenings(this);
+    m_pPageTimer = new QTimer(this);
+    m_pPageTimer->setSingleShot(true);
+    m_pPageTimer->setInterval(PageTurnPatience);
+    m_pCloseTimer = new QTimer(this);
+    m_pCloseTimer->setInterval(CloseRetryInterval);
     connectPages();
+    connectPresentations();
     createShortcuts(this);
     setCurrentIndex(LoadingPage);
 }
@@ -158,115 +164,6 @@ void MiddleResourcePreviewWidget::createShortcuts(QWidget *pOwner)
     }
 }
 
-void MiddleResourcePreviewWidget::stopCurrentPreview()
-{
-    m_pFitTimer->stop();
-    // Leaving a sub-mode is not a request to leave the preview.
-    m_bStopping = true;
-    if (currentIndex() == ImagePage)
-        m_pImgWidget->quitPreview();
-    m_bStopping = false;
-    if (currentIndex() == VideoPage)
-        m_pVideoWidget->stopPreview();
-    else if (currentIndex() == AudioPage)
-        m_pAudioWidget->stopPreview();
-    m_pImgWidget->clearPreview();
-    m_pVideoWidget->resetPreview();
-    m_pAudioWidget->clearPreview();
-    m_pPptWidget->clearPreview();
-}
-
-void MiddleResourcePreviewWidget::leavePreview()
-{
-    stopCurrentPreview();
-    m_pImgWidget->releaseMemory();
-}
-
-void MiddleResourcePreviewWidget::slot_previewResource()
-{
-    stopCurrentPreview();
-    const PluginInnerData *pData = PluginInnerData::instance();
-    const FileInfoPtr pInfo = pData->currentFileInfo();
-    const QString path = pData->currentFilePath();
-    const qint64 nTypeId = pInfo ? pInfo->fileType() : 0;
-
-    if (isVideoType(nTypeId)) {
-        showResource(VideoKind, path);
-    } else if (isAudioType(nTypeId)) {
-        const bool bVideo = nTypeId == OggType && pInfo->hasVideo(path);
-        showResource(bVideo ? VideoKind : AudioKind, path);
-    } else if (isGifType(nTypeId)) {
-        showImage(path, ImgPreviewWidget::OpenOwnFile);
-    } else if (isPresentationType(nTypeId)) {
-        showResource(PresentationKind, path);
-    } else {
-        showResource(isPsdType(nTypeId) ? LayeredKind : PictureKind, path);
-    }
-}
-
-void MiddleResourcePreviewWidget::showResource(int nKind, const QString &path)
-{
-    switch (nKind) {
-    case PresentationKind:
-        showInRoom(PresentationPage, path);
-        break;
-    case AudioKind:
-        showAudio(path);
-        break;
-    case VideoKind:
-        showVideo(path);
-        break;
-    case LayeredKind:
-        showImage(path, ImgPreviewWidget::OpenRendition);
-        break;
-    default: {
-        // The loader reads every type that is previewable at all; of the others the host knows what it has.
-        const FileInfoPtr pInfo = PluginInnerData::instance()->currentFileInfo();
-        const bool bPreviewable = pInfo && isPreviewableType(pInfo->fileType());
-        showImage(path, bPreviewable ? ImgPreviewWidget::OpenOwnFile : ImgPreviewWidget::OpenHostRendition);
-        break;
-    }
-    }
-}
-
-void MiddleResourcePreviewWidget::showImage(const QString &path, int nOpenMode)
-{
-    const FileInfoPtr pInfo = PluginInnerData::instance()->currentFileInfo();
-    const bool bOwnFile = nOpenMode == ImgPreviewWidget::OpenOwnFile || !pInfo;
-    // The bar stays in sight from picture to picture, instead of going out and on again.
-    if (currentIndex() == ImagePage && isVisible())
-        m_pLoadingPage->setBackdrop(m_pImgWidget->toolBarPicture(), m_pImgWidget->toolBarPosition());
-    slot_switchPreviewWidget(LoadingPage);
-    // A page that is not shown has not been given the hub's size yet.
-    m_pImgWidget->resize(size());
-    m_pImgWidget->setOpenMode(nOpenMode);
-    m_pImgWidget->loadImage(bOwnFile ? path : pInfo->largePreviewPath(), 0, 1, 1.0, 0);
-    m_pImgWidget->setDoubleClickEnabled(true);
-}
-
-void MiddleResourcePreviewWidget::showInRoom(int nPage, const QString &path)
-{
-    auto *pRoom = static_cast<PreviewRoom *>(widget(nPage));
-    pRoom->setDoubleClickEnabled(true);
-    pRoom->showFile(path);
-    slot_switchPreviewWidget(nPage);
-}
-
-void MiddleResourcePreviewWidget::showVideo(const QString &path)
-{
-    slot_switchPreviewWidget(VideoPage);
-    m_pVideoWidget->setDoubleClickEnabled(true);
-    m_pVideoWidget->setToolsVisible(m_pVideoWidget->hasPlayer());
-    m_pVideoWidget->setFilePath(path, 0);
-}
-
-void MiddleResourcePreviewWidget::showAudio(const QString &path)
-{
-    slot_switchPreviewWidget(AudioPage);
-    m_pAudioWidget->setDoubleClickEnabled(true);
-    m_pAudioWidget->playAudio(path);
-}
-
 void MiddleResourcePreviewWidget::slot_switchPreviewWidget(int nPreviewResourceType)
 {
     setCurrentIndex(nPreviewResourceType);
@@ -294,46 +191,6 @@ void MiddleResourcePreviewWidget::slot_exitCurPreview_Key()
 void MiddleResourcePreviewWidget::slot_exitCurPreview_ByDBClicked()
 {
     exitCurrentPreview();
-}
-
-bool MiddleResourcePreviewWidget::confirmNotLoading()
-{
-    if (!PluginInnerData::instance()->isLoading())
-        return true;
-    WaitNotice::show(this);
-    return false;
-}
-
-void MiddleResourcePreviewWidget::exitCurrentPreview()
-{
-    if (!confirmNotLoading())
-        return;
-    PluginInnerData *pData = PluginInnerData::instance();
-    if (pData->hasPendingPresentations()) {
-        m_bClosePending = true;
-        pData->releaseOpenRenderers();
-        return;
-    }
-    pData->clearRenderCache();
-    slot_pptCancelEnd();
-}
-
-void MiddleResourcePreviewWidget::slot_pptCancelEnd()
-{
-    if (currentIndex() == ImagePage) {
-        m_pImgWidget->quitPreview();
-        return;
-    }
-    leavePreview();
-    Q_EMIT signal_exitCurWidget();
-}
-
-void MiddleResourcePreviewWidget::leaveByQuit()
-{
-    if (m_bStopping)
-        return;
-    leavePreview();
-    Q_EMIT signal_exitCurWidget();
 }
 
 void MiddleResourcePreviewWidget::slot_UpKey()
@@ -376,14 +233,27 @@ void MiddleResourcePreviewWidget::slot_rightKey()
         goNext();
 }
 
+bool MiddleResourcePreviewWidget::turnPage(bool bForward)
+{
+    if (currentIndex() != PresentationPage || (bForward ? m_pPptWidget->isLastPage() : m_pPptWidget->isFirstPage()))
+        return false;
+    if (bForward)
+        m_pPptWidget->slot_rightBtnClicked();
+    else
+        m_pPptWidget->slot_leftBtnClicked();
+    return true;
+}
+
 void MiddleResourcePreviewWidget::goNext()
 {
-    Q_EMIT signal_nextSource();
+    if (!turnPage(true))
+        Q_EMIT signal_nextSource();
 }
 
 void MiddleResourcePreviewWidget::goPrevious()
 {
-    Q_EMIT signal_previousSource();
+    if (!turnPage(false))
+        Q_EMIT signal_previousSource();
 }
 
 void MiddleResourcePreviewWidget::slot_tabKey()
@@ -401,70 +271,40 @@ void MiddleResourcePreviewWidget::slot_fullPreview_key()
 {
     if (currentIndex() == ImagePage)
         m_pImgWidget->slot_fullPreviewBtnClicked();
+    else if (currentIndex() == PresentationPage)
+        m_pPptWidget->slot_fullPreviewBtnClicked();
 }
 
 void MiddleResourcePreviewWidget::slot_orgPreview_key()
 {
     if (currentIndex() == ImagePage)
         m_pImgWidget->slot_NormalBtnClicked();
+    else if (currentIndex() == PresentationPage)
+        m_pPptWidget->slot_NormalBtnClicked();
 }
 
 void MiddleResourcePreviewWidget::slot_adaptPreview_key()
 {
     if (currentIndex() == ImagePage)
         m_pImgWidget->slot_adaptWidthBtnClicked();
+    else if (currentIndex() == PresentationPage)
+        m_pPptWidget->slot_adaptWidthBtnClicked();
 }
 
 void MiddleResourcePreviewWidget::slot_zoomOut_key()
 {
     if (currentIndex() == ImagePage)
         m_pImgWidget->slot_ZoomOutBtnClicked();
+    else if (currentIndex() == PresentationPage)
+        m_pPptWidget->slot_ZoomOutBtnClicked();
 }
 
 void MiddleResourcePreviewWidget::slot_zoomIn_key()
 {
     if (currentIndex() == ImagePage)
         m_pImgWidget->slot_ZoomInBtnClicked();
-}
-
-void MiddleResourcePreviewWidget::slot_imgLoadEnd()
-{
-    if (m_nMode == DoubleClickMode)
-        Q_EMIT m_pImgWidget->signal_img_preview_update();
-    slot_switchPreviewWidget(ImagePage);
-    m_pFitTimer->start(FitDelay);
-    raiseOverlays();
-}
-
-void MiddleResourcePreviewWidget::slot_pptFrameReadEnd()
-{
-    slot_switchPreviewWidget(PresentationPage);
-    raiseOverlays();
-}
-
-void MiddleResourcePreviewWidget::slot_pptLoadEnd(qint64 fileId, QString path, bool bOk)
-{
-    Q_UNUSED(bOk)
-    PluginInnerData *pData = PluginInnerData::instance();
-    pData->endPendingPresentation(fileId);
-    if (m_bClosePending) {
-        m_bClosePending = false;
-        pData->clearRenderCache();
-        if (m_nMode == SpaceDialogMode)
-            Q_EMIT signal_close_space_dialog();
-        else
-            slot_pptCancelEnd();
-        return;
-    }
-    if (m_bReloadPending) {
-        m_bReloadPending = false;
-        pData->clearRenderCache();
-        slot_previewResource();
-    } else if (fileId != pData->currentFileId()) {
-        pData->dropRenderEntry(fileId);
-    } else {
-        showInRoom(PresentationPage, path);
-    }
+    else if (currentIndex() == PresentationPage)
+        m_pPptWidget->slot_ZoomInBtnClicked();
 }
 
 void MiddleResourcePreviewWidget::slot_side_triggered(QWidget *w, bool force)

@@ -9,6 +9,7 @@ class HubLoadingPage;
 class HubTitleBar;
 class ImgPreviewWidget;
 class PPtPreviewWidget;
+class PresentationOpenings;
 class QTimer;
 class TSHidenSideWidget;
 class VideoPreviewWidget;
@@ -36,11 +37,13 @@ public:
     /** The same, when no other file will follow. */
     void leavePreview();
     /** The exit completes when the presentation that is being opened ends. */
-    void setClosePending(bool bPending) { m_bClosePending = bPending; }
+    void setClosePending(bool bPending);
     void setReloadPending(bool bPending) { m_bReloadPending = bPending; }
     /** True when leaving is allowed; otherwise tells the user to wait. */
     bool confirmNotLoading();
     HubTitleBar *titleBar() const { return m_pTitleBar; }
+    /** Turns the page of a presentation; false where there is none in that direction. */
+    bool turnPage(bool bForward);
     /** Shows the window's and the columns' state: window buttons, arrows of the edge handles. */
     void refreshTitleBar();
     /** The hub's keys work while a neighbour, a vertical list, has the focus as well; up and down are its own. */
@@ -97,12 +100,15 @@ private:
     void createShortcuts(QWidget *pOwner);
     void createSideTriggers();
     void connectPages();
+    void connectPresentations();
     void showImage(const QString &path, int nOpenMode);
-    void showInRoom(int nPage, const QString &path);
+    void showPresentation(const QString &path);
     void showVideo(const QString &path);
     void showAudio(const QString &path);
     void showResource(int nKind, const QString &path);
     void exitCurrentPreview();
+    void closeWhenOpened();
+    void finishClosing();
     void leaveByQuit();
     void goNext();
     void goPrevious();
@@ -121,4 +127,7 @@ private:
     bool m_bReloadPending = false;
     bool m_bStopping = false;
     QTimer *m_pFitTimer = nullptr;
+    PresentationOpenings *m_pOpenings = nullptr;
+    QTimer *m_pPageTimer = nullptr;
+    QTimer *m_pCloseTimer = nullptr;
 };

@@ -73,10 +73,17 @@ void PreviewSpaceDialog::connectHub()
     using Hub = MiddleResourcePreviewWidget;
     connect(m_pCloseBtn, &QPushButton::clicked, this, &PreviewSpaceDialog::slot_close_hide);
     connect(m_pHub, &Hub::signal_exitCurWidget, this, &PreviewSpaceDialog::slot_close_hide);
-    connect(m_pHub, &Hub::signal_left_Key_Pressed, this, &PreviewSpaceDialog::slot_show_left_source);
-    connect(m_pHub, &Hub::signal_up_Key_Pressed, this, &PreviewSpaceDialog::slot_show_up_source);
-    connect(m_pHub, &Hub::signal_right_Key_Pressed, this, &PreviewSpaceDialog::slot_show_right_source);
-    connect(m_pHub, &Hub::signal_down_Key_Pressed, this, &PreviewSpaceDialog::slot_show_down_source);
+    // The pages of a presentation come before the next file.
+    const auto connectKey = [this](auto pSignal, bool bForward, void (PreviewSpaceDialog::*pStep)()) {
+        connect(m_pHub, pSignal, this, [this, bForward, pStep] {
+            if (!m_pHub->turnPage(bForward))
+                (this->*pStep)();
+        });
+    };
+    connectKey(&Hub::signal_left_Key_Pressed, false, &PreviewSpaceDialog::slot_show_left_source);
+    connectKey(&Hub::signal_up_Key_Pressed, false, &PreviewSpaceDialog::slot_show_up_source);
+    connectKey(&Hub::signal_right_Key_Pressed, true, &PreviewSpaceDialog::slot_show_right_source);
+    connectKey(&Hub::signal_down_Key_Pressed, true, &PreviewSpaceDialog::slot_show_down_source);
     connect(m_pHub, &Hub::signal_close_space_dialog, this, &PreviewSpaceDialog::closeNow);
 }
 
@@ -114,8 +121,7 @@ void PreviewSpaceDialog::slot_close_hide()
         return;
     PluginInnerData *pData = PluginInnerData::instance();
     if (pData->hasPendingPresentations()) {
-        m_pHub->setClosePending(true);
-        pData->releaseOpenRenderers();
+        m_pHub->setClosePending(true); // releases what is being opened
         return;
     }
     closeNow();

@@ -363,6 +363,57 @@
     </message>
 </context>
 <context>
+    <name>PPtPreviewToolBar</name>
+    <message>
+        <source>Fit to Window</source>
+        <translation>适应窗口</translation>
+    </message>
+    <message>
+        <source>Fit to Window(</source>
+        <translation>适应窗口(</translation>
+    </message>
+    <message>
+        <source>Fit to Width</source>
+        <translation>适应宽度</translation>
+    </message>
+    <message>
+        <source>Fit to Width(</source>
+        <translation>适应宽度(</translation>
+    </message>
+    <message>
+        <source>Actual Size</source>
+        <translation>实际大小</translation>
+    </message>
+    <message>
+        <source>Actual Size(</source>
+        <translation>实际大小(</translation>
+    </message>
+    <message>
+        <source>Prev</source>
+        <translation>上一页</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>下一页</translation>
+    </message>
+    <message>
+        <source>Zoom Out</source>
+        <translation>缩小</translation>
+    </message>
+    <message>
+        <source>Zoom Out(</source>
+        <translation>缩小(</translation>
+    </message>
+    <message>
+        <source>Zoom In</source>
+        <translation>放大</translation>
+    </message>
+    <message>
+        <source>Zoom In(</source>
+        <translation>放大(</translation>
+    </message>
+</context>
+<context>
     <name>PPtPreviewWidget</name>
     <message>
         <source>Current Page Set the Preview Image</source>
@@ -371,6 +422,10 @@
     <message>
         <source>Presentation cover set successfully</source>
         <translation>演示文稿封面设置成功</translation>
+    </message>
+    <message>
+        <source>This page cannot be shown</source>
+        <translation>无法显示此页</translation>
     </message>
 </context>
 <context>

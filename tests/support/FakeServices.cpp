@@ -94,11 +94,34 @@ int FakeRenderer::mostAtOnce() const
     return m_mostAtOnce;
 }
 
+QVector<qint64> FakeRenderer::openings() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_openings;
+}
+
+void FakeRenderer::setLargestSide(int nPixels)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_largestSide = nPixels;
+}
+
 bool FakeRenderer::openDocument(qint64 nFileId, const QString &)
 {
-    openGate.pass();
+    int nClosings = 0;
+    const auto isCancelled = [&] {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_closings.value(nFileId) + m_closings.value(-1) != nClosings;
+    };
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_openings.append(nFileId);
+        nClosings = m_closings.value(nFileId) + m_closings.value(-1);
+    }
+    openGate.pass(isCancelled);
+    const bool bCancelled = isCancelled();
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_documents.value(nFileId).pages.isEmpty())
+    if (bCancelled || m_documents.value(nFileId).pages.isEmpty())
         return false;
     m_open.insert(nFileId);
     return true;
@@ -125,25 +148,34 @@ QImage FakeRenderer::renderPage(qint64 nFileId, int nPage, const QSize &pixelSiz
         --m_running;
         if (m_open.contains(nFileId))
             document = m_documents.value(nFileId);
+        document.largestSide = m_largestSide;
     }
     if (nPage < 0 || nPage >= document.pages.size() || document.broken.contains(nPage))
         return {};
     QSize size = document.pages.at(nPage);
     if (!pixelSize.isEmpty())
-        size.scale(pixelSize, Qt::KeepAspectRatio);
+        size.scale(pixelSize.boundedTo(QSize(document.largestSide, document.largestSide)), Qt::KeepAspectRatio);
     QImage page(size, QImage::Format_RGB32);
-    page.fill(QColor::fromHsv((nPage * 47) % 360, 90, 230));
+    page.fill(pageColor(nPage));
     return page;
 }
 
 void FakeRenderer::closeDocument(qint64 nFileId)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_open.remove(nFileId);
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_open.remove(nFileId);
+        ++m_closings[nFileId];
+    }
+    openGate.wake();
 }
 
 void FakeRenderer::closeAllDocuments()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_open.clear();
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_open.clear();
+        ++m_closings[-1];
+    }
+    openGate.wake();
 }

@@ -7,6 +7,7 @@
 #include "interfaces/services/ITSCacheManager.h"
 #include "interfaces/surfaces/IMainWindowHandle.h"
 
+#include <QColor>
 #include <QHash>
 #include <QPoint>
 #include <QSet>
@@ -73,7 +74,13 @@ public:
     /** Pages that are opened but cannot be rendered. */
     void setBrokenPages(qint64 nFileId, const QSet<int> &pages);
 
+    /** The largest side that pages are rendered with, whatever is asked for. */
+    void setLargestSide(int nPixels);
+    static QColor pageColor(int nPage) { return QColor::fromHsv((nPage * 47) % 360, 90, 230).rgb(); }
+
     QSet<qint64> openDocuments() const;
+    /** Ids of the documents whose opening began, in order. */
+    QVector<qint64> openings() const;
     /** "id:page WxH" for each page rendered, in order. */
     QStringList rendered() const;
     int mostAtOnce() const;
@@ -84,18 +91,22 @@ public:
     void closeDocument(qint64 nFileId) override;
     void closeAllDocuments() override;
 
-    Gate openGate;   ///< Where closed, openDocument waits.
+    Gate openGate;   ///< Where closed, openDocument waits, until the document is closed meanwhile.
     Gate renderGate; ///< Where closed, renderPage waits.
 
 private:
     struct Document {
         QVector<QSize> pages;
         QSet<int> broken;
+        int largestSide = 0;
     };
 
     mutable std::mutex m_mutex;
     QHash<qint64, Document> m_documents;
     QSet<qint64> m_open;
+    QHash<qint64, int> m_closings;
+    QVector<qint64> m_openings;
+    int m_largestSide = 100000;
     QStringList m_rendered;
     int m_running = 0;
     int m_mostAtOnce = 0;

@@ -22,11 +22,17 @@ void Gate::open()
     m_changed.notify_all();
 }
 
-void Gate::pass()
+void Gate::wake()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_changed.notify_all();
+}
+
+void Gate::pass(const std::function<bool()> &isCancelled)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
     ++m_waiting;
-    m_changed.wait(lock, [this] { return m_open; });
+    m_changed.wait(lock, [&] { return m_open || (isCancelled && isCancelled()); });
     --m_waiting;
     m_changed.notify_all();
 }

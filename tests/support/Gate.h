@@ -1,6 +1,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 
 /**
@@ -18,8 +19,9 @@ public:
     void close();
     void open();
 
-    /** Returns once the gate is open. */
-    void pass();
+    /** Returns once the gate is open, or when it is woken and need not wait any more. */
+    void pass(const std::function<bool()> &isCancelled = {});
+    void wake();
 
     /** Number of threads that stand before the closed gate: QTRY_COMPARE(gate.waiting(), 1). */
     int waiting() const;

@@ -9,6 +9,7 @@
 #include "image/PreviewResourceThread.h"
 #include "media/AudioPlayerControlWidget.h"
 #include "media/AudioPreviewWidget.h"
+#include "media/PPtPreviewWidget.h"
 #include "media/VideoPlayerControlWidget.h"
 #include "media/VideoPlayerWidget.h"
 #include "media/VideoPreviewWidget.h"
@@ -99,6 +100,16 @@ void tst_method_order::methodOrder_data()
                           "slot_checkFilePath() slot_exportToPackage() slot_exportToComputer() slot_copyFile() "
                           "slot_copyFilePath() slot_copyTag() slot_pasteTag() slot_setCover() "
                           "slot_deleteComplete() slot_removeToRecycle()");
+    QTest::newRow("presentation page")
+        << &PPtPreviewWidget::staticMetaObject
+        << QStringLiteral("signal_start_load_ppt_frame() signal_ppt_frame_read_end() slot_fullPreviewBtnClicked() "
+                          "slot_adaptWidthBtnClicked() slot_NormalBtnClicked() slot_leftBtnClicked() "
+                          "slot_rightBtnClicked() slot_ZoomOutBtnClicked() slot_ZoomInBtnClicked() "
+                          "slot_viewWeelChanged(bool) slot_defaultOpen() slot_checkFilePath() "
+                          "slot_exportToPackage() slot_exportToComputer() slot_copyFile() slot_copyFilePath() "
+                          "slot_copyTag() slot_pasteTag() slot_setCover() slot_deleteComplete() "
+                          "slot_removeToRecycle() slot_PreviewTimerout() "
+                          "slot_pptFrameReadEnd(qlonglong,QPixmap) slot_switchFrameReadEnd(qlonglong,QPixmap)");
     QTest::newRow("loader") << &PreviewResourceThread::staticMetaObject
                             << QStringLiteral("signal_resLoadEnd() signal_imageReadEnd(qlonglong,QImage,QString,bool) "
                                               "signal_pptLoadEnd(qlonglong,QString,bool) "

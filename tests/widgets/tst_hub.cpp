@@ -46,7 +46,6 @@ private Q_SLOTS:
     void zoomKeys();
     void exitWaitsForTheLoad();
     void exitWaitsForThePresentation();
-    void presentationOfAnotherFileIsDropped();
     void stepsDuringTheFitDelay();
     void windowButtons();
 
@@ -228,21 +227,6 @@ void tst_hub::exitWaitsForThePresentation()
         QVERIFY(m_pLog->names.isEmpty());
         QCOMPARE(m_pHub->currentIndex(), int(Hub::PresentationPage));
     }
-}
-
-void tst_hub::presentationOfAnotherFileIsDropped()
-{
-    host().addFile(1, 193, QStringLiteral("/1.pptx"));
-    host().addFile(2, 210, QStringLiteral("/2.mp3"));
-    host().renderer.setDocument(1, {QSize(4, 3)});
-    data()->openPresentation(1, QStringLiteral("/1.pptx"));
-    openFiles({1, 2}, 2);
-    makeHub(Hub::DoubleClickMode);
-    m_pHub->slot_previewResource();
-    m_pHub->slot_pptLoadEnd(1, QStringLiteral("/1.pptx"), true);
-    QCOMPARE(m_pHub->currentIndex(), int(Hub::AudioPage));
-    QVERIFY(!data()->hasRenderEntry(1));
-    QVERIFY(host().renderer.openDocuments().isEmpty());
 }
 
 /** The picture is fitted a moment after its page is shown; by then another file may be on its way. */

@@ -20,14 +20,17 @@ public:
 
     /**
      * Renders page nPage (from 0), as large as fits into `pixelSize` physical pixels; an empty size asks for the
-     * page's own size. Null when it cannot be rendered.
+     * page's own size, which previews show as 100 %. Null when it cannot be rendered.
      */
     virtual QImage renderPage(qint64 nFileId, int nPage, const QSize &pixelSize) = 0;
 
-    /** Closes one document, cancelling what still runs for it. Ids that are not open are ignored. */
+    /**
+     * Closes one document, cancelling what still runs for it: that ends soon, with false or null. Returns at once, in
+     * any thread. Ids that are not open are ignored.
+     */
     virtual void closeDocument(qint64 nFileId) = 0;
 
-    /** Closes every document, cancelling what still runs. */
+    /** Closes every document in the same way. */
     virtual void closeAllDocuments() = 0;
 
 protected:
