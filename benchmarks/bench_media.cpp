@@ -30,9 +30,12 @@ bool waitFor(Condition condition)
     QTimer patience;
     patience.setSingleShot(true);
     patience.start(PatienceMsec);
-    while (!condition() && patience.isActive())
+    while (patience.isActive()) {
+        if (condition())
+            return true;
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-    return condition();
+    }
+    return false;
 }
 
 void pass(int nMsec)
@@ -54,6 +57,9 @@ bool runFfmpeg(const QStringList &arguments)
 {
     QProcess ffmpeg;
     ffmpeg.setProcessChannelMode(QProcess::ForwardedChannels);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("SVT_LOG"), QStringLiteral("1")); // an encoder that tells too much
+    ffmpeg.setProcessEnvironment(environment);
     ffmpeg.start(QStringLiteral("ffmpeg"), QStringList{QStringLiteral("-nostdin"), QStringLiteral("-v"),
                                                        QStringLiteral("error"), QStringLiteral("-y")} +
                                                arguments);
@@ -155,13 +161,13 @@ bool MediaBench::makeClips() const
              "-c:v libx265 -preset ultrafast -pix_fmt yuv420p -x265-params log-level=none") &&
         make("vp9.webm", "testsrc2=s=1920x1080:r=25:d=2",
              "-c:v libvpx-vp9 -deadline realtime -cpu-used 8 -row-mt 1 -b:v 4M") &&
-        make("av1.mkv", "testsrc2=s=1920x1080:r=25:d=2", "-c:v libsvtav1 -preset 12 -svtav1-params log=1") &&
+        make("av1.mkv", "testsrc2=s=1920x1080:r=25:d=2", "-c:v libsvtav1 -preset 12") &&
         make("smooth.mp4",
              qPrintable(QStringLiteral("testsrc2=s=1920x1080:r=%1:d=%2").arg(SmoothRate).arg(SmoothSeconds)), pH264) &&
         make("halves.mp4", pHalves, pH264) && make("song.mp3", "sine=f=440:d=5", "") &&
         make("song.m4a", "sine=f=440:d=5", "") && make("minute.mp3", pNoise, "-ac 2 -q:a 4") &&
-        make("minute.m4a", pNoise, "-ac 2 -b:a 160k") && make("minute.flac", pNoise, "-ac 2");
-    for (const QLatin1String suffix : {QLatin1String("mp3"), QLatin1String("m4a"), QLatin1String("flac")}) {
+        make("minute.flac", pNoise, "-ac 2");
+    for (const QLatin1String suffix : {QLatin1String("mp3"), QLatin1String("flac")}) {
         bMade = bMade && runFfmpeg({QStringLiteral("-stream_loop"), QStringLiteral("59"), QStringLiteral("-i"),
                                     clip("minute.") + suffix, QStringLiteral("-c"), QStringLiteral("copy"),
                                     clip("hour.") + suffix});
@@ -309,13 +315,13 @@ void MediaBench::measureWaveform(const char *pName, const char *pTitle) const
             runFfmpeg({QStringLiteral("-i"), path, QStringLiteral("-f"), QStringLiteral("null"), QStringLiteral("-")});
         return bRead ? double(timer.nsecsElapsed()) / 1e9 : -1.0;
     };
-    Ratio(pTitle, 2.0, 3).compare(ours, theirs);
+    // Long enough to tell with one round.
+    Ratio(pTitle, 2.0, 1).compare(ours, theirs);
 }
 
 void MediaBench::measureWaveforms() const
 {
     measureWaveform("hour.mp3", "waveform of an hour, MP3 / ffmpeg to nothing");
-    measureWaveform("hour.m4a", "waveform of an hour, AAC / ffmpeg to nothing");
     measureWaveform("hour.flac", "waveform of an hour, FLAC / ffmpeg to nothing");
 }
 
