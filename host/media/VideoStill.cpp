@@ -1,6 +1,7 @@
 #include "media/VideoStill.h"
 
 #include "media/StreamDecoder.h"
+#include "media/ToneMapping.h"
 
 #include <algorithm>
 #include <array>
@@ -38,9 +39,10 @@ QSize squarePixels(const QSize &size, AVRational aspect)
 QImage toImage(const AVFrame &frame, const QSize &size)
 {
     const auto format = AVPixelFormat(frame.format);
-    const std::unique_ptr<SwsContext, FreeScaler> pScaler(sws_getContext(frame.width, frame.height, format,
-                                                                         size.width(), size.height(), AV_PIX_FMT_RGB24,
-                                                                         SWS_AREA, nullptr, nullptr, nullptr));
+    const bool bHighRange = isHighRange(frame.color_trc);
+    const std::unique_ptr<SwsContext, FreeScaler> pScaler(
+        sws_getContext(frame.width, frame.height, format, size.width(), size.height(),
+                       bHighRange ? AV_PIX_FMT_RGBA64 : AV_PIX_FMT_RGB24, SWS_AREA, nullptr, nullptr, nullptr));
     if (pScaler == nullptr)
         return {};
     const int *pMatrix = sws_getCoefficients(frame.colorspace == AVCOL_SPC_UNSPECIFIED
@@ -48,13 +50,13 @@ QImage toImage(const AVFrame &frame, const QSize &size)
                                                  : int(frame.colorspace));
     sws_setColorspaceDetails(pScaler.get(), pMatrix, frame.color_range == AVCOL_RANGE_JPEG ? 1 : 0,
                              sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, 1 << 16, 1 << 16);
-    QImage image(size, QImage::Format_RGB888);
+    QImage image(size, bHighRange ? QImage::Format_RGBX64 : QImage::Format_RGB888);
     if (image.isNull())
         return {};
     uint8_t *planes[4] = {image.bits(), nullptr, nullptr, nullptr};
     const int strides[4] = {image.bytesPerLine(), 0, 0, 0};
     sws_scale(pScaler.get(), frame.data, frame.linesize, 0, frame.height, planes, strides);
-    return image;
+    return bHighRange ? toScreenRange(image, frame) : image;
 }
 
 /** 0 for a frame of one shade; a picture with dark and bright parts gives more than kGoodContrast. */

@@ -32,6 +32,8 @@ private Q_SLOTS:
     void pictures_data();
     void pictures();
     void frameIsNotBlack();
+    void highRangeLooksAsItPlays_data();
+    void highRangeLooksAsItPlays();
     void analysisAndRendition();
     void badFilesGiveNothing_data();
     void badFilesGiveNothing();
@@ -75,6 +77,39 @@ void TestMediaFiles::frameIsNotBlack()
     const QImage image = stage.picture(mediaSample("dark-start.mp4"));
     QVERIFY(image.pixelColor(100, 100).lightness() > 200);
     QVERIFY(image.pixelColor(300, 20).lightness() < 40);
+}
+
+void TestMediaFiles::highRangeLooksAsItPlays_data()
+{
+    QTest::addColumn<int>("most");
+    QTest::newRow("highrange.mkv") << 6;
+    // The player's filter has another idea of how a camera's light is shown, by a little.
+    QTest::newRow("hybridlog.mkv") << 10;
+}
+
+void TestMediaFiles::highRangeLooksAsItPlays()
+{
+    QFETCH(int, most);
+    PictureStage stage;
+    MediaStage playing;
+    playing.showVideo(QSize(320, 240));
+    playing.service->openAndPlay(&playing.owner, mediaSample(QTest::currentDataTag()), 0);
+    playing.service->pause();
+    QTRY_COMPARE(playing.lastPosition(), qint64(0));
+    QTRY_VERIFY(!playing.service->currentFrame(&playing.owner).isEmpty());
+    const QImage played = QImage(playing.service->currentFrame(&playing.owner)).scaled(64, 48);
+    // Its only key frame is the first one.
+    const QImage still = stage.picture(mediaSample(QTest::currentDataTag())).scaled(64, 48);
+    int nSum = 0;
+    for (int y = 0; y < 48; ++y) {
+        for (int x = 0; x < 64; ++x) {
+            const QColor a = played.pixelColor(x, y);
+            const QColor b = still.pixelColor(x, y);
+            nSum += qAbs(a.red() - b.red()) + qAbs(a.green() - b.green()) + qAbs(a.blue() - b.blue());
+        }
+    }
+    const int nMean = nSum / (64 * 48 * 3);
+    QVERIFY2(nMean <= most, qPrintable(QString::number(nMean)));
 }
 
 void TestMediaFiles::analysisAndRendition()

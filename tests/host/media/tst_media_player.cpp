@@ -6,6 +6,8 @@
 #include <QContextMenuEvent>
 #include <QMenu>
 
+#include <csignal>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace {
@@ -38,9 +40,13 @@ private Q_SLOTS:
     void badFiles_data();
     void badFiles();
     void damagedInTheMiddle();
+    void hourWithoutIndex_data();
+    void hourWithoutIndex();
+    void slowToOpen();
     void fileRemovedWhilePlaying();
     void saysOnceThatThereIsNoSound();
     void tracksInTheMenu();
+    void subtitlesBesideTheFile();
     void ownersComeAndGo();
     void nothingGrows();
 };
@@ -274,6 +280,61 @@ void TestMediaPlayer::damagedInTheMiddle()
     QVERIFY(stage.opened->size() >= 2);
 }
 
+void TestMediaPlayer::hourWithoutIndex_data()
+{
+    QTest::addColumn<bool>("lengthTold");
+    QTest::newRow("hour.ts") << true;
+    QTest::newRow("hour.mkv") << false;
+}
+
+void TestMediaPlayer::hourWithoutIndex()
+{
+    QFETCH(bool, lengthTold);
+    MediaStage stage;
+    QWidget *pArea = stage.showVideo(QSize(160, 120));
+    stage.service->openAndPlay(&stage.owner, mediaSample(QTest::currentDataTag()), 0);
+    QTRY_VERIFY(stage.lastPosition() >= 0);
+    if (lengthTold)
+        QVERIFY2(qAbs(stage.duration() - 3600000) < 5000, qPrintable(QString::number(stage.duration())));
+    stage.service->pause();
+    for (const int nMsec : {3000000, 600000}) {
+        stage.service->seek(nMsec);
+        QTRY_VERIFY(qAbs(stage.lastPosition() - nMsec) <= 500);
+    }
+    QVERIFY(middleOf(pArea) != QColor(22, 22, 22));
+    // What was read of it tells the least that it lasts.
+    QVERIFY(stage.duration() >= 3000000);
+}
+
+void TestMediaPlayer::slowToOpen()
+{
+    MediaStage stage;
+    stage.showVideo(QSize(160, 120));
+    const QString path = stage.copyOf("plain.mp4", "slow.mp4");
+    // As long as we hold the lease, whoever opens the file waits.
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    const auto pIgnored = ::signal(SIGIO, SIG_IGN);
+    QCOMPARE(::fcntl(file.handle(), F_SETLEASE, F_WRLCK), 0);
+    stage.service->openAndPlay(&stage.owner, path, 0);
+    stage.service->seek(500);
+    QVERIFY(stage.service->currentFrame(&stage.owner).isEmpty());
+    QCOMPARE(stage.service->state(), kPlaying);
+    // More often than there are processors: others are opened all the same.
+    for (int i = 0; i < 4; ++i) {
+        stage.service->stop(&stage.owner);
+        stage.service->openAndPlay(&stage.owner, path, 0);
+    }
+    stage.service->openAndPlay(&stage.owner, mediaSample("shades.mp4"), 0);
+    QTRY_COMPARE(stage.duration(), qint64(5000));
+    // Come back to while it still waits: it plays as soon as it can be read.
+    stage.service->openAndPlay(&stage.owner, path, 0);
+    QCOMPARE(::fcntl(file.handle(), F_SETLEASE, F_UNLCK), 0);
+    ::signal(SIGIO, pIgnored);
+    QTRY_COMPARE(stage.duration(), qint64(2000));
+    QVERIFY(stage.problems.isEmpty());
+}
+
 void TestMediaPlayer::fileRemovedWhilePlaying()
 {
     MediaStage stage;
@@ -333,6 +394,40 @@ void TestMediaPlayer::tracksInTheMenu()
     player.selectTrack(QStringLiteral("audio"), 2);
     QTRY_COMPARE(choices(0).constFirst(), QStringLiteral("*None"));
     QTRY_COMPARE(choices(1).constLast(), QStringLiteral("*Deutsch"));
+}
+
+void TestMediaPlayer::subtitlesBesideTheFile()
+{
+    MediaStage stage;
+    QWidget *pArea = stage.showVideo(QSize(320, 240));
+    const QString path = stage.copyOf("shades.mp4", "film.mp4");
+    for (const char *pName : {"film.srt", "film.de.srt", "other.srt"}) {
+        QFile file(stage.folder.filePath(QString::fromUtf8(pName)));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("1\n00:00:00,000 --> 00:00:09,000\nMMMMMMMMMM\n");
+    }
+    stage.service->openAndPlay(&stage.owner, path, 0);
+    stage.service->pause();
+    const auto brightest = [pArea] {
+        const QImage image = pArea->grab().toImage();
+        int nBrightest = 0;
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = image.height() / 2; y < image.height(); ++y)
+                nBrightest = qMax(nBrightest, qGray(image.pixel(x, y)));
+        }
+        return nBrightest;
+    };
+    QTRY_VERIFY(brightest() > 200);
+    QContextMenuEvent asked(QContextMenuEvent::Mouse, QPoint(5, 5), pArea->mapToGlobal(QPoint(5, 5)));
+    QCoreApplication::sendEvent(pArea, &asked);
+    auto *pMenu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(pMenu != nullptr);
+    const QList<QAction *> choices = pMenu->actions().constFirst()->menu()->actions();
+    QCOMPARE(choices.size(), 3);
+    QVERIFY(!choices.constFirst()->isChecked());
+    choices.constFirst()->trigger();
+    pMenu->close();
+    QTRY_VERIFY(brightest() < 100);
 }
 
 void TestMediaPlayer::ownersComeAndGo()

@@ -71,6 +71,8 @@ class TestMediaSound : public LoggedTest {
 
 private Q_SLOTS:
     void playsAndTells();
+    void brokenRates_data();
+    void brokenRates();
     void decodedDurationCounts();
     void waveShowsTheSound();
     void waveIsKeptByContent();
@@ -101,6 +103,34 @@ void TestMediaSound::playsAndTells()
     // To the last moment, not to where the last samples were handed over.
     QVERIFY(stage.lastPosition() > 1900);
     QVERIFY(stage.problems.isEmpty());
+}
+
+void TestMediaSound::brokenRates_data()
+{
+    QTest::addColumn<quint32>("rate");
+    QTest::newRow("none") << quint32(0);
+    QTest::newRow("one") << quint32(1);
+    QTest::newRow("negative") << quint32(0x80000000);
+    QTest::newRow("most") << quint32(0x7fffffff);
+}
+
+void TestMediaSound::brokenRates()
+{
+    QFETCH(quint32, rate);
+    SoundStage stage;
+    const QString path = stage.copyOf("steps.wav", "rate.wav");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(24));
+    file.write(reinterpret_cast<const char *>(&rate), sizeof rate);
+    file.close();
+    stage.service->openAudio(path);
+    // Whatever the player makes of it, it neither hangs nor keeps the next one from playing.
+    QTest::qWait(300);
+    stage.wave->grab();
+    stage.service->openAudio(mediaSample("tone.wav"));
+    QTRY_COMPARE(stage.duration(), qint64(2000));
+    QTRY_VERIFY(stage.lastPosition() > 0);
+    QTRY_VERIFY(stage.heightAt(150) > 3);
 }
 
 void TestMediaSound::decodedDurationCounts()

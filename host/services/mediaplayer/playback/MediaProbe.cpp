@@ -1,6 +1,7 @@
 #include "services/mediaplayer/playback/MediaProbe.h"
 
 #include "files/NativePath.h"
+#include "media/ToneMapping.h"
 
 #include <QByteArrayList>
 
@@ -14,8 +15,7 @@ MediaProbe probeMedia(const QString &path, const media::Cancelled &cancelled)
     if (pStream == nullptr)
         return probe;
     probe.nRotation = media::uprightRotation(*pStream);
-    const AVColorTransferCharacteristic transfer = pStream->codecpar->color_trc;
-    probe.bHighRange = transfer == AVCOL_TRC_SMPTE2084 || transfer == AVCOL_TRC_ARIB_STD_B67;
+    probe.bHighRange = media::isHighRange(pStream->codecpar->color_trc);
     return probe;
 }
 
@@ -23,6 +23,7 @@ QByteArray videoFilters(int nRotation, bool bHighRange)
 {
     QByteArrayList filters;
     if (bHighRange) {
+        // Stills are toned down in the same way, see ToneMapping.
         filters.append("zscale=t=linear:npl=203,format=gbrpf32le,zscale=p=bt709,tonemap=mobius:desat=0,"
                        "zscale=t=bt709:m=bt709:r=tv,format=yuv420p");
     }

@@ -22,6 +22,7 @@ QByteArray seconds(qint64 nMsec)
 
 MpvPlayer::MpvPlayer(PlayerThreads *pThreads, const PlayerSetup &setup, QObject *pParent)
     : QObject(pParent)
+    , m_pReaders(pThreads->readers())
     , m_core(pThreads, setup, nullptr)
     , m_setup(setup)
 {
@@ -63,7 +64,9 @@ void MpvPlayer::open(const QString &path, qint64 nStartMsec)
     const auto pCancelled = std::make_shared<std::atomic_bool>(false);
     m_pProbing = pCancelled;
     const QPointer<MpvPlayer> pThis(this);
-    QtConcurrent::run([pThis, path, pCancelled] {
+    QtConcurrent::run(m_pReaders, [pThis, path, pCancelled] {
+        if (*pCancelled)
+            return;
         const MediaProbe probe = probeMedia(path, [&pCancelled] { return pCancelled->load(); });
         QMetaObject::invokeMethod(
             qApp,

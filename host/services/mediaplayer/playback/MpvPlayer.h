@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QSize>
+#include <QThreadPool>
 #include <QVariant>
 
 #include <atomic>
@@ -90,6 +91,7 @@ private:
     void takeTracks(const QVariantList &tracks);
     void announce();
 
+    QThreadPool *const m_pReaders;
     MpvCore m_core;
     const PlayerSetup m_setup;
     Phase m_phase = Phase::Idle;

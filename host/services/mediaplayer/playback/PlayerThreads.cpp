@@ -2,7 +2,17 @@
 
 #include "services/mediaplayer/playback/PlayerThread.h"
 
-PlayerThreads::PlayerThreads() = default;
+namespace {
+
+// More than anybody opens before the first of them answers.
+constexpr int kMostReaders = 8;
+
+} // namespace
+
+PlayerThreads::PlayerThreads()
+{
+    m_readers.setMaxThreadCount(kMostReaders);
+}
 
 PlayerThreads::~PlayerThreads()
 {

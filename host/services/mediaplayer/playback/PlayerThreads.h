@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QThreadPool>
 #include <QVector>
 
 #include <memory>
@@ -28,8 +29,15 @@ public:
     /** Ends all and waits for them. */
     void endAll();
 
+    /**
+     * Where files are looked at before they are opened. A pool of its own: a file on a medium that does not answer
+     * holds its thread, and nothing else is to wait for that.
+     */
+    QThreadPool *readers() { return &m_readers; }
+
     int count() const { return int(m_threads.size()); }
 
 private:
     QVector<PlayerThread *> m_threads;
+    QThreadPool m_readers;
 };
