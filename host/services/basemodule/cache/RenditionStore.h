@@ -14,6 +14,7 @@ namespace basemodule {
 struct CacheFolders {
     QString renditions; ///< Ours alone.
     QString thumbnails; ///< The desktop's shared thumbnail folder.
+    QString documents;  ///< Ours alone: converted documents; empty: beside the renditions.
 
     /** In the user's cache folder. */
     static CacheFolders standard();
