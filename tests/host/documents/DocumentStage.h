@@ -2,6 +2,8 @@
 
 #include "../HostTestSupport.h"
 #include "Documents.h"
+#include "services/basemodule/documents/ConverterSlot.h"
+#include "services/basemodule/documents/PdfStore.h"
 #include "services/basemodule/documents/PresentationRenderer.h"
 
 #include <QDirIterator>

@@ -3,6 +3,8 @@
 
 #include <QTcpServer>
 
+using basemodule::ConverterSlot;
+
 /** What LibreOffice, Poppler and Ghostscript really make of documents. */
 class TestDocumentPages : public LoggedTest {
     Q_OBJECT
@@ -11,6 +13,7 @@ private Q_SLOTS:
     void pages_data();
     void pages();
     void severalAtOnce();
+    void cancelledInTheMiddle();
     void firstPages_data();
     void firstPages();
     void badDocuments_data();
@@ -72,6 +75,30 @@ void TestDocumentPages::severalAtOnce()
     renderer.closeDocument(1);
     QCOMPARE(renderer.pageCount(1), 0);
     QVERIFY(showsSlide(renderer.renderPage(2, 0, QSize(300, 300)), 0));
+}
+
+void TestDocumentPages::cancelledInTheMiddle()
+{
+    const DocumentStage stage;
+    const QString profile = stage.folder.filePath(QStringLiteral("d/converter-0/profile"));
+    const QString socket = ConverterSlot::socketPath(profile);
+    const QString path = stage.folder.filePath(QStringLiteral("long.pptx"));
+    QVERIFY(documents::writeDeck(path, {2000, QSize(1280, 720), {}, 0, 0}));
+    auto opening = stage.open(1, path);
+    // The program works, and has what it leaves behind when it is killed.
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(socket), 120000);
+    QElapsedTimer clock;
+    clock.start();
+    stage.renderer().closeAllDocuments();
+    QVERIFY(!opening.get());
+    QTRY_COMPARE(stage.leftovers(), QStringList());
+    QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
+    QTRY_VERIFY(!QFile::exists(socket));
+    QDirIterator processes(QStringLiteral("/proc"), QDir::Dirs | QDir::NoDotAndDotDot);
+    while (processes.hasNext()) {
+        QFile command(processes.next() + QStringLiteral("/cmdline"));
+        QVERIFY(!command.open(QIODevice::ReadOnly) || !command.readAll().contains(profile.toUtf8()));
+    }
 }
 
 void TestDocumentPages::firstPages_data()

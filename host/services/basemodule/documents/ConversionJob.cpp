@@ -9,7 +9,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcessEnvironment>
-#include <QUrl>
 
 namespace basemodule {
 
@@ -157,7 +156,7 @@ Conversion::Outcome ConversionJob::runOffice(const ConverterSlot &slot, const QS
                                              const QString &filter) const
 {
     const QStringList arguments{
-        QStringLiteral("-env:UserInstallation=") + QUrl::fromLocalFile(slot.profile()).toString(QUrl::FullyEncoded),
+        QStringLiteral("-env:UserInstallation=") + QString::fromLatin1(slot.profileUrl()),
         QStringLiteral("--headless"),
         QStringLiteral("--norestore"),
         QStringLiteral("--nologo"),

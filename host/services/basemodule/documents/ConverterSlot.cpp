@@ -1,9 +1,13 @@
 #include "services/basemodule/documents/ConverterSlot.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
+#include <QUrl>
 
+#include <unistd.h>
 #include <utility>
 
 namespace basemodule {
@@ -63,22 +67,46 @@ ConverterSlot::ConverterSlot(const QString &folder, std::unique_ptr<QLockFile> l
 
 ConverterSlot::~ConverterSlot()
 {
+    clear();
+}
+
+void ConverterSlot::clear() const
+{
     QDir(work()).removeRecursively();
+    QFile::remove(socketPath(profile()));
+}
+
+QByteArray ConverterSlot::profileUrl(const QString &profile)
+{
+    return QUrl::fromLocalFile(profile).toEncoded();
+}
+
+QString ConverterSlot::socketPath(const QString &profile)
+{
+    // Named after the digest of the profile's address, in a folder that cannot be chosen.
+    const QString url = QString::fromLatin1(profileUrl(profile));
+    const QByteArray digest = QCryptographicHash::hash(
+        QByteArray(reinterpret_cast<const char *>(url.utf16()), 2 * url.size()), QCryptographicHash::Md5);
+    QString name;
+    for (const char byte : digest)
+        name += QString::number(uchar(byte), 16);
+    return QStringLiteral("/tmp/OSL_PIPE_%1_SingleOfficeIPC_%2").arg(::getuid()).arg(name);
 }
 
 std::unique_ptr<ConverterSlot> ConverterSlot::acquire(const QString &folder)
 {
     for (int i = 0; i < kMostSlots; ++i) {
-        const QString place = folder + QStringLiteral("/converter-%1").arg(i);
-        if (!QDir().mkpath(place))
+        if (!QDir().mkpath(folder + QStringLiteral("/converter-%1").arg(i)))
             return {};
+        // The one spelling of the place that the program knows, too.
+        const QString place = QFileInfo(folder).canonicalFilePath() + QStringLiteral("/converter-%1").arg(i);
         auto lock = std::make_unique<QLockFile>(place + QStringLiteral("/lock"));
         // The lock of a process that is gone is void, whatever its age; that of a living one never is.
         lock->setStaleLockTime(0);
         if (!lock->tryLock())
             continue;
         std::unique_ptr<ConverterSlot> slot(new ConverterSlot(place, std::move(lock)));
-        QDir(slot->work()).removeRecursively();
+        slot->clear();
         if (!QDir().mkpath(slot->work()))
             return {};
         QFile::setPermissions(place, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QLockFile>
 #include <QString>
 
@@ -26,11 +27,19 @@ public:
 
     /** Writes the office program's settings: no macros, no links, no network, no memory of what it opened. */
     bool prepareProfile() const;
+    /** The profile's address, as the office program wants it. */
+    QByteArray profileUrl() const { return profileUrl(profile()); }
+    static QByteArray profileUrl(const QString &profile);
+
+    /** Where the office program listens for a second start of itself; a killed one leaves it behind. */
+    static QString socketPath(const QString &profile);
+
     /** After a program that was killed in the middle of who knows what. */
     void discardProfile() const;
 
 private:
     ConverterSlot(const QString &folder, std::unique_ptr<QLockFile> lock);
+    void clear() const;
 
     const QString m_folder;
     const std::unique_ptr<QLockFile> m_lock;
