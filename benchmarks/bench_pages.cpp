@@ -12,9 +12,8 @@
 #include <QThread>
 #include <QUrl>
 
-#include <poppler-qt5.h>
-
 #include <memory>
+#include <poppler-qt5.h>
 
 namespace {
 

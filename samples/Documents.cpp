@@ -61,8 +61,8 @@ public:
 
     void addRelations(const QByteArray &name, const QByteArray &relations)
     {
-        add(name, kHeader + ("<Relationships xmlns=\"" + kPackage + "relationships\">" + relations +
-                             "</Relationships>"));
+        add(name,
+            kHeader + ("<Relationships xmlns=\"" + kPackage + "relationships\">" + relations + "</Relationships>"));
     }
 
     bool close() { return ::archive_write_close(m_archive.get()) == ARCHIVE_OK && m_bOk; }
@@ -98,9 +98,8 @@ QByteArray box(qint64 nX, qint64 nY, qint64 nWidth, qint64 nHeight)
 
 QByteArray shape(int nId, const QByteArray &box, const QByteArray &fill, const QByteArray &text)
 {
-    return "<p:sp><p:nvSpPr><p:cNvPr id=\"" + number(nId) +
-           "\" name=\"s\"/><p:cNvSpPr/><p:nvPr/></p:nvSpPr><p:spPr>" + box + fill +
-           "</p:spPr><p:txBody><a:bodyPr/><a:p><a:r><a:rPr sz=\"9600\"/><a:t>" + text +
+    return "<p:sp><p:nvSpPr><p:cNvPr id=\"" + number(nId) + "\" name=\"s\"/><p:cNvSpPr/><p:nvPr/></p:nvSpPr><p:spPr>" +
+           box + fill + "</p:spPr><p:txBody><a:bodyPr/><a:p><a:r><a:rPr sz=\"9600\"/><a:t>" + text +
            "</a:t></a:r></a:p></p:txBody></p:sp>";
 }
 
@@ -109,9 +108,9 @@ QByteArray slide(const Deck &deck, int nSlide)
     const qint64 nWidth = deck.pixels.width() * kEmuPerPixel;
     const qint64 nHeight = deck.pixels.height() * kEmuPerPixel;
     const QByteArray color = QByteArray::number(slideColor(nSlide) & 0xffffffU, 16).rightJustified(6, '0');
-    QByteArray shapes = shape(2, box(0, 0, nWidth / 2, nHeight),
-                              "<a:solidFill><a:srgbClr val=\"" + color + "\"/></a:solidFill>", {}) +
-                        shape(3, box(nWidth / 2, 0, nWidth / 2, nHeight), "<a:noFill/>", number(nSlide + 1));
+    QByteArray shapes =
+        shape(2, box(0, 0, nWidth / 2, nHeight), "<a:solidFill><a:srgbClr val=\"" + color + "\"/></a:solidFill>", {}) +
+        shape(3, box(nWidth / 2, 0, nWidth / 2, nHeight), "<a:noFill/>", number(nSlide + 1));
     for (int i = 0; i < deck.nShapes; ++i) {
         shapes += shape(10 + i, box(nWidth / 2 + i % 50 * nWidth / 110, nHeight / 2 + i / 50 * 90000, 80000, 80000),
                         "<a:gradFill><a:gsLst><a:gs pos=\"0\"><a:srgbClr val=\"204060\"/></a:gs><a:gs pos=\"100000\">"

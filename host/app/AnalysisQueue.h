@@ -16,7 +16,8 @@ class Library;
 
 /**
  * Has the base module make the pictures of all files in view, a few at a time and those first that are looked at;
- * documents one after the other, so that pictures do not wait for them. What was done is kept in the library, so that the next start goes on where this one ended.
+ * documents one after the other, so that pictures do not wait for them. What was done is kept in the library, so that
+ * the next start goes on where this one ended.
  *
  * Owner: HostSession. Thread: GUI thread; its workers see the waiting files only.
  */
@@ -59,7 +60,7 @@ private:
 
     std::mutex m_mutex; ///< Guards the next five.
     QHash<qint64, FileRow> m_waiting;
-    std::deque<qint64> m_order; ///< May name files that wait no more.
+    std::deque<qint64> m_order;    ///< May name files that wait no more.
     std::deque<qint64> m_heldBack; ///< Documents that were next while another one was being converted.
     bool m_bConverting = false;
     int m_nWorkers = 0;

@@ -21,8 +21,8 @@ constexpr int kAnalysesBetweenPrunings = 1000;
 std::unique_ptr<DocumentConverter> makeConverter(const CacheFolders &folders, ConverterSettings settings)
 {
     if (settings.folder.isEmpty())
-        settings.folder = folders.documents.isEmpty() ? folders.renditions + QStringLiteral("-documents")
-                                                      : folders.documents;
+        settings.folder =
+            folders.documents.isEmpty() ? folders.renditions + QStringLiteral("-documents") : folders.documents;
     return std::make_unique<DocumentConverter>(settings);
 }
 

@@ -21,9 +21,11 @@ class PresentationRenderer;
 class ThumbnailCache;
 
 /**
- * Root object of the base module: builds decoder, decode-ahead, renditions, thumbnails and page renderer and hands them out.
+ * Root object of the base module: builds decoder, decode-ahead, renditions, thumbnails and page renderer and hands them
+ * out.
  *
- * Owner: the Qt plug-in loader, or a test. Thread: GUI thread; the decoder, the renderer, renditionPaths and analyse: any.
+ * Owner: the Qt plug-in loader, or a test. Thread: GUI thread; the decoder, the renderer, renditionPaths and analyse:
+ * any.
  */
 class BaseModule : public QObject, public IPlugin, public IBaseModulePlugin, public IHostAnalysis {
     Q_OBJECT

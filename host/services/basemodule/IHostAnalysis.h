@@ -45,7 +45,8 @@ public:
 
     /**
      * Makes the thumbnail of a file and what previews read instead of it (the large rendition, the pages of a
-     * document), and keeps them on disk. Any thread, several at once; lets pictures that somebody waits for go first, and ends soon when it is cancelled.
+     * document), and keeps them on disk. Any thread, several at once; lets pictures that somebody waits for go first,
+     * and ends soon when it is cancelled.
      */
     virtual AnalysisOutcome analyse(const QString &path, const std::atomic_bool &cancelled) = 0;
 

@@ -17,9 +17,10 @@
 inline QString document(const char *pName)
 {
     const QString name = QString::fromUtf8(pName);
-    return QStringLiteral(SAMPLES_DIR "/") + (QFile::exists(QStringLiteral(SAMPLES_DIR "/documents/") + name)
-                                                   ? QStringLiteral("documents/")
-                                                   : QStringLiteral("nasty-documents/")) + name;
+    return QStringLiteral(SAMPLES_DIR "/") +
+           (QFile::exists(QStringLiteral(SAMPLES_DIR "/documents/") + name) ? QStringLiteral("documents/")
+                                                                            : QStringLiteral("nasty-documents/")) +
+           name;
 }
 
 /**

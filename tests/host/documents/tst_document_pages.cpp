@@ -140,8 +140,8 @@ void TestDocumentPages::firstPages()
 void TestDocumentPages::badDocuments_data()
 {
     QTest::addColumn<int>("msec"); ///< Told without a program in this time.
-    for (const char *pName : {"truncated_deck.pptx", "stub_deck.pptx", "zero_deck.pptx", "text_named.pptx",
-                              "bomb.pptx", "broken.ttf", "not there.pptx"})
+    for (const char *pName : {"truncated_deck.pptx", "stub_deck.pptx", "zero_deck.pptx", "text_named.pptx", "bomb.pptx",
+                              "broken.ttf", "not there.pptx"})
         QTest::newRow(pName) << 1000;
     QTest::newRow("locked.pptx") << 60000;
     QTest::newRow("endless.eps") << 60000;

@@ -195,8 +195,8 @@ bool isOfficeDocument(const QByteArray &head, const QString &suffix)
     if (head.startsWith(QByteArrayLiteral("\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1")))
         return isOfficeSuffix(suffix);
     const bool bDrawing = head.startsWith("RIFF") && head.mid(8, 3).toUpper() == "CDR";
-    const bool bMetafile = head.startsWith(QByteArrayLiteral("\xd7\xcd\xc6\x9a")) ||
-                           head.startsWith(QByteArray("\x01\0\x09\0", 4));
+    const bool bMetafile =
+        head.startsWith(QByteArrayLiteral("\xd7\xcd\xc6\x9a")) || head.startsWith(QByteArray("\x01\0\x09\0", 4));
     return bDrawing || (bMetafile && suffix == QLatin1String("wmf"));
 }
 

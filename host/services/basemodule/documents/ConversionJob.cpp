@@ -155,18 +155,17 @@ Conversion::Outcome ConversionJob::convert(const ConverterSlot &slot, const QStr
 Conversion::Outcome ConversionJob::runOffice(const ConverterSlot &slot, const QString &document,
                                              const QString &filter) const
 {
-    const QStringList arguments{
-        QStringLiteral("-env:UserInstallation=") + QString::fromLatin1(slot.profileUrl()),
-        QStringLiteral("--headless"),
-        QStringLiteral("--norestore"),
-        QStringLiteral("--nologo"),
-        QStringLiteral("--nodefault"),
-        QStringLiteral("--nolockcheck"),
-        QStringLiteral("--convert-to"),
-        filter,
-        QStringLiteral("--outdir"),
-        slot.work() + QStringLiteral("/out"),
-        document};
+    const QStringList arguments{QStringLiteral("-env:UserInstallation=") + QString::fromLatin1(slot.profileUrl()),
+                                QStringLiteral("--headless"),
+                                QStringLiteral("--norestore"),
+                                QStringLiteral("--nologo"),
+                                QStringLiteral("--nodefault"),
+                                QStringLiteral("--nolockcheck"),
+                                QStringLiteral("--convert-to"),
+                                filter,
+                                QStringLiteral("--outdir"),
+                                slot.work() + QStringLiteral("/out"),
+                                document};
     for (int nStart = 0; nStart < kMostStarts; ++nStart) {
         if (!slot.prepareProfile())
             return Conversion::Unavailable;

@@ -81,13 +81,13 @@ void DocumentConverter::reportMissing(PictureFormat format)
         bReported = true;
         handler = m_problemHandler;
     }
-    handler(format == PictureFormat::Office
-                ? tr("Presentations and office documents have no pages: LibreOffice is missing. "
-                     "Please install the packages %1.")
-                      .arg(QStringLiteral(
-                          "libreoffice-impress-nogui, libreoffice-writer-nogui, libreoffice-calc-nogui"))
-                : tr("PostScript files have no pages: Ghostscript is missing. Please install the package %1.")
-                      .arg(QStringLiteral("ghostscript")));
+    handler(
+        format == PictureFormat::Office
+            ? tr("Presentations and office documents have no pages: LibreOffice is missing. "
+                 "Please install the packages %1.")
+                  .arg(QStringLiteral("libreoffice-impress-nogui, libreoffice-writer-nogui, libreoffice-calc-nogui"))
+            : tr("PostScript files have no pages: Ghostscript is missing. Please install the package %1.")
+                  .arg(QStringLiteral("ghostscript")));
 }
 
 QString DocumentConverter::firstPage(const QString &path, const DecodeRequest &request)

@@ -4,11 +4,10 @@
 
 #include <QVariant>
 
-#include <poppler-qt5.h>
-
 #include <algorithm>
 #include <cmath>
 #include <mutex>
+#include <poppler-qt5.h>
 #include <utility>
 
 namespace basemodule {
@@ -47,7 +46,9 @@ bool shallAbort(const QVariant &abort)
     return (*static_cast<const PageDocument::Abort *>(abort.value<void *>()))();
 }
 
-void ignoreError(const QString & /*message*/, const QVariant & /*closure*/) {}
+void ignoreError(const QString & /*message*/, const QVariant & /*closure*/)
+{
+}
 
 } // namespace
 
@@ -86,10 +87,10 @@ QImage PageDocument::render(int nPage, const QSize &pixelSize, const Abort &wish
     if (points.isEmpty())
         return {};
     const QSize size = targetSize(points, pixelSize);
-    QImage image = page->renderToImage(
-        kPointsPerInch * size.width() / points.width(), kPointsPerInch * size.height() / points.height(), 0, 0,
-        size.width(), size.height(), Poppler::Page::Rotate0, nullptr, nullptr, shallAbort,
-        QVariant::fromValue<void *>(const_cast<Abort *>(&abort)));
+    QImage image = page->renderToImage(kPointsPerInch * size.width() / points.width(),
+                                       kPointsPerInch * size.height() / points.height(), 0, 0, size.width(),
+                                       size.height(), Poppler::Page::Rotate0, nullptr, nullptr, shallAbort,
+                                       QVariant::fromValue<void *>(const_cast<Abort *>(&abort)));
     if (image.isNull() || abort())
         return {};
     // The paper is white and leaves nothing to see through: the same bytes, without a conversion.

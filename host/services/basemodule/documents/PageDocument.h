@@ -36,8 +36,8 @@ public:
 
     /**
      * The page in the screen's format, as large as fits into `pixelSize`, or at its own size where that is empty; null
-     * when it cannot be rendered, was abandoned, or `wish`, which is asked often meanwhile, says so. What would not fit into memory
-     * comes smaller.
+     * when it cannot be rendered, was abandoned, or `wish`, which is asked often meanwhile, says so. What would not fit
+     * into memory comes smaller.
      */
     QImage render(int nPage, const QSize &pixelSize, const Abort &wish);
 
