@@ -1,4 +1,5 @@
 // Makes the sample pictures: make_samples FOLDER
+#include "Documents.h"
 #include "Encoders.h"
 #include "NastyFiles.h"
 #include "RawFormats.h"
@@ -191,6 +192,8 @@ int main(int argc, char **argv)
     makeModern(writer);
     makeTiffs(writer);
     makeOthers(writer);
+    writer.report("documents", makeDocuments(QFile::decodeName(argv[1]) + QStringLiteral("/documents"),
+                                             QFile::decodeName(argv[1]) + QStringLiteral("/nasty-documents")));
     writer.report("nasty", makeNastyFiles(folder, QFile::decodeName(argv[1]) + QStringLiteral("/nasty")));
     return writer.isOk() ? 0 : 1;
 }

@@ -9,17 +9,10 @@ namespace {
 
 constexpr int k_nReportMsec = 200;
 
-/** Types whose files hold a picture, or may: a frame of a video, the cover of a sound. */
-bool hasOwnPicture(qint64 nType)
-{
-    const FileTypes::Kind kind = FileTypes::kindOf(nType);
-    return FileTypes::isPicture(nType) || kind == FileTypes::Kind::Video || kind == FileTypes::Kind::Sound;
-}
-
 bool needsAnalysis(const FileRecord &record)
 {
     return record.row().analysis == AnalysisState::Waiting && record.row().bAvailable &&
-           hasOwnPicture(record.row().nType);
+           FileTypes::hasPicture(record.row().nType);
 }
 
 } // namespace
@@ -90,6 +83,7 @@ void AnalysisQueue::forgetAll()
     m_nOpen -= m_waiting.size();
     m_waiting.clear();
     m_order.clear();
+    m_heldBack.clear();
     m_nDone = 0;
 }
 
@@ -124,6 +118,13 @@ bool AnalysisQueue::takeNext(FileRow *pFile)
         const auto found = m_waiting.find(nId);
         if (found == m_waiting.end())
             continue;
+        if (FileTypes::isConverted(found->nType)) {
+            if (m_bConverting) {
+                m_heldBack.push_back(nId);
+                continue;
+            }
+            m_bConverting = true;
+        }
         *pFile = found.value();
         m_waiting.erase(found);
         return true;
@@ -140,9 +141,19 @@ void AnalysisQueue::work()
     while (takeNext(&file)) {
         const QString path = file.folder + QLatin1Char('/') + file.name;
         const AnalysisOutcome outcome = m_pAnalysis->analyse(path, m_bCancelled);
+        if (FileTypes::isConverted(file.nType))
+            endConversion();
         QMetaObject::invokeMethod(
             this, [this, file, outcome] { takeOutcome(file, outcome); }, Qt::QueuedConnection);
     }
+}
+
+void AnalysisQueue::endConversion()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_bConverting = false;
+    m_order.insert(m_order.begin(), m_heldBack.begin(), m_heldBack.end());
+    m_heldBack.clear();
 }
 
 void AnalysisQueue::takeOutcome(const FileRow &file, AnalysisOutcome outcome)

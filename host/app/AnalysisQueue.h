@@ -15,8 +15,9 @@
 class Library;
 
 /**
- * Has the base module make the pictures of all files in view, a few at a time and those first that are looked at. What
- * was done is kept in the library, so that the next start goes on where this one ended.
+ * Has the base module make the pictures of all files in view, a few at a time and those first that are looked at;
+ * documents one after the other, so that pictures do not wait for them. What was done is kept in the library, so that
+ * the next start goes on where this one ended.
  *
  * Owner: HostSession. Thread: GUI thread; its workers see the waiting files only.
  */
@@ -48,6 +49,7 @@ private:
     void startWorkers();
     void work();
     bool takeNext(FileRow *pFile);
+    void endConversion();
     void takeOutcome(const FileRow &file, AnalysisOutcome outcome);
     void report();
 
@@ -56,9 +58,11 @@ private:
     QThreadPool m_pool;
     std::atomic_bool m_bCancelled{false};
 
-    std::mutex m_mutex; ///< Guards the next three.
+    std::mutex m_mutex; ///< Guards the next five.
     QHash<qint64, FileRow> m_waiting;
-    std::deque<qint64> m_order; ///< May name files that wait no more.
+    std::deque<qint64> m_order;    ///< May name files that wait no more.
+    std::deque<qint64> m_heldBack; ///< Documents that were next while another one was being converted.
+    bool m_bConverting = false;
     int m_nWorkers = 0;
 
     QVector<FileRow> m_finished; ///< Not stored yet.

@@ -157,6 +157,8 @@ void HostSession::loadPlugins()
         m_pWindow->setThumbnailCache(pBaseModule->cacheManager());
         m_pWindow->infoPanel()->setMetadataReader(
             [pAnalysis = m_pAnalysis](const QString &path) { return pAnalysis->readMetadata(path); });
+        m_pAnalysis->setProblemHandler(
+            [this](const QString &problem) { m_pWindow->statusLine()->addProblem(problem); });
     } else {
         m_pWindow->statusLine()->addProblem(tr("Thumbnails and pictures are missing: there is no base module."));
     }
@@ -296,6 +298,8 @@ void HostSession::shutdown()
     m_pDataSource->shutdown();
     if (auto *pMedia = mediaPlayer())
         pMedia->setProblemHandler({});
+    if (m_pAnalysis != nullptr)
+        m_pAnalysis->setProblemHandler({});
     m_plugins.shutdown();
     m_pWindow->setThumbnailCache({});
     m_pWindow->infoPanel()->setMetadataReader({});

@@ -90,6 +90,7 @@ void PreviewController::begin(qint64 nFileId)
 {
     m_nShownId = nFileId;
     m_nDirection = 1;
+    announceFileShown();
     m_aheadTimer.start(k_nAheadAfterOpenMsec);
     Q_EMIT signalAnalysisWanted({nFileId});
 }
@@ -142,8 +143,16 @@ void PreviewController::follow(qint64 nFileId)
     if (nFrom >= 0 && nTo >= 0 && nFrom != nTo)
         m_nDirection = nTo > nFrom ? 1 : -1;
     m_nShownId = nFileId;
+    announceFileShown();
     m_aheadTimer.start(k_nAheadAfterStepMsec);
     Q_EMIT signalFileShown(nFileId);
+}
+
+void PreviewController::announceFileShown()
+{
+    const FileRecordPtr pRecord = m_pModel->recordAt(m_pModel->rowOf(m_nShownId));
+    if (m_pAnalysis != nullptr)
+        m_pAnalysis->setFileShown(pRecord != nullptr ? pRecord->filePath() : QString());
 }
 
 void PreviewController::announceFilesAhead()
@@ -163,8 +172,10 @@ void PreviewController::announceFilesAhead()
 void PreviewController::close(qint64 nFileId)
 {
     m_aheadTimer.stop();
-    if (m_pAnalysis != nullptr)
+    if (m_pAnalysis != nullptr) {
         m_pAnalysis->setFilesAhead({});
+        m_pAnalysis->setFileShown({});
+    }
     if (m_pFull != nullptr)
         Q_EMIT signalFullPreviewLeft();
     if (QWidget *pSurface = dialog()) {

@@ -80,6 +80,7 @@ private:
     void connectSurface(Surface *pSurface);
     void begin(qint64 nFileId);
     void follow(qint64 nFileId);
+    void announceFileShown();
     void announceFilesAhead();
     void close(qint64 nFileId);
 

@@ -72,6 +72,26 @@ bool FileTypes::isPicture(qint64 nType)
     return bCommon || bCamera || bFurther;
 }
 
+bool FileTypes::hasPicture(qint64 nType)
+{
+    const bool bOffice = nType >= 190 && nType <= 195;
+    const bool bFont = nType >= 200 && nType <= 202;
+    const Kind kind = kindOf(nType);
+    return isPicture(nType) || bOffice || bFont || kind == Kind::Video || kind == Kind::Sound;
+}
+
+bool FileTypes::isConverted(qint64 nType)
+{
+    switch (nType) {
+    case 110:  // cdr
+    case 132:  // eps
+    case 1217: // wmf
+        return true;
+    default:
+        return nType >= 190 && nType <= 195; // doc to xlsx
+    }
+}
+
 bool FileTypes::isDrawing(qint64 nType)
 {
     switch (nType) {

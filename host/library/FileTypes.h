@@ -22,6 +22,12 @@ QString suffixOfName(const QString &fileName);
 /** Whether files of this type are pictures that the host can show as thumbnails. */
 bool isPicture(qint64 nType);
 
+/** Whether files of this type, pictures or not, have a picture: a page, a frame, a cover, a specimen. */
+bool hasPicture(qint64 nType);
+
+/** Whether another program has to convert files of this type, which takes seconds. */
+bool isConverted(qint64 nType);
+
 /** Whether pictures of this type are drawings, which need a backing to be seen on any background. */
 bool isDrawing(qint64 nType);
 

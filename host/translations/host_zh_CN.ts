@@ -68,6 +68,17 @@
     </message>
 </context>
 <context>
+    <name>DocumentConverter</name>
+    <message>
+        <source>Presentations and office documents have no pages: LibreOffice is missing. Please install the packages %1.</source>
+        <translation>演示文稿和办公文档没有页面：缺少 LibreOffice。请安装软件包 %1。</translation>
+    </message>
+    <message>
+        <source>PostScript files have no pages: Ghostscript is missing. Please install the package %1.</source>
+        <translation>PostScript 文件没有页面：缺少 Ghostscript。请安装软件包 %1。</translation>
+    </message>
+</context>
+<context>
     <name>EmptyState</name>
     <message>
         <source>Open folder…</source>

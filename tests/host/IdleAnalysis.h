@@ -19,6 +19,8 @@ public:
     }
     void setFilesAhead(const QStringList & /*paths*/) override {}
     void setAheadBudget(qint64 /*nBytes*/) override {}
+    void setFileShown(const QString & /*path*/) override {}
+    void setProblemHandler(const ProblemHandler & /*handler*/) override {}
     AnalysisOutcome analyse(const QString & /*path*/, const std::atomic_bool & /*cancelled*/) override
     {
         return AnalysisOutcome::Impossible;

@@ -6,6 +6,10 @@
 #include "services/basemodule/decode/ImageDecoder.h"
 #include "services/basemodule/decode/PictureFormat.h"
 #include "services/basemodule/decode/PictureReader.h"
+#include "services/basemodule/documents/DocumentConverter.h"
+#include "services/basemodule/documents/PresentationRenderer.h"
+
+#include <utility>
 
 namespace basemodule {
 
@@ -13,6 +17,14 @@ namespace {
 
 // A look through the thumbnail folders costs as much as a few thumbnails.
 constexpr int kAnalysesBetweenPrunings = 1000;
+
+std::unique_ptr<DocumentConverter> makeConverter(const CacheFolders &folders, ConverterSettings settings)
+{
+    if (settings.folder.isEmpty())
+        settings.folder =
+            folders.documents.isEmpty() ? folders.renditions + QStringLiteral("-documents") : folders.documents;
+    return std::make_unique<DocumentConverter>(settings);
+}
 
 /** An analysis waits while a picture is being decoded for the screen. */
 class AnalysisControl : public DecodeControl {
@@ -39,18 +51,32 @@ BaseModule::BaseModule(QObject *pParent)
 }
 
 BaseModule::BaseModule(const CacheFolders &folders, QObject *pParent)
+    : BaseModule(folders, ConverterSettings(), pParent)
+{
+}
+
+BaseModule::BaseModule(const CacheFolders &folders, ConverterSettings settings, QObject *pParent)
     : QObject(pParent)
     , m_gate(std::make_shared<DecodeGate>())
+    , m_documents(makeConverter(folders, std::move(settings)))
+    , m_presentations(std::make_unique<PresentationRenderer>(*m_gate, *m_documents))
     , m_renditions(folders)
-    , m_thumbnailFiles(folders.thumbnails)
+    , m_thumbnailFiles(folders.thumbnails, m_documents.get())
 {
+    m_documents->setProblemHandler([this](const QString &problem) {
+        const auto tell = [this, problem] {
+            if (m_problemHandler)
+                m_problemHandler(problem);
+        };
+        QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
+    });
     // Previews read raw files through their rendition: that is what has to be ready.
     const auto resolve = [this](const QString &path) {
         return isRawSuffix(path.section(QLatin1Char('.'), -1)) ? m_renditions.renditionOf(path) : path;
     };
-    m_ahead = std::make_unique<DecodeAhead>(*m_gate, resolve);
-    m_decoder = std::make_unique<ImageDecoder>(*m_gate, *m_ahead, m_renditions);
-    m_thumbnails = QSharedPointer<ThumbnailCache>::create(m_gate, folders.thumbnails);
+    m_ahead = std::make_unique<DecodeAhead>(*m_gate, resolve, m_documents.get());
+    m_decoder = std::make_unique<ImageDecoder>(*m_gate, *m_ahead, m_renditions, m_documents.get());
+    m_thumbnails = QSharedPointer<ThumbnailCache>::create(m_gate, m_thumbnailFiles);
 }
 
 BaseModule::~BaseModule()
@@ -110,7 +136,7 @@ IImageDecoder *BaseModule::imageDecoder()
 
 IPresentationRenderer *BaseModule::presentationRenderer()
 {
-    return nullptr;
+    return m_presentations.get();
 }
 
 RenditionPaths BaseModule::renditionPaths(const QString &path, qint64 nSize, qint64 nModifiedMsec)
@@ -140,7 +166,20 @@ AnalysisOutcome BaseModule::analyse(const QString &path, const std::atomic_bool 
     const bool bMade = m_thumbnailFiles.keep(path, ThumbnailFiles::kXLarge, &control);
     if (cancelled || m_bEnding)
         return AnalysisOutcome::Cancelled;
+    // Once the program is installed the document has a picture.
+    if (!bMade && m_documents->isProgramMissing(pictureFormat(path)))
+        return AnalysisOutcome::Cancelled;
     return bMade ? AnalysisOutcome::Done : AnalysisOutcome::Impossible;
+}
+
+void BaseModule::setFileShown(const QString &path)
+{
+    m_decoder->setFileShown(path);
+}
+
+void BaseModule::setProblemHandler(const ProblemHandler &handler)
+{
+    m_problemHandler = handler;
 }
 
 void BaseModule::setThumbnailDiskBudget(qint64 nBytes)
@@ -172,6 +211,8 @@ QImage BaseModule::readPicture(const QString &path, int nLongestSide, const std:
     DecodeRequest request;
     request.longestSide = nLongestSide;
     request.control = &control;
+    request.documents = m_documents.get();
+    request.wait = DocumentWait::Worker;
     const DecodeResult result = basemodule::readPicture(path, request);
     return result.picture.isNull() ? QImage() : result.picture.toUprightImage();
 }
@@ -180,6 +221,8 @@ void BaseModule::shutdown()
 {
     m_bEnding = true;
     m_gate->wakeAll();
+    m_presentations->shutdown();
+    m_documents->shutdown();
     m_thumbnails->shutdown();
     m_ahead->shutdown();
     m_decoder->shutdown();

@@ -8,6 +8,7 @@
 #include <QtPlugin>
 
 #include <atomic>
+#include <functional>
 
 /** Where the base module keeps what it made of one file. The files need not exist yet. */
 struct RenditionPaths {
@@ -43,10 +44,22 @@ public:
     virtual void setAheadBudget(qint64 nBytes) = 0;
 
     /**
-     * Makes the thumbnail of a file and, where previews read one, its large rendition, and keeps them on disk. Any
-     * thread, several at once; lets pictures that somebody waits for go first, and ends soon when it is cancelled.
+     * Makes the thumbnail of a file and what previews read instead of it (the large rendition, the pages of a
+     * document), and keeps them on disk. Any thread, several at once; lets pictures that somebody waits for go first,
+     * and ends soon when it is cancelled.
      */
     virtual AnalysisOutcome analyse(const QString &path, const std::atomic_bool &cancelled) = 0;
+
+    /**
+     * The file that is looked at now; empty: none. Whoever waits for the conversion of another document gives up, so
+     * that a preview that stepped on is not held up.
+     */
+    virtual void setFileShown(const QString &path) = 0;
+
+    using ProblemHandler = std::function<void(const QString &)>;
+
+    /** Is called in the GUI thread with a readable line when a program is missing; empty: nobody wants to know. */
+    virtual void setProblemHandler(const ProblemHandler &handler) = 0;
 
     /** Byte budget for our thumbnails on disk; those of other programs are left alone. */
     virtual void setThumbnailDiskBudget(qint64 nBytes) = 0;

@@ -22,9 +22,10 @@ private:
     DecodeAhead &m_owner;
 };
 
-DecodeAhead::DecodeAhead(DecodeGate &gate, Resolve resolve)
+DecodeAhead::DecodeAhead(DecodeGate &gate, Resolve resolve, DocumentConverter *pDocuments)
     : m_gate(gate)
     , m_resolve(std::move(resolve))
+    , m_pDocuments(pDocuments)
 {
 }
 
@@ -212,6 +213,7 @@ void DecodeAhead::decode(const QString &name)
     Control control(*this);
     DecodeRequest request;
     request.control = &control;
+    request.documents = m_pDocuments;
     DecodeResult result = readPicture(key.path, request);
     const FileKey keyNow = fileKey(key.path);
     const std::lock_guard<std::mutex> lock(m_mutex);

@@ -26,7 +26,8 @@ public:
     /** Maps a file named by the host to the file that previews will ask the decoder for; touches the disk. */
     using Resolve = std::function<QString(const QString &path)>;
 
-    DecodeAhead(DecodeGate &gate, Resolve resolve);
+    /** Documents are decoded ahead where the converter, which may be null, has converted them before. */
+    DecodeAhead(DecodeGate &gate, Resolve resolve, DocumentConverter *pDocuments = nullptr);
     ~DecodeAhead();
 
     void setFiles(const QStringList &paths);
@@ -68,6 +69,7 @@ private:
 
     DecodeGate &m_gate;
     const Resolve m_resolve;
+    DocumentConverter *const m_pDocuments;
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     std::unique_ptr<QThread> m_thread;

@@ -35,7 +35,8 @@ bool isInState(const QString &path, qint64 nSize, qint64 nModifiedMsec)
 CacheFolders CacheFolders::standard()
 {
     const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
-    return {cache + QStringLiteral("/bigimgpreview/renditions"), cache + QStringLiteral("/thumbnails")};
+    return {cache + QStringLiteral("/bigimgpreview/renditions"), cache + QStringLiteral("/thumbnails"),
+            cache + QStringLiteral("/bigimgpreview/documents")};
 }
 
 RenditionStore::RenditionStore(const CacheFolders &folders)

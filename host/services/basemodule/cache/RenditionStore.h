@@ -12,8 +12,9 @@ namespace basemodule {
 
 /** Where the base module keeps files; handed in so that tests have their own. */
 struct CacheFolders {
-    QString renditions; ///< Ours alone.
-    QString thumbnails; ///< The desktop's shared thumbnail folder.
+    QString renditions;  ///< Ours alone.
+    QString thumbnails;  ///< The desktop's shared thumbnail folder.
+    QString documents{}; ///< Ours alone: converted documents; empty: beside the renditions.
 
     /** In the user's cache folder. */
     static CacheFolders standard();

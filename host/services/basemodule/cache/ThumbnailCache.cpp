@@ -1,7 +1,9 @@
 #include "services/basemodule/cache/ThumbnailCache.h"
 
 #include "services/basemodule/decode/DecodeRequest.h"
+#include "services/basemodule/decode/PictureFormat.h"
 
+#include <QFileInfo>
 #include <QThread>
 
 #include <algorithm>
@@ -13,7 +15,7 @@ namespace basemodule {
 
 namespace {
 
-constexpr int kWorkers = 2;
+constexpr int kWorkers = 3;
 // About two screens of a dense grid; older requests have scrolled away.
 constexpr size_t kLongestQueue = 400;
 constexpr int kMostFailures = 20000;
@@ -51,9 +53,9 @@ private:
     ThumbnailCache &m_owner;
 };
 
-ThumbnailCache::ThumbnailCache(std::shared_ptr<DecodeGate> gate, const QString &thumbnailFolder)
+ThumbnailCache::ThumbnailCache(std::shared_ptr<DecodeGate> gate, const ThumbnailFiles &files)
     : m_gate(std::move(gate))
-    , m_files(thumbnailFolder)
+    , m_files(files)
     , m_pictures(kDefaultBudgetKilobytes)
 {
 }
@@ -69,6 +71,7 @@ void ThumbnailCache::shutdown()
         const std::lock_guard<std::mutex> lock(m_queueMutex);
         m_bStop = true;
         m_queue.clear();
+        m_documents.clear();
     }
     m_queueChanged.notify_all();
     m_gate->wakeAll();
@@ -140,20 +143,20 @@ void ThumbnailCache::submitRequest(const ThumbnailRequest &request)
     QString droppedKey;
     {
         const std::lock_guard<std::mutex> lock(m_queueMutex);
-        const auto queued =
-            std::find_if(m_queue.begin(), m_queue.end(), [&](const Job &j) { return j.key == job.key; });
-        if (queued != m_queue.end())
-            m_queue.erase(queued); // Asked for again: it is in view now, so it moves to the front.
+        auto &queue = isConvertedSuffix(QFileInfo(job.path).suffix()) ? m_documents : m_queue;
+        const auto queued = std::find_if(queue.begin(), queue.end(), [&](const Job &j) { return j.key == job.key; });
+        if (queued != queue.end())
+            queue.erase(queued); // Asked for again: it is in view now, so it moves to the front.
         else if (m_pending.contains(job.key))
             return;
         m_pending.insert(job.key);
-        m_queue.push_back(std::move(job));
-        if (m_queue.size() > kLongestQueue) {
-            droppedKey = m_queue.front().key;
-            m_queue.pop_front();
+        queue.push_back(std::move(job));
+        if (queue.size() > kLongestQueue) {
+            droppedKey = queue.front().key;
+            queue.pop_front();
         }
     }
-    m_queueChanged.notify_one();
+    m_queueChanged.notify_all();
     if (!droppedKey.isEmpty()) {
         m_pending.remove(droppedKey);
         QMetaObject::invokeMethod(
@@ -172,24 +175,26 @@ QImage ThumbnailCache::largePicture(const FileInfoPtr &pInfo) const
 void ThumbnailCache::startWorkers()
 {
     while (m_workers.size() < kWorkers) {
-        m_workers.emplace_back(QThread::create([this] { work(); }));
+        // Documents take seconds each: pictures do not wait for them.
+        std::deque<Job> &queue = m_workers.empty() ? m_documents : m_queue;
+        m_workers.emplace_back(QThread::create([this, &queue] { work(queue); }));
         m_workers.back()->setObjectName(QStringLiteral("thumbnails"));
         m_workers.back()->start(QThread::LowPriority);
     }
 }
 
-void ThumbnailCache::work()
+void ThumbnailCache::work(std::deque<Job> &queue)
 {
     Control control(*this);
     for (;;) {
         Job job;
         {
             std::unique_lock<std::mutex> lock(m_queueMutex);
-            m_queueChanged.wait(lock, [this] { return m_bStop || !m_queue.empty(); });
+            m_queueChanged.wait(lock, [this, &queue] { return m_bStop || !queue.empty(); });
             if (m_bStop)
                 return;
-            job = std::move(m_queue.back());
-            m_queue.pop_back();
+            job = std::move(queue.back());
+            queue.pop_back();
         }
         if (!m_gate->waitForTurn(m_bStop))
             return;

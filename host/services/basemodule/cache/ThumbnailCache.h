@@ -25,7 +25,7 @@ class ThumbnailCache : public ITSCacheManager {
     Q_OBJECT
 
 public:
-    ThumbnailCache(std::shared_ptr<DecodeGate> gate, const QString &thumbnailFolder);
+    ThumbnailCache(std::shared_ptr<DecodeGate> gate, const ThumbnailFiles &files);
     ~ThumbnailCache() override;
 
     QString cacheKey(const FileInfoPtr &pInfo, const QSize &size) const override;
@@ -58,7 +58,7 @@ private:
     QString pictureOf(const FileInfoPtr &pInfo) const;
     static QString fileState(const FileInfoPtr &pInfo);
     void startWorkers();
-    void work();
+    void work(std::deque<Job> &queue);
     void deliver(const Job &job, const QImage &image);
 
     /** Drops the names of pictures that the budget has dropped, now and then. */
@@ -73,7 +73,8 @@ private:
 
     std::mutex m_queueMutex;
     std::condition_variable m_queueChanged;
-    std::deque<Job> m_queue; ///< The newest at the end.
+    std::deque<Job> m_queue;     ///< The newest at the end.
+    std::deque<Job> m_documents; ///< The same for what takes seconds: it has a worker of its own.
     std::vector<std::unique_ptr<QThread>> m_workers;
     std::atomic_bool m_bStop{false};
 };

@@ -78,6 +78,8 @@ QImage ThumbnailFiles::thumbnail(const QString &sourcePath, int nBucket, DecodeC
     DecodeRequest request;
     request.longestSide = nBucket;
     request.control = pControl;
+    request.documents = m_pDocuments;
+    request.wait = DocumentWait::Worker;
     const DecodeResult result = readPicture(sourcePath, request);
     image = result.picture.toUprightImage();
     noteOriginalSize(&image, result);

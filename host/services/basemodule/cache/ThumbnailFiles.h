@@ -8,6 +8,7 @@
 namespace basemodule {
 
 class DecodeControl;
+class DocumentConverter;
 struct DecodeResult;
 
 /**
@@ -21,8 +22,10 @@ public:
     static constexpr int kXLarge = 512;
     static constexpr int kXxLarge = 1024;
 
-    explicit ThumbnailFiles(const QString &folder)
+    /** Without a converter documents of other programs have no thumbnail; one that is given must outlive this. */
+    explicit ThumbnailFiles(const QString &folder, DocumentConverter *pDocuments = nullptr)
         : m_folder(folder)
+        , m_pDocuments(pDocuments)
     {
     }
 
@@ -55,6 +58,7 @@ private:
     void store(const QImage &image, const QString &thumbnailPath, const QByteArray &uri, qint64 nModifiedSec) const;
 
     QString m_folder;
+    DocumentConverter *m_pDocuments;
 };
 
 } // namespace basemodule

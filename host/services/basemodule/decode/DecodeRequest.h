@@ -21,6 +21,16 @@ public:
     virtual bool proceed() = 0;
 };
 
+class DocumentConverter;
+
+/** Who waits for a document that has to be converted. */
+enum class DocumentWait {
+    Nobody,  ///< Only what was converted before is of use.
+    Worker,  ///< Background work: one conversion at a time.
+    Picture, ///< Somebody looks at the place where it will be shown, but not for ever.
+    Reader   ///< Somebody opened the document and waits for it.
+};
+
 /** What is wanted of a file. */
 struct DecodeRequest {
     double scaleX = 1.0;
@@ -28,6 +38,8 @@ struct DecodeRequest {
     int longestSide = 0;     ///< Above 0: as large as fits into a square of this side, never enlarged.
     bool headerOnly = false; ///< Only size and rotation; no pixels.
     DecodeControl *control = nullptr;
+    DocumentConverter *documents = nullptr; ///< Null: documents of other programs have no picture.
+    DocumentWait wait = DocumentWait::Nobody;
 
     bool accept(qint64 nBytes) const
     {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <utility>
 
 #ifdef Q_OS_LINUX
@@ -79,6 +80,17 @@ QSharedPointer<PixelMemory> PixelMemory::adopt(uchar *pData, qint64 nBytes, Rele
 int DecodedPicture::bytesPerPixel(IDecodedBitmap::PixelLayout layout)
 {
     return layout == IDecodedBitmap::Rgb24 || layout == IDecodedBitmap::Bgr24 ? 3 : 4;
+}
+
+DecodedPicture DecodedPicture::fromImage(const QImage &image)
+{
+    const QImage rgb = image.convertToFormat(QImage::Format_RGB888);
+    DecodedPicture picture;
+    if (rgb.isNull() || !picture.allocate(rgb.size(), IDecodedBitmap::Rgb24))
+        return {};
+    for (int y = 0; y < rgb.height(); ++y)
+        std::memcpy(picture.row(y), rgb.constScanLine(y), std::size_t(picture.rowLength()));
+    return picture;
 }
 
 bool DecodedPicture::allocate(const QSize &size, IDecodedBitmap::PixelLayout pixelLayout)

@@ -59,6 +59,9 @@ struct DecodedPicture {
     bool allocate(const QSize &size, IDecodedBitmap::PixelLayout pixelLayout);
     uchar *row(int y) const { return memory->data() + qint64(y) * rowLength(); }
 
+    /** A copy of an opaque image; null when there is no memory for it. */
+    static DecodedPicture fromImage(const QImage &image);
+
     /** The pixels as an image that keeps them alive; not turned. */
     QImage toImage() const;
     /** The same, turned upright. */

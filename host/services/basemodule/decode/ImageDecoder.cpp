@@ -3,7 +3,9 @@
 #include "services/basemodule/cache/DecodeAhead.h"
 #include "services/basemodule/cache/DecodeGate.h"
 #include "services/basemodule/cache/RenditionStore.h"
+#include "services/basemodule/decode/PictureFormat.h"
 #include "services/basemodule/decode/PictureReader.h"
+#include "services/basemodule/documents/DocumentConverter.h"
 
 #include <QThread>
 
@@ -18,6 +20,11 @@ struct DecoderServices {
     DecodeGate *pGate = nullptr;
     DecodeAhead *pAhead = nullptr;
     RenditionStore *pRenditions = nullptr;
+    DocumentConverter *pDocuments = nullptr;
+
+    QMutex shownMutex;
+    QString shownPath;
+    std::atomic_int nShown{0}; ///< Changes with the file that is shown.
 };
 
 /** What openFile learned of a file. */
@@ -60,18 +67,31 @@ private:
     QMutexLocker m_lock;
 };
 
-/** Ends the decode that somebody waits for when the base module is shut down. */
+/** Ends the decode that somebody waits for when the base module is shut down, or a document's when he steps on. */
 class ForegroundControl final : public DecodeControl {
 public:
-    explicit ForegroundControl(const std::atomic_bool &alive)
-        : m_alive(alive)
+    ForegroundControl(DecoderServices &services, const QString &path)
+        : m_services(services)
+        , m_path(path)
+        , m_bDocument(isConvertedSuffix(path.section(QLatin1Char('.'), -1)))
+        , m_nShown(services.nShown)
     {
     }
-    bool accept(qint64) override { return m_alive; }
-    bool proceed() override { return m_alive; }
+    bool accept(qint64) override { return proceed(); }
+    bool proceed() override
+    {
+        // What was shown when this began does not count: a load may begin before its file is announced.
+        if (!m_services.bAlive || !m_bDocument || m_services.nShown == m_nShown)
+            return m_services.bAlive;
+        const QMutexLocker lock(&m_services.shownMutex);
+        return m_services.shownPath.isEmpty() || m_services.shownPath == m_path;
+    }
 
 private:
-    const std::atomic_bool &m_alive;
+    DecoderServices &m_services;
+    const QString m_path;
+    const bool m_bDocument;
+    const int m_nShown;
 };
 
 class Document final : public IDecodedDocument {
@@ -121,8 +141,10 @@ DecodedPicture Document::decode(double fScaleX, double fScaleY)
         if (!ready.isNull())
             return ready;
     }
-    ForegroundControl control(m_services->bAlive);
+    ForegroundControl control(*m_services, m_key.path);
     DecodeRequest request;
+    request.documents = services->pDocuments;
+    request.wait = DocumentWait::Picture;
     request.control = &control;
     request.scaleX = fScaleX;
     request.scaleY = fScaleY;
@@ -144,12 +166,14 @@ int Document::rotation() const
 
 } // namespace
 
-ImageDecoder::ImageDecoder(DecodeGate &gate, DecodeAhead &ahead, RenditionStore &renditions)
+ImageDecoder::ImageDecoder(DecodeGate &gate, DecodeAhead &ahead, RenditionStore &renditions,
+                           DocumentConverter *pDocuments)
     : m_services(new DecoderServices)
 {
     m_services->pGate = &gate;
     m_services->pAhead = &ahead;
     m_services->pRenditions = &renditions;
+    m_services->pDocuments = pDocuments;
 }
 
 ImageDecoder::~ImageDecoder()
@@ -161,6 +185,16 @@ void ImageDecoder::shutdown()
 {
     m_services->bAlive = false;
     const QMutexLocker lock(&m_services->mutex);
+}
+
+void ImageDecoder::setFileShown(const QString &path)
+{
+    {
+        const QMutexLocker lock(&m_services->shownMutex);
+        m_services->shownPath = path;
+    }
+    ++m_services->nShown;
+    m_services->pDocuments->wake();
 }
 
 bool ImageDecoder::openFile(const QByteArray &utf8Path)

@@ -11,6 +11,7 @@ namespace basemodule {
 
 class DecodeAhead;
 class DecodeGate;
+class DocumentConverter;
 class RenditionStore;
 struct DecoderServices;
 struct OpenedFile;
@@ -23,12 +24,16 @@ struct OpenedFile;
  */
 class ImageDecoder final : public IImageDecoder {
 public:
-    ImageDecoder(DecodeGate &gate, DecodeAhead &ahead, RenditionStore &renditions);
+    /** `pDocuments` may be null: documents of other programs have no picture then. */
+    ImageDecoder(DecodeGate &gate, DecodeAhead &ahead, RenditionStore &renditions, DocumentConverter *pDocuments);
     ~ImageDecoder();
 
     bool openFile(const QByteArray &utf8Path) override;
     IDecodedDocument *takeDocument() override;
     void closeFile() override;
+
+    /** The file that is looked at now: whoever waits for the conversion of another one gives up. */
+    void setFileShown(const QString &path);
 
     /** Gives up what is being decoded and waits for it; documents give no bitmaps afterwards. */
     void shutdown();

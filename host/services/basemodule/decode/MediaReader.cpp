@@ -9,8 +9,6 @@
 
 #include <QBuffer>
 
-#include <cstring>
-
 namespace basemodule {
 
 namespace {
@@ -37,16 +35,6 @@ DecodeResult readCover(const QByteArray &bytes, const DecodeRequest &request)
     }
 }
 
-DecodedPicture toPicture(const QImage &image)
-{
-    DecodedPicture picture;
-    if (image.format() != QImage::Format_RGB888 || !picture.allocate(image.size(), IDecodedBitmap::Rgb24))
-        return {};
-    for (int y = 0; y < image.height(); ++y)
-        std::memcpy(picture.row(y), image.constScanLine(y), std::size_t(picture.rowLength()));
-    return picture;
-}
-
 } // namespace
 
 DecodeResult readMedia(const QByteArray &nativePath, const DecodeRequest &request)
@@ -68,7 +56,7 @@ DecodeResult readMedia(const QByteArray &nativePath, const DecodeRequest &reques
     if (request.headerOnly || target.isEmpty() || !request.accept(qint64(target.width()) * target.height() * 3))
         return result;
     const media::VideoStill still = media::videoStill(*pInput, qMax(target.width(), target.height()), cancelled);
-    DecodedPicture picture = toPicture(still.image);
+    DecodedPicture picture = DecodedPicture::fromImage(still.image);
     if (picture.isNull())
         return result;
     picture.rotation = result.rotation;

@@ -187,6 +187,33 @@ bool isStreamSuffix(const QString &suffix)
     return suffixes.contains(suffix);
 }
 
+// The containers of office documents hold other things as well: the name must say so, or the first entry of a package.
+bool isOfficeDocument(const QByteArray &head, const QString &suffix)
+{
+    if (head.startsWith(QByteArrayLiteral("PK\x03\x04")))
+        return isOfficeSuffix(suffix) || head.mid(30, 19) == "[Content_Types].xml";
+    if (head.startsWith(QByteArrayLiteral("\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1")))
+        return isOfficeSuffix(suffix);
+    const bool bDrawing = head.startsWith("RIFF") && head.mid(8, 3).toUpper() == "CDR";
+    const bool bMetafile =
+        head.startsWith(QByteArrayLiteral("\xd7\xcd\xc6\x9a")) || head.startsWith(QByteArray("\x01\0\x09\0", 4));
+    return bDrawing || (bMetafile && suffix == QLatin1String("wmf"));
+}
+
+bool isPostScript(const QByteArray &head)
+{
+    return head.startsWith("%!PS") || head.startsWith(QByteArrayLiteral("\xc5\xd0\xd3\xc6"));
+}
+
+bool isFont(const QByteArray &head, const QString &suffix)
+{
+    static const QStringList suffixes{QStringLiteral("ttf"), QStringLiteral("otf"), QStringLiteral("ttc"),
+                                      QStringLiteral("woff")};
+    const QByteArray mark = head.left(4);
+    return mark == "OTTO" || mark == "ttcf" || mark == "wOFF" ||
+           ((mark == QByteArray("\0\x01\0\0", 4) || mark == "true") && suffixes.contains(suffix));
+}
+
 bool isSvgText(const QByteArray &head, const QString &suffix)
 {
     if (head.startsWith("\x1f\x8b"))
@@ -210,6 +237,12 @@ PictureFormat sniffFormat(const QByteArray &head, const QString &rawSuffix)
         return PictureFormat::WebP;
     if (const PictureFormat format = boxKind(head); format != PictureFormat::Unknown)
         return format;
+    if (isOfficeDocument(head, suffix))
+        return PictureFormat::Office;
+    if (isPostScript(head))
+        return PictureFormat::PostScript;
+    if (isFont(head, suffix))
+        return PictureFormat::Font;
     if (isBitmapHeader(head))
         return PictureFormat::Bmp;
     if (isTargaHeader(head, suffix))
@@ -233,6 +266,26 @@ bool isRawSuffix(const QString &suffix)
                                       QStringLiteral("dcr"), QStringLiteral("cr3"), QStringLiteral("cr2"),
                                       QStringLiteral("crw"), QStringLiteral("arw")};
     return suffixes.contains(suffix, Qt::CaseInsensitive);
+}
+
+bool isOfficeSuffix(const QString &suffix)
+{
+    static const QStringList suffixes{QStringLiteral("doc"),  QStringLiteral("docx"), QStringLiteral("ppt"),
+                                      QStringLiteral("pptx"), QStringLiteral("xls"),  QStringLiteral("xlsx"),
+                                      QStringLiteral("potx"), QStringLiteral("odp"),  QStringLiteral("cdr"),
+                                      QStringLiteral("wmf")};
+    return suffixes.contains(suffix, Qt::CaseInsensitive);
+}
+
+bool isPresentationSuffix(const QString &suffix)
+{
+    static const QStringList suffixes{QStringLiteral("ppt"), QStringLiteral("pptx"), QStringLiteral("odp")};
+    return suffixes.contains(suffix, Qt::CaseInsensitive);
+}
+
+bool isConvertedSuffix(const QString &suffix)
+{
+    return isOfficeSuffix(suffix) || suffix.compare(QLatin1String("eps"), Qt::CaseInsensitive) == 0;
 }
 
 bool mayBeTransparent(const QString &suffix)

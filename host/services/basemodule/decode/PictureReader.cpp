@@ -2,11 +2,13 @@
 
 #include "files/NativePath.h"
 #include "services/basemodule/decode/BmpReader.h"
+#include "services/basemodule/decode/FontReader.h"
 #include "services/basemodule/decode/JpegReader.h"
 #include "services/basemodule/decode/MagickReader.h"
 #include "services/basemodule/decode/MediaReader.h"
 #include "services/basemodule/decode/RawReader.h"
 #include "services/basemodule/decode/VipsReader.h"
+#include "services/basemodule/documents/DocumentConverter.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -63,6 +65,11 @@ FileKey fileKey(const QString &path)
     return key;
 }
 
+std::unique_ptr<QFile> openRegularFile(const QString &path)
+{
+    return openPicture(nativePath(path));
+}
+
 PictureFormat pictureFormat(const QString &path)
 {
     const auto pFile = openPicture(nativePath(path));
@@ -94,6 +101,13 @@ DecodeResult readPicture(const QString &path, const DecodeRequest &request)
         return readWhole(*pFile, format, request);
     case PictureFormat::Media:
         return readMedia(native, request);
+    case PictureFormat::Office:
+    case PictureFormat::PostScript: {
+        const QString pdf = request.documents ? request.documents->firstPage(path, request) : QString();
+        return pdf.isEmpty() ? DecodeResult() : readWithVips(nativePath(pdf), PictureFormat::Pdf, request);
+    }
+    case PictureFormat::Font:
+        return pFile->size() > kLargestWholeFile ? DecodeResult() : readFont(pFile->readAll(), request);
     case PictureFormat::Raw: {
         const DecodeResult result = readRaw(native, request);
         return result.fullSize.isEmpty() ? readWithVips(native, PictureFormat::Tiff, request) : result;

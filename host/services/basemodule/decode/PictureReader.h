@@ -3,7 +3,10 @@
 #include "services/basemodule/decode/DecodeRequest.h"
 #include "services/basemodule/decode/PictureFormat.h"
 
+#include <QFile>
 #include <QString>
+
+#include <memory>
 
 namespace basemodule {
 
@@ -25,6 +28,9 @@ struct FileKey {
  * The state of a regular file now; a null key for anything else. Touches the disk.
  */
 FileKey fileKey(const QString &path);
+
+/** A regular file opened for reading; null for anything else. Never waits, as a pipe would make it. */
+std::unique_ptr<QFile> openRegularFile(const QString &path);
 
 /** What the file holds, by content. Opens and closes it. */
 PictureFormat pictureFormat(const QString &path);
