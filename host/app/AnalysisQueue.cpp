@@ -5,6 +5,8 @@
 
 #include <QThread>
 
+#include <utility>
+
 namespace {
 
 constexpr int k_nReportMsec = 200;
@@ -45,8 +47,7 @@ void AnalysisQueue::setAnalysis(IHostAnalysis *pAnalysis)
         }
         m_pool.waitForDone();
         if (!m_finished.isEmpty())
-            m_pLibrary->storeAnalysis(m_finished);
-        m_finished.clear();
+            m_pLibrary->storeAnalysis(std::exchange(m_finished, {}));
     }
     m_pAnalysis = pAnalysis;
     m_bCancelled = false;
@@ -175,8 +176,7 @@ void AnalysisQueue::takeOutcome(const FileRow &file, AnalysisOutcome outcome)
 void AnalysisQueue::report()
 {
     if (!m_finished.isEmpty())
-        m_pLibrary->storeAnalysis(m_finished);
-    m_finished.clear();
+        m_pLibrary->storeAnalysis(std::exchange(m_finished, {}));
     const bool bBusy = m_nOpen > 0;
     Q_EMIT signalProgress(bBusy ? m_nDone : 0, bBusy ? m_nDone + m_nOpen : 0);
     if (!bBusy)

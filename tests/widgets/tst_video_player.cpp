@@ -143,10 +143,8 @@ void tst_video_player::stopTakesTheStartBack_data()
 {
     QTest::addColumn<Deed>("act");
     QTest::newRow("stop") << Deed([](Surface &, VideoPlayerControlWidget &bar) { bar.requestStop(); });
-    for (const int nStatus : {Player::Stopped, Player::Paused}) {
-        QTest::addRow("status %d", nStatus)
-            << Deed([nStatus](Surface &, VideoPlayerControlWidget &bar) { bar.requestPlayStatus(nStatus); });
-    }
+    QTest::newRow("status") << Deed(
+        [](Surface &, VideoPlayerControlWidget &bar) { bar.requestPlayStatus(Player::Stopped); });
 }
 
 void tst_video_player::stopTakesTheStartBack()
