@@ -227,7 +227,8 @@ QByteArray lockedPackage()
     constexpr quint32 kFree = 0xffffffff;
     QByteArray file(kSector * (1 + 2 + 2 * kStreamSectors), '\0');
     const auto put = [&file](int nAt, auto nValue) {
-        qToLittleEndian(nValue, file.data() + nAt);
+        const auto nStored = qToLittleEndian(nValue);
+        file.replace(nAt, int(sizeof(nStored)), reinterpret_cast<const char *>(&nStored), int(sizeof(nStored)));
     };
     file.replace(0, 8, QByteArrayLiteral("\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"));
     for (const auto &[nAt, nValue] : {std::pair(24, 0x3e), {26, 3}, {28, 0xfffe}, {30, 9}, {32, 6}})

