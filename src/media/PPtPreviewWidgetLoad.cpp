@@ -13,6 +13,7 @@
 #include "media/PPtPreviewWidget.h"
 #include "plugin/PluginInnerData.h"
 
+#include <QPointer>
 #include <QThreadPool>
 
 #include <cmath>
@@ -99,10 +100,10 @@ void PPtPreviewWidget::dropPicture()
 {
     cancelSharpening();
     m_bPlaceholder = false;
-    if (m_page.isNull())
-        return;
     if (m_pPageItem != nullptr)
         m_pPageItem->setPicture(QPixmap(), {}, 1.0, size(), QString(), 1);
+    if (m_page.isNull())
+        return;
     m_levels.append(std::exchange(m_page, QImage()));
     PictureMemory::disposeInWorker(std::exchange(m_levels, {}));
 }
@@ -189,7 +190,11 @@ void PPtPreviewWidget::takeFrame(qint64 fileId, const QPixmap &frame, bool bFirs
     m_bPageShown = true;
     showFrame();
     m_pToolBar->updateToolTips();
+    const QPointer<PPtPreviewWidget> pThis(this);
     Q_EMIT signal_ppt_frame_read_end();
+    // Whoever hears of it may leave the file, or the preview.
+    if (!pThis || fileId != pData->currentFileId() || !m_bPageShown)
+        return;
     if (bOtherPage)
         turnPage(0);
     else

@@ -9,8 +9,8 @@
 #include "media/VideoPreviewWidget.h"
 #include "plugin/PluginInnerData.h"
 #include "preview/HubLoadingPage.h"
+#include "preview/HubOpenings.h"
 #include "preview/HubTitleBar.h"
-#include "preview/PresentationOpenings.h"
 #include "preview/TSHidenSideWidget.h"
 #include "tracking/TsEventTrack.h"
 
@@ -40,7 +40,7 @@ MiddleResourcePreviewWidget::MiddleResourcePreviewWidget(QWidget *pParent, int n
     m_pFitTimer = new QTimer(this);
     m_pFitTimer->setSingleShot(true);
     connect(m_pFitTimer, &QTimer::timeout, m_pImgWidget, &ImgPreviewWidget::showLoaded);
-    m_pOpenings = new PresentationOpenings(this);
+    m_pOpenings = new HubOpenings(this);
     m_pPageTimer = new QTimer(this);
     m_pPageTimer->setSingleShot(true);
     m_pPageTimer->setInterval(PageTurnPatience);

@@ -9,7 +9,7 @@ class HubLoadingPage;
 class HubTitleBar;
 class ImgPreviewWidget;
 class PPtPreviewWidget;
-class PresentationOpenings;
+class HubOpenings;
 class QTimer;
 class TSHidenSideWidget;
 class VideoPreviewWidget;
@@ -127,7 +127,7 @@ private:
     bool m_bReloadPending = false;
     bool m_bStopping = false;
     QTimer *m_pFitTimer = nullptr;
-    PresentationOpenings *m_pOpenings = nullptr;
+    HubOpenings *m_pOpenings = nullptr;
     QTimer *m_pPageTimer = nullptr;
     QTimer *m_pCloseTimer = nullptr;
 };

@@ -8,8 +8,8 @@
 #include "plugin/FileTypeTable.h"
 #include "plugin/PluginInnerData.h"
 #include "preview/HubLoadingPage.h"
+#include "preview/HubOpenings.h"
 #include "preview/MiddleResourcePreviewWidget.h"
-#include "preview/PresentationOpenings.h"
 
 #include <QThreadPool>
 #include <QTimer>

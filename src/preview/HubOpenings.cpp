@@ -1,4 +1,4 @@
-#include "preview/PresentationOpenings.h"
+#include "preview/HubOpenings.h"
 
 #include "image/PreviewResourceThread.h"
 #include "plugin/PluginInnerData.h"
@@ -9,14 +9,14 @@ constexpr int CancelInterval = 100;
 
 } // namespace
 
-PresentationOpenings::PresentationOpenings(QObject *pParent)
+HubOpenings::HubOpenings(QObject *pParent)
     : QObject(pParent)
 {
     m_cancelTimer.setInterval(CancelInterval);
-    connect(&m_cancelTimer, &QTimer::timeout, this, &PresentationOpenings::cancelAgain);
+    connect(&m_cancelTimer, &QTimer::timeout, this, &HubOpenings::cancelAgain);
 }
 
-PresentationOpenings::~PresentationOpenings()
+HubOpenings::~HubOpenings()
 {
     closeAll();
     PluginInnerData *pData = PluginInnerData::instance();
@@ -44,7 +44,7 @@ PresentationOpenings::~PresentationOpenings()
     pTimer->start(CancelInterval);
 }
 
-PreviewResourceThread *PresentationOpenings::begin(qint64 nFileId, const QString &path)
+PreviewResourceThread *HubOpenings::begin(qint64 nFileId, const QString &path)
 {
     PluginInnerData::instance()->beginPendingPresentation(nFileId);
     const auto pLoad = QSharedPointer<PictureLoad>::create();
@@ -56,7 +56,7 @@ PreviewResourceThread *PresentationOpenings::begin(qint64 nFileId, const QString
     return pTask;
 }
 
-bool PresentationOpenings::end(qint64 nFileId)
+bool HubOpenings::end(qint64 nFileId)
 {
     const QSharedPointer<PictureLoad> pLoad = m_loads.take(nFileId);
     const bool bWanted = !pLoad || !pLoad->isUnwanted();
@@ -65,13 +65,13 @@ bool PresentationOpenings::end(qint64 nFileId)
     return bWanted;
 }
 
-bool PresentationOpenings::isCancelled(qint64 nFileId) const
+bool HubOpenings::isCancelled(qint64 nFileId) const
 {
     const QSharedPointer<PictureLoad> pLoad = m_loads.value(nFileId);
     return pLoad && pLoad->isUnwanted();
 }
 
-void PresentationOpenings::cancelOthers(qint64 nKeptFileId)
+void HubOpenings::cancelOthers(qint64 nKeptFileId)
 {
     for (auto it = m_loads.cbegin(); it != m_loads.cend(); ++it) {
         if (it.key() != nKeptFileId)
@@ -80,7 +80,7 @@ void PresentationOpenings::cancelOthers(qint64 nKeptFileId)
     cancelAgain();
 }
 
-void PresentationOpenings::closeAll()
+void HubOpenings::closeAll()
 {
     cancelAll();
     for (const qint64 nFileId : qAsConst(m_opened))
@@ -88,7 +88,7 @@ void PresentationOpenings::closeAll()
     m_opened.clear();
 }
 
-void PresentationOpenings::cancelAgain()
+void HubOpenings::cancelAgain()
 {
     bool bAny = false;
     for (auto it = m_loads.cbegin(); it != m_loads.cend(); ++it) {

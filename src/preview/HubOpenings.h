@@ -15,12 +15,12 @@ class PreviewResourceThread;
  *
  * Owner: the hub. Thread: GUI thread.
  */
-class PresentationOpenings : public QObject {
+class HubOpenings : public QObject {
     Q_OBJECT
 
 public:
-    explicit PresentationOpenings(QObject *pParent);
-    ~PresentationOpenings() override;
+    explicit HubOpenings(QObject *pParent);
+    ~HubOpenings() override;
 
     /** A task that opens the document. The caller connects and starts it, and calls end when it has ended. */
     PreviewResourceThread *begin(qint64 nFileId, const QString &path);
