@@ -4,6 +4,7 @@
 #include "services/basemodule/BaseModule.h"
 #include "services/basemodule/documents/PresentationRenderer.h"
 
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
@@ -12,6 +13,7 @@
 #include <QThread>
 #include <QUrl>
 
+#include <future>
 #include <memory>
 #include <poppler-qt5.h>
 
@@ -20,6 +22,8 @@ namespace {
 constexpr QSize ScreenPage(1920, 1080);
 constexpr double FirstPageGraceMsec = 50.0;
 constexpr double NextPageMsec = 50.0;
+constexpr double CancelMsec = 300.0;
+constexpr int PatienceMsec = 600000;
 constexpr double MemoryBudgetMegabytes = 100.0;
 constexpr int LongDeckPages = 300;
 constexpr int Rounds = 7;
@@ -57,7 +61,7 @@ bool convert(const QString &document, const QTemporaryDir &folder)
                  {QStringLiteral("-env:UserInstallation=") + profile, QStringLiteral("--headless"),
                   QStringLiteral("--convert-to"), QStringLiteral("pdf"), QStringLiteral("--outdir"), folder.path(),
                   document});
-    return office.waitForFinished(120000) && office.exitCode() == 0;
+    return office.waitForFinished(PatienceMsec) && office.exitCode() == 0;
 }
 
 double residentMegabytes()
@@ -77,7 +81,7 @@ public:
     Stage()
         : m_module({m_folder.filePath(QStringLiteral("r")), m_folder.filePath(QStringLiteral("t")),
                     m_folder.filePath(QStringLiteral("d"))},
-                   nullptr)
+                   patientSettings(), nullptr)
     {
     }
 
@@ -102,6 +106,13 @@ public:
     }
 
 private:
+    static basemodule::ConverterSettings patientSettings()
+    {
+        basemodule::ConverterSettings settings;
+        settings.timeLimitMsec = PatienceMsec;
+        return settings;
+    }
+
     QTemporaryDir m_folder;
     basemodule::BaseModule m_module;
 };
@@ -142,6 +153,43 @@ bool benchFirstPages(Stage &stage)
     return true;
 }
 
+/** Whether a process works below this folder. */
+bool isAtWork(const QString &folder)
+{
+    QDirIterator processes(QStringLiteral("/proc"), QDir::Dirs | QDir::NoDotAndDotDot);
+    while (processes.hasNext()) {
+        QFile command(processes.next() + QStringLiteral("/cmdline"));
+        if (command.open(QIODevice::ReadOnly) && command.readAll().contains(QFile::encodeName(folder)))
+            return true;
+    }
+    return false;
+}
+
+bool benchCancel(Stage &stage)
+{
+    const QString document = stage.deck(LongDeckPages, 1);
+    std::vector<double> ends;
+    for (int i = 0; i < Rounds; ++i) {
+        auto opening = std::async(std::launch::async, [&] { return stage.renderer().openDocument(1, document); });
+        QElapsedTimer timer;
+        timer.start();
+        while (!isAtWork(stage.folder().path()) && timer.elapsed() < PatienceMsec)
+            QThread::msleep(5);
+        QThread::msleep(ulong(100 * i)); // early and late in a conversion
+        timer.start();
+        stage.renderer().closeAllDocuments();
+        opening.wait();
+        while (isAtWork(stage.folder().path()) && timer.elapsed() < PatienceMsec)
+            QThread::msleep(1);
+        ends.push_back(msec(timer));
+        if (opening.get())
+            return false;
+    }
+    Ratio::report("end of a cancelled conversion / 300 ms", *std::max_element(ends.begin(), ends.end()) / CancelMsec,
+                  1.0);
+    return true;
+}
+
 bool benchLongDeck(Stage &stage)
 {
     const QString document = stage.deck(LongDeckPages, 0);
@@ -175,7 +223,7 @@ int main(int argc, char *argv[])
 {
     const QGuiApplication application(argc, argv);
     Stage stage;
-    if (!benchFirstPages(stage) || !benchLongDeck(stage)) {
+    if (!benchFirstPages(stage) || !benchCancel(stage) || !benchLongDeck(stage)) {
         std::puts("a document could not be converted");
         return 2;
     }

@@ -173,6 +173,49 @@ bool writeDeck(const QString &path, const Deck &deck)
     return package.close();
 }
 
+bool writeMacroDeck(const QString &path, const QString &madeFile)
+{
+    const QByteArray office = "urn:oasis:names:tc:opendocument:xmlns:";
+    const QByteArray kind = "application/vnd.oasis.opendocument.presentation";
+    const QByteArray script = "xmlns:library=\"http://openoffice.org/2000/library\"";
+    const QByteArray xlink = "xmlns:xlink=\"http://www.w3.org/1999/xlink\"";
+    Package package(path);
+    package.add("mimetype", kind);
+    const auto entry = [](const QByteArray &name, const QByteArray &type) {
+        return "<manifest:file-entry manifest:full-path=\"" + name + "\" manifest:media-type=\"" + type + "\"/>";
+    };
+    QByteArray entries = entry("/", kind);
+    for (const char *pName :
+         {"content.xml", "Basic/script-lc.xml", "Basic/Standard/script-lb.xml", "Basic/Standard/M.xml"})
+        entries += entry(pName, "text/xml");
+    package.add("META-INF/manifest.xml",
+                kHeader + ("<manifest:manifest xmlns:manifest=\"" + office +
+                           "manifest:1.0\" manifest:version=\"1.2\">" + entries + "</manifest:manifest>"));
+    package.add("content.xml",
+                kHeader +
+                    ("<office:document-content xmlns:office=\"" + office + "office:1.0\" xmlns:draw=\"" + office +
+                     "drawing:1.0\" xmlns:script=\"" + office +
+                     "script:1.0\" xmlns:dom=\"http://www.w3.org/2001/xml-events\" " + xlink +
+                     " office:version=\"1.2\"><office:scripts><office:event-listeners><script:event-listener "
+                     "script:language=\"ooo:script\" script:event-name=\"dom:load\" xlink:href=\""
+                     "vnd.sun.star.script:Standard.M.Main?language=Basic&amp;location=document\"/>"
+                     "</office:event-listeners></office:scripts><office:body><office:presentation>"
+                     "<draw:page draw:name=\"p\"/></office:presentation></office:body></office:document-content>"));
+    package.add("Basic/script-lc.xml",
+                kHeader + ("<library:libraries " + script + ' ' + xlink +
+                           "><library:library library:name=\"Standard\" library:link=\"false\"/></library:libraries>"));
+    package.add("Basic/Standard/script-lb.xml",
+                kHeader + ("<library:library " + script +
+                           " library:name=\"Standard\" library:readonly=\"false\" library:passwordprotected=\"false\">"
+                           "<library:element library:name=\"M\"/></library:library>"));
+    package.add("Basic/Standard/M.xml",
+                kHeader + ("<script:module xmlns:script=\"http://openoffice.org/2000/script\" script:name=\"M\" "
+                           "script:language=\"StarBasic\">Sub Main\nOpen &quot;" +
+                           QFile::encodeName(madeFile) +
+                           "&quot; For Output As #1\nPrint #1, 1\nClose #1\nEnd Sub\n</script:module>"));
+    return package.close();
+}
+
 bool writeText(const QString &path, int nPages)
 {
     Package package(path);

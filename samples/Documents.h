@@ -21,6 +21,9 @@ bool writeDeck(const QString &path, const Deck &deck);
 /** The colour of a slide's left half. */
 quint32 slideColor(int nSlide);
 
+/** An OpenDocument presentation whose macro, run when it is opened, makes this file. */
+bool writeMacroDeck(const QString &path, const QString &madeFile);
+
 bool writeText(const QString &path, int nPages);
 bool writeTable(const QString &path, int nRows);
 QByteArray drawing();

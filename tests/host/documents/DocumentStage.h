@@ -34,7 +34,7 @@ struct DocumentStage {
     QString log = folder.filePath(QStringLiteral("log"));
     std::unique_ptr<basemodule::BaseModule> module;
 
-    explicit DocumentStage(const char *pScript = nullptr, int nTimeLimitMsec = 120000)
+    explicit DocumentStage(const char *pScript = nullptr, int nTimeLimitMsec = 600000)
     {
         basemodule::ConverterSettings settings;
         settings.timeLimitMsec = nTimeLimitMsec;

@@ -72,15 +72,16 @@ void TestDocuments::cancelledAtOnce()
         stage.renderer().closeAllDocuments();
     else
         stage.module->shutdown();
-    QVERIFY(clock.elapsed() < (how == 2 ? 300 : 50));
+    QVERIFY(clock.elapsed() < 2000);
     QVERIFY(!first.get());
     if (how == 0) {
         QVERIFY(second.wait_for(std::chrono::milliseconds(100)) == std::future_status::timeout);
         stage.renderer().closeDocument(2);
     }
     QVERIFY(!second.get());
-    QTRY_VERIFY_WITH_TIMEOUT(!stage.isAnyAlive(), 300);
-    QVERIFY2(clock.elapsed() < 700, qPrintable(QString::number(clock.elapsed())));
+    QTRY_VERIFY(!stage.isAnyAlive());
+    // bench_pages measures it; here it only must not be the patience of somebody else.
+    QVERIFY2(clock.elapsed() < 3000, qPrintable(QString::number(clock.elapsed())));
     QTRY_COMPARE(stage.leftovers(), QStringList());
 }
 
@@ -148,7 +149,7 @@ void TestDocuments::steppingOnEndsTheWait()
     stage.module->setFileShown(path);
     QVERIFY(picture.wait_for(std::chrono::milliseconds(200)) == std::future_status::timeout);
     stage.module->setFileShown(QStringLiteral("/next"));
-    QVERIFY(picture.wait_for(std::chrono::milliseconds(300)) == std::future_status::ready);
+    QVERIFY(picture.wait_for(std::chrono::seconds(3)) == std::future_status::ready);
     QVERIFY(picture.get().isNull());
     QTRY_VERIFY(!stage.isAnyAlive());
 }
@@ -187,12 +188,18 @@ void TestDocuments::neighboursAreRenderedAhead()
     QVERIFY(showsSlide(stage.renderer().renderPage(1, 3, size), 3));
     QVERIFY(showsSlide(stage.renderer().renderPage(1, 1, size), 1));
     // A page zoomed far does not push its neighbours out, nor the memory up.
-    const qint64 nBefore = ahead.heldBytes();
     ahead.setBudget(5 * first.sizeInBytes());
     QVERIFY(showsSlide(stage.renderer().renderPage(1, 2, size), 2));
-    QTRY_VERIFY(ahead.heldBytes() >= 3 * first.sizeInBytes());
+    QTRY_COMPARE(ahead.heldBytes(), 3 * first.sizeInBytes());
     QVERIFY(showsSlide(stage.renderer().renderPage(1, 2, size * 8), 2));
-    QVERIFY(ahead.heldBytes() <= 5 * first.sizeInBytes() && nBefore > 0);
+    QTRY_VERIFY(ahead.isIdle());
+    QCOMPARE(ahead.heldBytes(), 3 * first.sizeInBytes());
+    // One that is zoomed a little is ahead in both sizes, as far as they fit, and that comes to an end.
+    ahead.setBudget(8 * first.sizeInBytes());
+    QVERIFY(showsSlide(stage.renderer().renderPage(1, 3, size), 3));
+    QVERIFY(showsSlide(stage.renderer().renderPage(1, 3, size * 1.5), 3));
+    QTRY_VERIFY(ahead.isIdle());
+    QVERIFY(ahead.heldBytes() <= 8 * first.sizeInBytes() && ahead.heldBytes() > 5 * first.sizeInBytes());
     stage.renderer().closeDocument(1);
     QTRY_COMPARE(ahead.heldBytes(), 0);
 }

@@ -39,13 +39,22 @@ void PageAhead::show(const DocumentPointer &pDocument, int nPage, const QSize &p
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_bStop)
         return;
-    if (m_document == pDocument && m_shown.nPage != nPage)
-        m_nDirection = nPage > m_shown.nPage ? 1 : -1;
-    else if (m_document != pDocument)
+    const bool bSameDocument = m_document == pDocument;
+    if (!bSameDocument)
         m_nDirection = 1;
+    else if (m_shown.nPage != nPage)
+        m_nDirection = nPage > m_shown.nPage ? 1 : -1;
+    if (!bSameDocument || m_shown.nPage != nPage)
+        m_sizes.clear();
+    // The next page is asked for at its own size again, or at that of the zoom.
+    if (!m_sizes.contains(pixelSize)) {
+        if (m_sizes.size() > 1)
+            m_sizes.removeLast();
+        m_sizes.append(pixelSize);
+    }
     m_document = pDocument;
     m_shown = {pDocument.get(), nPage, pixelSize};
-    m_failed = {};
+    m_tried.clear();
     insert(m_shown, image);
     m_bYield = false;
     if (!m_bWorking) {
@@ -118,6 +127,7 @@ void PageAhead::work()
             break;
         const DocumentPointer pDocument = m_document;
         m_current = place;
+        m_tried.append(place);
         lock.unlock();
         QImage image;
         if (m_gate.waitForTurn(m_bYield))
@@ -127,8 +137,6 @@ void PageAhead::work()
         // A document that was closed meanwhile keeps nothing.
         if (!image.isNull() && m_document == pDocument)
             insert(place, image);
-        else if (!m_bYield)
-            m_failed = place;
         m_changed.notify_all();
     }
     m_bWorking = false;
@@ -138,17 +146,18 @@ PageAhead::Place PageAhead::nextPlace() const
 {
     if (!m_document)
         return {};
-    const Entry *pShown = find(m_shown);
-    // A page that is zoomed far is worth more than its neighbours: pages are turned at the size that fits the window.
-    const qint64 nBytes = pShown ? pShown->image.sizeInBytes() : std::numeric_limits<qint64>::max();
-    if (nBytes > m_nBudget / 2)
-        return {};
     for (const int nStep : {m_nDirection, -m_nDirection}) {
-        const Place place{m_shown.pDocument, m_shown.nPage + nStep, m_shown.pixelSize};
-        const bool bExists = place.nPage >= 0 && place.nPage < m_document->pageCount();
-        const bool bFits = nStep == m_nDirection || nBytes <= m_nBudget / 3;
-        if (bExists && bFits && !find(place) && !(place == m_failed))
-            return place;
+        for (const QSize &size : m_sizes) {
+            const Entry *pShown = find({m_shown.pDocument, m_shown.nPage, size});
+            const Place place{m_shown.pDocument, m_shown.nPage + nStep, size};
+            // A page that is zoomed far is worth more than its neighbours, which are turned to at the size of the
+            // window.
+            const qint64 nRoom = m_nBudget / (nStep == m_nDirection ? 2 : 3);
+            const bool bFits = pShown && pShown->image.sizeInBytes() <= nRoom;
+            const bool bExists = place.nPage >= 0 && place.nPage < m_document->pageCount();
+            if (bExists && bFits && !find(place) && !m_tried.contains(place))
+                return place;
+        }
     }
     return {};
 }
@@ -164,10 +173,10 @@ int PageAhead::distance(const Place &place) const
 {
     if (place.pDocument != m_shown.pDocument)
         return std::numeric_limits<int>::max();
-    // Of two pages as far away the one in the direction of travel stays, and this size before others.
+    // Of two pages as far away the one in the direction of travel stays, and a size in use before others.
     const int nSteps = place.nPage - m_shown.nPage;
     const int nBehind = nSteps * m_nDirection < 0 ? 1 : 0;
-    return 4 * std::abs(nSteps) + 2 * nBehind + (place.pixelSize == m_shown.pixelSize ? 0 : 1);
+    return 4 * std::abs(nSteps) + 2 * nBehind + (m_sizes.contains(place.pixelSize) ? 0 : 1);
 }
 
 void PageAhead::insert(const Place &place, const QImage &image)

@@ -3,6 +3,7 @@
 #include "services/basemodule/documents/PageDocument.h"
 
 #include <QThreadPool>
+#include <QVector>
 
 #include <condition_variable>
 #include <list>
@@ -14,8 +15,8 @@ namespace basemodule {
 class DecodeGate;
 
 /**
- * Keeps the pages around the one on show, and renders the next and the previous one at the same size before anybody
- * asks for them, within a byte budget.
+ * Keeps the pages around the one on show, and renders the next and the previous one at the sizes it was shown at before
+ * anybody asks for them, within a byte budget.
  *
  * Owner: the presentation renderer. Thread: any; `take` waits where the page is being rendered at that moment.
  */
@@ -77,9 +78,10 @@ private:
     std::list<Entry> m_entries;
     DocumentPointer m_document; ///< Of the page on show.
     Place m_shown;
+    QVector<QSize> m_sizes; ///< Asked for the page on show: its own, as a rule, then that of the zoom.
     int m_nDirection = 1;
-    Place m_current; ///< Being rendered.
-    Place m_failed;  ///< Could not be rendered; not tried again while the same page is on show.
+    Place m_current;        ///< Being rendered.
+    QVector<Place> m_tried; ///< Since the last page was shown, so that what does not fit is not rendered again.
     std::atomic_bool m_bYield{false};
     bool m_bWorking = false;
     bool m_bStop = false;
