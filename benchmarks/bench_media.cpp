@@ -1,5 +1,5 @@
 // The media player against the mpv program and a bare player core: first frame, first sound, frames shown, processor
-// time, seeking; waveforms against ffmpeg. Needs a screen, for the program has no software output without one.
+// time, seeking, memory; waveforms against ffmpeg. Needs a screen, for the program has no software output without one.
 #include "PlayerRivals.h"
 #include "Ratio.h"
 #include "services/mediaplayer/audio/SoundReader.h"
@@ -10,10 +10,12 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QTemporaryDir>
 #include <QTimer>
 
 #include <ctime>
+#include <unistd.h>
 
 namespace {
 
@@ -23,6 +25,8 @@ constexpr int SmoothRate = 60;
 constexpr int SmoothSeconds = 6;
 // Of the smooth video, well after its beginning.
 constexpr int MeasuredMsec = 4000;
+constexpr int LeftBefore = 50;
+constexpr int LeftMore = 200;
 
 template <class Condition>
 bool waitFor(Condition condition)
@@ -51,6 +55,14 @@ double processorSeconds()
     timespec time{};
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
     return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
+}
+
+double residentMegabytes()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0.0;
+    return file.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
 bool runFfmpeg(const QStringList &arguments)
@@ -130,6 +142,7 @@ public:
     void measurePlaying() const;
     void measureSeeking() const;
     void measureWaveforms() const;
+    void measureLeaving() const;
 
 private:
     QString clip(const char *pName) const { return m_folder.filePath(QLatin1String(pName)); }
@@ -325,6 +338,17 @@ void MediaBench::measureWaveforms() const
     measureWaveform("hour.flac", "waveform of an hour, FLAC / ffmpeg to nothing");
 }
 
+void MediaBench::measureLeaving() const
+{
+    const auto cycles = [this](int nCount) {
+        for (int i = 0; i < nCount; ++i)
+            Stage(Rendering::Software).open(clip("h264.mp4"), true);
+        return residentMegabytes();
+    };
+    const double fBefore = cycles(LeftBefore);
+    Ratio::report("memory after 200 more videos opened and left / 10 MB", (cycles(LeftMore) - fBefore) / 10.0, 1.0);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -341,6 +365,7 @@ int main(int argc, char *argv[])
     bench.measureStarts();
     bench.measurePlaying();
     bench.measureSeeking();
+    bench.measureLeaving();
     bench.measureWaveforms();
     return Ratio::allPassed() ? 0 : 1;
 }

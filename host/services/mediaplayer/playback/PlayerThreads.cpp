@@ -6,12 +6,14 @@ namespace {
 
 // More than anybody opens before the first of them answers.
 constexpr int kMostReaders = 8;
+constexpr int kIdleReaderMsec = 1000;
 
 } // namespace
 
 PlayerThreads::PlayerThreads()
 {
     m_readers.setMaxThreadCount(kMostReaders);
+    m_readers.setExpiryTimeout(kIdleReaderMsec);
 }
 
 PlayerThreads::~PlayerThreads()
