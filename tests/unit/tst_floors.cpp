@@ -16,7 +16,7 @@ struct Floor {
 // The first line that fits counts. A file may include its own floor and those below.
 const Floor floors[] = {
     {"^src/plugin/BigImgPreviewPlugin\\.", 6},
-    {"^src/preview/(Middle|Hub|TSHidenSide|PresentationOpenings)", 4},
+    {"^src/preview/(Middle|Hub|TSHidenSide)", 4},
     {"^src/preview/", 5},
     {"^src/image/(BasePreviewWidget|OriginalSize|PictureDecoder|PreviewResourceThread|\\w+Task)\\.", 2},
     {"^src/(image|media)/", 3},
