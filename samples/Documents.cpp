@@ -181,7 +181,8 @@ bool writeMacroDeck(const QString &path, const QString &madeFile)
     const QByteArray xlink = "xmlns:xlink=\"http://www.w3.org/1999/xlink\"";
     Package package(path);
     package.add("mimetype", kind);
-    const auto entry = [](const QByteArray &name, const QByteArray &type) {
+    // A text, not the parts of one: they would be gone by the time it is put together.
+    const auto entry = [](const QByteArray &name, const QByteArray &type) -> QByteArray {
         return "<manifest:file-entry manifest:full-path=\"" + name + "\" manifest:media-type=\"" + type + "\"/>";
     };
     QByteArray entries = entry("/", kind);
