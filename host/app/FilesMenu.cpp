@@ -194,7 +194,9 @@ void FilesMenu::takeResult(qint64 /*nActionId*/, const QSharedPointer<const IRes
     QMetaObject::invokeMethod(
         this,
         [this, pDone = sender()] {
-            const auto isDone = [pDone](const QSharedPointer<QObject> &pAction) { return pAction == pDone; };
+            const auto isDone = [pDone](const QSharedPointer<QObject> &pAction) {
+                return pAction == pDone;
+            };
             m_running.erase(std::remove_if(m_running.begin(), m_running.end(), isDone), m_running.end());
         },
         Qt::QueuedConnection);

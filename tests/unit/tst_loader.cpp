@@ -186,7 +186,9 @@ void tst_loader::levelsComeWithThePicture()
     const auto pLoad = QSharedPointer<PictureLoad>::create();
     PreviewResourceThread task(1);
     int nLevels = -1;
-    const auto count = [&nLevels, pLoad] { nLevels = pLoad->levels.size(); };
+    const auto count = [&nLevels, pLoad] {
+        nLevels = pLoad->levels.size();
+    };
     connect(&task, &PreviewResourceThread::signal_imageReadEnd, this, count, Qt::DirectConnection);
     task.setAutoDelete(false);
     task.setMode(LoadImageMode);

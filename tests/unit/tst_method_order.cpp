@@ -89,11 +89,10 @@ void tst_method_order::methodOrder_data()
                                        "slot_pasteTag() slot_setCurFramToCover() slot_deleteComplete() "
                                        "slot_removeToRecycle()");
     QTest::newRow("audio") << &AudioPlayerControlWidget::staticMetaObject
-                           << QStringLiteral(
-                                  "signal_animationUpdate(int) slot_setAudioTotalTime(qlonglong) "
-                                  "slot_seekPlay(qlonglong) SlotSoundChange(int) slot_delayStartPlayer() "
-                                  "slot_updateWave(qlonglong) slot_pauseOrPlay() SlotVolumClick() "
-                                  "slot_cycleBtnClicked() slot_timerout() slot_animationTimerout()");
+                           << QStringLiteral("signal_animationUpdate(int) slot_setAudioTotalTime(qlonglong) "
+                                             "slot_seekPlay(qlonglong) SlotSoundChange(int) slot_delayStartPlayer() "
+                                             "slot_updateWave(qlonglong) slot_pauseOrPlay() SlotVolumClick() "
+                                             "slot_cycleBtnClicked() slot_timerout() slot_animationTimerout()");
     QTest::newRow("audio page")
         << &AudioPreviewWidget::staticMetaObject
         << QStringLiteral("slot_animationRotate(int) slot_defaultOpen() "
