@@ -343,13 +343,16 @@ QStackedWidget *Tour::hub() const
 
 QAbstractButton *Tour::toolButton(int nButton) const
 {
-    QWidget *pBar = preview()->findChild<QWidget *>(QStringLiteral("previewToolBar"));
     int nFound = 0;
-    const QList<QAbstractButton *> buttons =
-        pBar != nullptr ? pBar->findChildren<QAbstractButton *>() : QList<QAbstractButton *>();
-    for (QAbstractButton *pButton : buttons) {
-        if (pButton->inherits("CircleBtn") && nFound++ == nButton)
-            return pButton;
+    // Each kind of page has a bar of its own.
+    const QList<QWidget *> bars = preview()->findChildren<QWidget *>(QStringLiteral("previewToolBar"));
+    for (const QWidget *pBar : bars) {
+        const QList<QAbstractButton *> buttons =
+            pBar->isVisible() ? pBar->findChildren<QAbstractButton *>() : QList<QAbstractButton *>();
+        for (QAbstractButton *pButton : buttons) {
+            if (pButton->inherits("CircleBtn") && nFound++ == nButton)
+                return pButton;
+        }
     }
     return nullptr;
 }
