@@ -34,6 +34,9 @@ bool waitFor(Condition condition)
     QTimer patience;
     patience.setSingleShot(true);
     patience.start(PatienceMsec);
+    // A dispatcher may go to sleep after the event that was waited for.
+    QTimer look;
+    look.start(1);
     while (patience.isActive()) {
         if (condition())
             return true;

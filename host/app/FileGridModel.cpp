@@ -1,5 +1,7 @@
 #include "app/FileGridModel.h"
 
+#include <utility>
+
 namespace {
 
 constexpr int k_nMergeIntervalMsec = 150;
@@ -145,7 +147,11 @@ void FileGridModel::take(const FileArrangement &next)
 {
     if (!next.bSameRows)
         beginResetModel();
-    m_now = next;
+    const bool bLong = m_now.all.size() > k_nShortList;
+    FileArrangement last = std::exchange(m_now, next);
+    // To take a long list apart would take a frame here.
+    if (bLong)
+        m_pool.start([last = std::move(last)] { Q_UNUSED(last) });
     if (!next.bSameRows)
         endResetModel();
     for (const auto &run : next.changedRows)

@@ -10,24 +10,14 @@
 #include <algorithm>
 
 FileGridView::FileGridView(FileGridModel *pModel, ThumbnailSource *pThumbnails, QWidget *pParent)
-    : QListView(pParent)
+    : UniformGrid(FileGridDelegate::cellSize(), pParent)
     , m_pModel(pModel)
 {
     setObjectName(QStringLiteral("hostFileGrid"));
     setAccessibleName(tr("Files"));
-    setFlow(QListView::LeftToRight);
-    setWrapping(true);
-    setUniformItemSizes(true);
-    setResizeMode(QListView::Adjust);
-    setSelectionMode(QAbstractItemView::ExtendedSelection);
-    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // Always there, so that the columns do not jump when the first screenful is exceeded.
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setFrameShape(QFrame::NoFrame);
     setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_Hover);
-    setGridSize(FileGridDelegate::cellSize());
     setItemDelegate(new FileGridDelegate(pModel, pThumbnails, this));
     connect(pModel, &QAbstractItemModel::modelAboutToBeReset, this, &FileGridView::keepSelection);
     setModel(pModel);
@@ -67,7 +57,7 @@ void FileGridView::hideEvent(QHideEvent *pEvent)
 {
     m_nLeftId = currentFileId();
     m_nLeftScroll = verticalScrollBar()->value();
-    QListView::hideEvent(pEvent);
+    UniformGrid::hideEvent(pEvent);
 }
 
 void FileGridView::returnTo(qint64 nFileId)
@@ -79,12 +69,6 @@ void FileGridView::returnTo(qint64 nFileId)
         verticalScrollBar()->setValue(m_nLeftScroll);
     else
         scrollTo(currentIndex());
-}
-
-QRegion FileGridView::visualRegionForSelection(const QItemSelection &selection) const
-{
-    // The exact region would be gathered from every selected file, in view or not.
-    return selection.isEmpty() ? QRegion() : QRegion(viewport()->rect());
 }
 
 void FileGridView::keyPressEvent(QKeyEvent *pEvent)
@@ -99,74 +83,18 @@ void FileGridView::keyPressEvent(QKeyEvent *pEvent)
         Q_EMIT signalOpen();
         return;
     }
-    QListView::keyPressEvent(pEvent);
+    UniformGrid::keyPressEvent(pEvent);
 }
 
 void FileGridView::mousePressEvent(QMouseEvent *pEvent)
 {
     m_bTouched = true;
-    QListView::mousePressEvent(pEvent);
-}
-
-int FileGridView::columns() const
-{
-    return qMax(1, viewport()->width() / qMax(1, gridSize().width()));
-}
-
-void FileGridView::fitCells()
-{
-    // The columns share the width evenly; a pixel is left over so that rounding never breaks the last column away.
-    const QSize least = FileGridDelegate::cellSize();
-    const int nWidth = qMax(least.width(), viewport()->width() - 1);
-    const int nColumns = qMax(1, nWidth / least.width());
-    const QSize cell(nWidth / nColumns, least.height());
-    if (cell != gridSize())
-        setGridSize(cell);
-}
-
-void FileGridView::resizeEvent(QResizeEvent *pEvent)
-{
-    fitCells();
-    QListView::resizeEvent(pEvent);
-}
-
-QModelIndex FileGridView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
-{
-    const int nCount = m_pModel->rowCount();
-    const int nRow = currentIndex().row();
-    if (nCount == 0 || nRow < 0)
-        return QListView::moveCursor(action, modifiers);
-    const int nPage = qMax(1, viewport()->height() / qMax(1, gridSize().height())) * columns();
-    const auto step = [nRow, nCount](int nOffset) {
-        const int nTarget = nRow + nOffset;
-        return nTarget >= 0 && nTarget < nCount ? nTarget : nRow;
-    };
-    switch (action) {
-    case MoveLeft:
-    case MovePrevious:
-        return m_pModel->index(step(-1));
-    case MoveRight:
-    case MoveNext:
-        return m_pModel->index(step(1));
-    case MoveUp:
-        return m_pModel->index(step(-columns()));
-    case MoveDown:
-        return m_pModel->index(step(columns()));
-    case MovePageUp:
-        return m_pModel->index(qMax(0, nRow - nPage));
-    case MovePageDown:
-        return m_pModel->index(qMin(nCount - 1, nRow + nPage));
-    case MoveHome:
-        return m_pModel->index(0);
-    case MoveEnd:
-        return m_pModel->index(nCount - 1);
-    }
-    return {};
+    UniformGrid::mousePressEvent(pEvent);
 }
 
 void FileGridView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
-    QListView::selectionChanged(selected, deselected);
+    UniformGrid::selectionChanged(selected, deselected);
     Q_EMIT signalSelectionChanged();
 }
 
@@ -184,7 +112,7 @@ void FileGridView::keepPlace()
     const QRect current = visualRect(currentIndex());
     const QModelIndex anchor = current.intersects(viewport()->rect())
                                    ? currentIndex()
-                                   : indexAt(QPoint(gridSize().width() / 2, gridSize().height() / 2));
+                                   : indexAt(QRect(QPoint(), FileGridDelegate::cellSize()).center());
     const FileRecordPtr pAnchor = m_pModel->recordAt(anchor.row());
     m_nAnchorId = pAnchor != nullptr ? pAnchor->fileId() : 0;
     m_nAnchorTop = visualRect(anchor).top();

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QListView>
+#include "app/UniformGrid.h"
+
 #include <QVector>
 
 class FileGridModel;
@@ -11,7 +12,7 @@ class ThumbnailSource;
  *
  * Owner: MainWindow. Thread: GUI thread only.
  */
-class FileGridView : public QListView {
+class FileGridView : public UniformGrid {
     Q_OBJECT
 
 public:
@@ -37,15 +38,10 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent *pEvent) override;
     void mousePressEvent(QMouseEvent *pEvent) override;
-    void resizeEvent(QResizeEvent *pEvent) override;
     void hideEvent(QHideEvent *pEvent) override;
-    QRegion visualRegionForSelection(const QItemSelection &selection) const override;
-    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
 
 private:
-    int columns() const;
-    void fitCells();
     void keepSelection();
     void keepPlace();
     void restoreSelection();
