@@ -21,44 +21,19 @@ quint32 average(quint32 a, quint32 b)
     return (a | b) - (((a ^ b) >> 1) & 0x7F7F7F7FU);
 }
 
-/** Writes one row of the half-size picture from two rows of the full one, which is `nFullWidth` pixels wide. */
-void halveRow(const quint32 *pUpper, const quint32 *pLower, quint32 *pTarget, int nFullWidth)
-{
-    const int nPairs = nFullWidth / 2;
-    int x = 0;
-#if defined(PICTURE_LEVELS_SSE2)
-    for (; x + 4 <= nPairs; x += 4) {
-        const auto load = [](const quint32 *p) {
-            return _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
-        };
-        const __m128i left = _mm_avg_epu8(load(pUpper + 2 * x), load(pLower + 2 * x));
-        const __m128i right = _mm_avg_epu8(load(pUpper + 2 * x + 4), load(pLower + 2 * x + 4));
-        const __m128 l = _mm_castsi128_ps(left);
-        const __m128 r = _mm_castsi128_ps(right);
-        const __m128i even = _mm_castps_si128(_mm_shuffle_ps(l, r, _MM_SHUFFLE(2, 0, 2, 0)));
-        const __m128i odd = _mm_castps_si128(_mm_shuffle_ps(l, r, _MM_SHUFFLE(3, 1, 3, 1)));
-        _mm_storeu_si128(reinterpret_cast<__m128i *>(pTarget + x), _mm_avg_epu8(even, odd));
-    }
-#endif
-    for (; x < nPairs; ++x) {
-        pTarget[x] = average(average(pUpper[2 * x], pLower[2 * x]), average(pUpper[2 * x + 1], pLower[2 * x + 1]));
-    }
-    if (nFullWidth % 2 != 0)
-        pTarget[nPairs] = average(pUpper[nFullWidth - 1], pLower[nFullWidth - 1]);
-}
-
-/** Odd sides are rounded up, so that each pixel stands for exactly two by two of the larger picture. */
 QImage halved(const QImage &image, PictureMemory &memory)
 {
-    QImage half = memory.create((image.width() + 1) / 2, (image.height() + 1) / 2, image.format());
+    const QSize size = PictureLevels::nextSize(image.size());
+    QImage half = memory.create(size.width(), size.height(), image.format());
     if (half.isNull())
         return half;
     uchar *pTarget = half.bits();
     forRowsInParallel(half.height(), image.sizeInBytes(), [&](int nBegin, int nEnd) {
         for (int y = nBegin; y < nEnd; ++y) {
-            halveRow(reinterpret_cast<const quint32 *>(image.constScanLine(2 * y)),
-                     reinterpret_cast<const quint32 *>(image.constScanLine(qMin(2 * y + 1, image.height() - 1))),
-                     reinterpret_cast<quint32 *>(pTarget + qsizetype(y) * half.bytesPerLine()), image.width());
+            PictureLevels::halveRow(
+                reinterpret_cast<const quint32 *>(image.constScanLine(2 * y)),
+                reinterpret_cast<const quint32 *>(image.constScanLine(qMin(2 * y + 1, image.height() - 1))),
+                reinterpret_cast<quint32 *>(pTarget + qsizetype(y) * half.bytesPerLine()), image.width());
         }
     });
     return half;
@@ -117,6 +92,31 @@ bool PictureLevels::copyPixels(const quint32 *pSource, quint32 *pTarget, qsizety
     return (nAll & OpaqueBits) == OpaqueBits;
 }
 
+void PictureLevels::halveRow(const quint32 *pUpper, const quint32 *pLower, quint32 *pTarget, int nWidth)
+{
+    const int nPairs = nWidth / 2;
+    int x = 0;
+#if defined(PICTURE_LEVELS_SSE2)
+    for (; x + 4 <= nPairs; x += 4) {
+        const auto load = [](const quint32 *p) {
+            return _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
+        };
+        const __m128i left = _mm_avg_epu8(load(pUpper + 2 * x), load(pLower + 2 * x));
+        const __m128i right = _mm_avg_epu8(load(pUpper + 2 * x + 4), load(pLower + 2 * x + 4));
+        const __m128 l = _mm_castsi128_ps(left);
+        const __m128 r = _mm_castsi128_ps(right);
+        const __m128i even = _mm_castps_si128(_mm_shuffle_ps(l, r, _MM_SHUFFLE(2, 0, 2, 0)));
+        const __m128i odd = _mm_castps_si128(_mm_shuffle_ps(l, r, _MM_SHUFFLE(3, 1, 3, 1)));
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(pTarget + x), _mm_avg_epu8(even, odd));
+    }
+#endif
+    for (; x < nPairs; ++x) {
+        pTarget[x] = average(average(pUpper[2 * x], pLower[2 * x]), average(pUpper[2 * x + 1], pLower[2 * x + 1]));
+    }
+    if (nWidth % 2 != 0)
+        pTarget[nPairs] = average(pUpper[nWidth - 1], pLower[nWidth - 1]);
+}
+
 QImage PictureLevels::toScreenFormat(QImage image, bool bOpaque)
 {
     if (image.isNull() || image.format() == QImage::Format_RGB32 ||
@@ -134,14 +134,23 @@ QImage PictureLevels::toScreenFormat(QImage image, bool bOpaque)
     return std::move(image).convertToFormat(target);
 }
 
-QVector<QImage> PictureLevels::build(const QImage &image, PictureMemory &memory)
+QSize PictureLevels::nextSize(const QSize &size)
+{
+    if (qMax(size.width(), size.height()) <= 2 * SmallestSide)
+        return {};
+    // Odd sides are rounded up, so that each pixel stands for exactly two by two of the larger picture.
+    return {(size.width() + 1) / 2, (size.height() + 1) / 2};
+}
+
+QVector<QImage> PictureLevels::build(const QImage &image, PictureMemory &memory, const QImage &first)
 {
     QVector<QImage> levels;
     if (image.isNull() || image.depth() != 32)
         return levels;
     QImage current = image;
-    while (qMax(current.width(), current.height()) > 2 * SmallestSide) {
-        current = halved(current, memory);
+    while (!nextSize(current.size()).isEmpty()) {
+        const bool bThere = levels.isEmpty() && !first.isNull();
+        current = bThere ? first : halved(current, memory);
         if (current.isNull()) // out of memory: the larger levels still serve
             break;
         levels.append(current);

@@ -27,10 +27,16 @@ bool isOpaqueRow(const quint32 *pRow, int nWidth);
  */
 bool copyPixels(const quint32 *pSource, quint32 *pTarget, qsizetype nPixels);
 
+/** The size of the level after one of this size; empty where there is none, as the picture is small. */
+QSize nextSize(const QSize &size);
+
+/** Writes a row of the next level from two rows of a picture in screen format, which is nWidth pixels wide. */
+void halveRow(const quint32 *pUpper, const quint32 *pLower, quint32 *pTarget, int nWidth);
+
 /**
  * Builds the levels of a picture in screen format, down to about a screen's thumbnail; none for small pictures. Their
- * memory is taken from the one that is given.
+ * memory is taken from the one that is given. The first level may be there already.
  */
-QVector<QImage> build(const QImage &image, PictureMemory &memory);
+QVector<QImage> build(const QImage &image, PictureMemory &memory, const QImage &first = {});
 
 } // namespace PictureLevels

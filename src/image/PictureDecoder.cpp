@@ -65,6 +65,46 @@ PixelFormat formatOf(int nPixelLayout)
     }
 }
 
+/** Copies rows of 32-bit pixels, and halves them while they are in the processor's cache. */
+void copyWords(const IDecodedBitmap &bitmap, PictureDecoder::Picture *pPicture)
+{
+    QImage &image = pPicture->image;
+    QImage &half = pPicture->firstLevel;
+    const QSize halfSize = PictureLevels::nextSize(image.size());
+    // Other formats are not yet what a screen shows.
+    if (image.format() == QImage::Format_ARGB32 && !halfSize.isEmpty()) {
+        half = PluginInnerData::instance()->pictureMemory()->create(halfSize.width(), halfSize.height(),
+                                                                    QImage::Format_RGB32);
+    }
+    uchar *pPixels = image.bits();
+    uchar *pHalfPixels = half.isNull() ? nullptr : half.bits();
+    std::atomic_bool bOpaque{true};
+    forRowsInParallel((image.height() + 1) / 2, image.sizeInBytes(), [&](int nBegin, int nEnd) {
+        const auto source = [&bitmap](int y) {
+            return reinterpret_cast<const quint32 *>(bitmap.pixels() + qsizetype(bitmap.rowLength()) * y);
+        };
+        bool bAllOpaque = true;
+        for (int nPair = nBegin; nPair < nEnd; ++nPair) {
+            const int nUpper = 2 * nPair;
+            const int nLower = qMin(nUpper + 1, image.height() - 1);
+            for (int y = nUpper; y <= nLower; ++y) {
+                auto *pTarget = reinterpret_cast<quint32 *>(pPixels + qsizetype(y) * image.bytesPerLine());
+                if (!PictureLevels::copyPixels(source(y), pTarget, image.width()))
+                    bAllOpaque = false;
+            }
+            if (pHalfPixels != nullptr && bAllOpaque) {
+                auto *pHalf = reinterpret_cast<quint32 *>(pHalfPixels + qsizetype(nPair) * half.bytesPerLine());
+                PictureLevels::halveRow(source(nUpper), source(nLower), pHalf, image.width());
+            }
+        }
+        if (!bAllOpaque)
+            bOpaque = false;
+    });
+    pPicture->bOpaque = bOpaque;
+    if (!bOpaque)
+        half = QImage();
+}
+
 PictureDecoder::Picture copyPixels(const IDecodedBitmap &bitmap)
 {
     const PixelFormat pixel = formatOf(bitmap.pixelLayout());
@@ -79,24 +119,18 @@ PictureDecoder::Picture copyPixels(const IDecodedBitmap &bitmap)
     if (image.isNull()) // out of memory
         return picture;
     uchar *pPixels = image.bits();
-    std::atomic_bool bOpaque{true};
+    if (pixel.nBytes == 4) {
+        copyWords(bitmap, &picture);
+        return picture;
+    }
     forRowsInParallel(nHeight, image.sizeInBytes(), [&](int nBegin, int nEnd) {
-        const uchar *pSource = bitmap.pixels() + qsizetype(nRowLength) * nBegin;
-        uchar *pTarget = pPixels + qsizetype(nBegin) * image.bytesPerLine();
-        if (pixel.nBytes == 4 && nRowLength == image.bytesPerLine()) {
-            const qsizetype nPixels = qsizetype(image.width()) * (nEnd - nBegin);
-            if (!PictureLevels::copyPixels(reinterpret_cast<const quint32 *>(pSource),
-                                           reinterpret_cast<quint32 *>(pTarget), nPixels))
-                bOpaque = false;
-            return;
-        }
         // Rows of a QImage are padded to whole words, and a row length may carry spare bytes.
         const size_t nBytes = size_t(qMin(nRowLength, image.bytesPerLine()));
-        for (int y = nBegin; y < nEnd; ++y, pSource += nRowLength, pTarget += image.bytesPerLine())
-            std::memcpy(pTarget, pSource, nBytes);
-        bOpaque = false;
+        for (int y = nBegin; y < nEnd; ++y) {
+            std::memcpy(pPixels + qsizetype(y) * image.bytesPerLine(), bitmap.pixels() + qsizetype(nRowLength) * y,
+                        nBytes);
+        }
     });
-    picture.bOpaque = bOpaque;
     return picture;
 }
 
@@ -129,6 +163,7 @@ PictureDecoder::Picture PictureDecoder::decode(const QString &path, const std::f
     pBitmap.reset();
     if (nRotation != 0 && !picture.image.isNull()) {
         picture.image = picture.image.transformed(QTransform().rotate(nRotation, Qt::ZAxis), Qt::FastTransformation);
+        picture.firstLevel = QImage();
     }
     return picture;
 }

@@ -11,6 +11,7 @@ namespace PictureDecoder {
 struct Picture {
     QImage image;         ///< In full size and upright; null when it cannot be decoded.
     bool bOpaque = false; ///< Known to have no transparent pixel.
+    QImage firstLevel;    ///< Of an opaque picture's levels, where it was made on the way; null: not yet.
 };
 
 /** Stops where `isUnwanted` answers true, which is asked before each longer stage; the picture is then null. */

@@ -58,7 +58,7 @@ void PreviewResourceThread::run()
     }
 }
 
-QImage PreviewResourceThread::readFirst(const QStringList &paths, int *pRead)
+QImage PreviewResourceThread::readFirst(const QStringList &paths, int *pRead, QImage *pFirstLevel)
 {
     const char *const failures[] = {"load src file failed ", "load file hd img failed ", "load file thumb img failed "};
     const auto isUnwanted = [this] {
@@ -70,6 +70,7 @@ QImage PreviewResourceThread::readFirst(const QStringList &paths, int *pRead)
             return {};
         if (!picture.image.isNull()) {
             *pRead = i;
+            *pFirstLevel = picture.firstLevel;
             // Pixels leave the worker as the screen wants them, with everything that would cost the GUI thread time.
             return PictureLevels::toScreenFormat(std::move(picture.image), picture.bOpaque);
         }
@@ -84,11 +85,12 @@ void PreviewResourceThread::readImage()
     const bool bRaw = isRawCameraSuffix(QFileInfo(m_srcPath).suffix().toLower());
     const QStringList paths{bRaw ? m_hdPath : m_srcPath, m_hdPath, m_thumbPath};
     int nRead = -1;
-    m_image = readFirst(paths, &nRead);
+    QImage firstLevel;
+    m_image = readFirst(paths, &nRead, &firstLevel);
     if (m_image.isNull()) // nothing was read, nobody waits for it, or there was no memory for the conversion
         nRead = -1;
     if (m_pLoad && !m_pLoad->isGivenUp())
-        m_pLoad->levels = PictureLevels::build(m_image, *PluginInnerData::instance()->pictureMemory());
+        m_pLoad->levels = PictureLevels::build(m_image, *PluginInnerData::instance()->pictureMemory(), firstLevel);
     if (m_pLoad && nRead >= 0 && paths.at(nRead) != m_srcPath)
         m_pLoad->originalSize = OriginalSize::find(bRaw ? QString() : m_srcPath, paths.at(nRead), m_image.size());
     Q_EMIT signal_imageReadEnd(m_fileId, m_image, paths.value(nRead), nRead == 0);

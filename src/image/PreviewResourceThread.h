@@ -77,7 +77,7 @@ Q_SIGNALS:
 private:
     void readImage();
     bool isGivenUp() const { return m_pLoad && m_pLoad->giveUp(); }
-    QImage readFirst(const QStringList &paths, int *pRead);
+    QImage readFirst(const QStringList &paths, int *pRead, QImage *pFirstLevel);
     void openPresentation();
     void renderPage();
 
