@@ -2,12 +2,29 @@
 
 #include "theme/TSSkinSetting.h"
 
+#include <QImageReader>
 #include <QToolButton>
+
+namespace {
+
+QString pathOf(const QString &name)
+{
+    return TSSkinSetting::GetInstance()->GetResourceAbsolutePath(name);
+}
+
+} // namespace
 
 QIcon HostIcons::icon(const QString &name)
 {
-    const QString path = TSSkinSetting::GetInstance()->GetResourceAbsolutePath(name);
+    const QString path = pathOf(name);
     return path.isEmpty() ? QIcon() : QIcon(path);
+}
+
+void HostIcons::loadLibraries()
+{
+    const QString name = QStringLiteral("nav_logo.svg");
+    icon(name).pixmap(1);
+    QImageReader(pathOf(name)).canRead();
 }
 
 void HostIcons::setButtonIcon(QAbstractButton *pButton, const QString &name, const QString &fallbackText)

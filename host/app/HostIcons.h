@@ -13,6 +13,12 @@ namespace HostIcons {
 /** The icon of this name in the present theme; null for an unknown name. */
 QIcon icon(const QString &name);
 
+/**
+ * Loads the libraries that draw icons. To be called before other libraries are loaded on a thread: the first icon would
+ * have to wait for all of them.
+ */
+void loadLibraries();
+
 /** Shows the icon, or the text where the theme has no such icon: a button is never empty. */
 void setButtonIcon(QAbstractButton *pButton, const QString &name, const QString &fallbackText);
 

@@ -5,6 +5,7 @@
 #include "app/FileDeeds.h"
 #include "app/FileGridView.h"
 #include "app/FullPreviewPlace.h"
+#include "app/HostIcons.h"
 #include "app/HostLanguage.h"
 #include "app/LanguageMenu.h"
 #include "app/MainWindow.h"
@@ -60,15 +61,16 @@ HostSession::~HostSession()
 
 void HostSession::start()
 {
-    m_plugins.preload(pluginFolder());
     restoreTheme();
+    HostIcons::loadLibraries();
+    m_plugins.preload(pluginFolder());
+    // The library lists files on its own thread while windows are made here; who listens to it hears it afterwards.
+    m_library.open(m_commandLine.libraryPath.isEmpty() ? Library::defaultPath() : m_commandLine.libraryPath);
+    showPlaces();
     m_pQueue = std::make_unique<AnalysisQueue>(&m_library);
     m_pWindow = std::make_unique<MainWindow>(&m_library, &m_model);
-    m_library.open(m_commandLine.libraryPath.isEmpty() ? Library::defaultPath() : m_commandLine.libraryPath);
     m_pHandle = std::make_unique<MainWindowHandle>(m_pWindow.get());
     m_pPreviews = std::make_unique<PreviewController>(m_pWindow.get(), &m_model, nullptr);
-    // The library lists files on its own thread while the plug-ins are loaded here.
-    showPlaces();
     loadPlugins();
     connectLanguage();
     connectPreviews();

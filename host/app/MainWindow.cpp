@@ -90,6 +90,8 @@ MainWindow::MainWindow(Library *pLibrary, FileGridModel *pModel)
     m_pLeft->hide();
     m_pTools->setPanelShown(m_pFullPlace->isPanelWanted());
     showPage();
+    if (!m_pLibrary->folders().isEmpty()) // they are listed already
+        startOver();
     m_pGrid->setFocus();
 }
 
