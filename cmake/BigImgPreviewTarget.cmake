@@ -21,23 +21,30 @@ function(bigimgpreview_target target)
     endif()
 endfunction()
 
-# bigimgpreview_plugin(TARGET): a module that a host loads at run time; target `plugins` builds all of them.
+# bigimgpreview_plugin(TARGET [FOLDER]): a module that a host loads at run time; target `plugins` builds all of them. One
+# that is no plug-in but loaded by one stands in a folder below them.
 add_custom_target(plugins)
 function(bigimgpreview_plugin target)
     bigimgpreview_target(${target})
     add_dependencies(plugins ${target})
+    set(folder "")
+    set(rpath "$ORIGIN/../..")
+    if(ARGC GREATER 1)
+        set(folder "/${ARGV1}")
+        set(rpath "$ORIGIN/../../..")
+    endif()
     set_target_properties(${target} PROPERTIES
-        LIBRARY_OUTPUT_DIRECTORY "${BIGIMGPREVIEW_PLUGIN_OUTPUT_DIRECTORY}"
-        RUNTIME_OUTPUT_DIRECTORY "${BIGIMGPREVIEW_PLUGIN_OUTPUT_DIRECTORY}"
-        INSTALL_RPATH "$ORIGIN/../..")
+        LIBRARY_OUTPUT_DIRECTORY "${BIGIMGPREVIEW_PLUGIN_OUTPUT_DIRECTORY}${folder}"
+        RUNTIME_OUTPUT_DIRECTORY "${BIGIMGPREVIEW_PLUGIN_OUTPUT_DIRECTORY}${folder}"
+        INSTALL_RPATH "${rpath}")
     # A symbol that is missing is told by the linker, not by the host that loads the module. Sanitizers leave their own
     # symbols to the program.
     if(UNIX AND NOT APPLE AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
     install(TARGETS ${target}
-        LIBRARY DESTINATION "${BIGIMGPREVIEW_PLUGIN_INSTALL_DIR}"
-        RUNTIME DESTINATION "${BIGIMGPREVIEW_PLUGIN_INSTALL_DIR}")
+        LIBRARY DESTINATION "${BIGIMGPREVIEW_PLUGIN_INSTALL_DIR}${folder}"
+        RUNTIME DESTINATION "${BIGIMGPREVIEW_PLUGIN_INSTALL_DIR}${folder}")
 endfunction()
 
 # bigimgpreview_precompile(TARGET header…): precompiled headers where they are switched on.

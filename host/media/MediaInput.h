@@ -1,8 +1,9 @@
 #pragma once
 
+#include "media/Cancelled.h"
+
 #include <QByteArray>
 
-#include <functional>
 #include <memory>
 
 extern "C" {
@@ -10,9 +11,6 @@ extern "C" {
 }
 
 namespace media {
-
-/** Asked again and again while a file is read; true: give up. */
-using Cancelled = std::function<bool()>;
 
 struct CloseInput {
     void operator()(AVFormatContext *pContext) const { avformat_close_input(&pContext); }

@@ -1,5 +1,6 @@
 #include "media/PeakReader.h"
 
+#include "media/MediaInput.h"
 #include "media/StreamDecoder.h"
 
 #include <QElapsedTimer>
@@ -129,12 +130,13 @@ private:
 
 } // namespace
 
-Peaks readPeaks(AVFormatContext &input, const Cancelled &cancelled, const std::function<void(const Peaks &)> &report)
+Peaks readPeaks(const QByteArray &native, const Cancelled &cancelled, const std::function<void(const Peaks &)> &report)
 {
-    AVStream *pStream = soundStream(input);
+    const InputPointer pInput = openInput(native, cancelled);
+    AVStream *pStream = pInput != nullptr ? soundStream(*pInput) : nullptr;
     if (pStream == nullptr || pStream->codecpar->sample_rate <= 0)
         return {};
-    StreamDecoder decoder(input, *pStream);
+    StreamDecoder decoder(*pInput, *pStream);
     if (!decoder.isOpen())
         return {};
     std::unique_ptr<PeakCollector> pCollector;

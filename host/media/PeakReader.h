@@ -1,7 +1,8 @@
 #pragma once
 
-#include "media/MediaInput.h"
+#include "media/Cancelled.h"
 
+#include <QByteArray>
 #include <QVector>
 
 #include <functional>
@@ -19,9 +20,10 @@ struct Peaks {
 };
 
 /**
- * Decodes the whole sound stream and reports about ten times a second what there is so far. A file of any length gives
- * a few thousand stretches. Null for a file without sound. Any thread; takes as long as decoding takes.
+ * Decodes a file's whole sound stream and reports about ten times a second what there is so far. A file of any length
+ * gives a few thousand stretches. Null for a file without sound. Any thread; takes as long as decoding takes. Named by
+ * its native bytes.
  */
-Peaks readPeaks(AVFormatContext &input, const Cancelled &cancelled, const std::function<void(const Peaks &)> &report);
+Peaks readPeaks(const QByteArray &native, const Cancelled &cancelled, const std::function<void(const Peaks &)> &report);
 
 } // namespace media

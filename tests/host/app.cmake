@@ -4,7 +4,7 @@ bigimgpreview_test(tst_host_scanner SOURCES app/tst_host_scanner.cpp LIBRARIES h
 bigimgpreview_test(tst_host_settings SOURCES app/tst_host_settings.cpp LIBRARIES hostsettings_core)
 bigimgpreview_test(tst_host_analysis SOURCES app/tst_host_analysis.cpp app/LibraryFixture.h LIBRARIES hostapp_core)
 bigimgpreview_test(tst_host_edits SOURCES app/tst_host_edits.cpp app/LibraryFixture.h LIBRARIES hostapp_core)
-bigimgpreview_test(tst_host_panel SOURCES app/tst_host_panel.cpp app/LibraryFixture.h LIBRARIES hostapp_core hostmetadata)
+bigimgpreview_test(tst_host_panel SOURCES app/tst_host_panel.cpp app/LibraryFixture.h LIBRARIES hostapp_core hostbasemodule_core)
 bigimgpreview_test(tst_host_watch SOURCES app/tst_host_watch.cpp app/LibraryFixture.h LIBRARIES hostlibrary)
 bigimgpreview_test(tst_host_grid SOURCES app/tst_host_grid.cpp LIBRARIES hostapp_core)
 bigimgpreview_test(tst_host_previews SOURCES app/tst_host_previews.cpp LIBRARIES hostapp_core)

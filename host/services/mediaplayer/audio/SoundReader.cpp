@@ -68,9 +68,7 @@ void SoundReader::readWave(const QString &path, WaveStore *pStore)
             const media::Cancelled cancelled = [&pCancelled] {
                 return pCancelled->load();
             };
-            const media::InputPointer pInput = media::openInput(native, cancelled);
-            if (pInput != nullptr)
-                peaks = media::readPeaks(*pInput, cancelled, report);
+            peaks = media::readPeaks(native, cancelled, report);
             pStore->keep(key, peaks);
         }
         report(peaks);

@@ -105,7 +105,7 @@ void MpvPlayer::loadProbed()
     frames()->forgetFrames();
     const QByteArray filters = m_setup.rendering == Rendering::None || bTurns
                                    ? QByteArray()
-                                   : videoFilters(m_probed->nRotation, m_probed->bHighRange);
+                                   : videoFilters(m_probed->video);
     m_bCoreBusy = true;
     m_core.set("pause", m_bPaused);
     const QByteArray start = m_nStartMsec > 0 ? seconds(m_nStartMsec) : QByteArrayLiteral("none");
@@ -270,10 +270,10 @@ void MpvPlayer::takeEnd(bool bReached)
 void MpvPlayer::takeRange(bool bHighRange)
 {
     // Some files tell it in their frames only.
-    if (!bHighRange || m_loaded.bHighRange || frames()->turnsFrames())
+    if (!bHighRange || m_loaded.video.bHighRange || frames()->turnsFrames())
         return;
-    m_loaded.bHighRange = true;
-    m_core.set("vf", videoFilters(m_loaded.nRotation, true));
+    m_loaded.video.bHighRange = true;
+    m_core.set("vf", videoFilters(m_loaded.video));
 }
 
 void MpvPlayer::takeTracks(const QVariantList &tracks)
@@ -323,8 +323,8 @@ QImage MpvPlayer::currentFrame()
     QImage image = m_core.screenshot();
     if (image.isNull())
         return {};
-    if (frames()->turnsFrames() && m_loaded.nRotation != 0)
-        image = image.transformed(QTransform().rotate(m_loaded.nRotation));
+    if (frames()->turnsFrames() && m_loaded.video.nRotation != 0)
+        image = image.transformed(QTransform().rotate(m_loaded.video.nRotation));
     // Pixels that are not square are shown stretched.
     if (!m_videoSize.isEmpty() && image.size() != m_videoSize)
         image = image.scaled(m_videoSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
