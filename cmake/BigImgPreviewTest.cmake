@@ -6,7 +6,7 @@ find_program(XVFB_RUN xvfb-run)
 
 set(BIGIMGPREVIEW_TEST_ENVIRONMENT
     "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0"
-    # The libraries are not instrumented; tests/support/TsanQt.cpp tells the sanitizer how Qt orders threads.
+    # The libraries are not instrumented; cmake/TsanQt.cpp tells the sanitizer how Qt orders threads.
     "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/tsan.supp:ignore_noninstrumented_modules=1:second_deadlock_stack=1"
     "ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1"
     "UBSAN_OPTIONS=print_stacktrace=1"
