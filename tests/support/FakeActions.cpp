@@ -30,8 +30,11 @@ void ActionDesk::cancel(qint64 nActionId)
     cancelled.append(nActionId);
     const auto found = std::find_if(requests.cbegin(), requests.cend(),
                                     [nActionId](const ActionRequest &request) { return request.id == nActionId; });
-    if (answersCancel && found != requests.cend())
-        answerQueued(int(std::distance(requests.cbegin(), found)), FakeResponse::failure(1));
+    const int nRequest = int(std::distance(requests.cbegin(), found));
+    if (answersCancel && nRequest < requests.size() && reply == Reply::InsideRequest)
+        answer(nRequest, FakeResponse::failure(1));
+    else if (answersCancel && nRequest < requests.size())
+        answerQueued(nRequest, FakeResponse::failure(1));
 }
 
 void ActionDesk::answerQueued(int nRequest, const ResponseInfoPtr &pResponse)

@@ -12,7 +12,7 @@
 
 /** When a request is answered. */
 enum class Reply {
-    InsideRequest, ///< Before the request has returned its id: the harshest host.
+    InsideRequest, ///< Before the request has returned its id, or the cancellation: the harshest host.
     Queued,        ///< On the next turn of the event loop.
     OnDemand,      ///< When the test calls answer().
     Twice,         ///< On the next turn of the event loop, two times.
@@ -63,7 +63,7 @@ public:
     std::function<void(qint64 nFileId, const QVector<NoteRecord> &notes)> storeNotes;
 
     Reply reply = Reply::Queued;
-    bool answersCancel = true; ///< A cancelled request gets its result, with code 1, on the next turn of the loop.
+    bool answersCancel = true; ///< A cancelled request gets its result, with code 1: inside, or on the next turn.
     ResponseInfoPtr response;
     QVector<ActionRequest> requests;
     QVector<qint64> cancelled;

@@ -64,48 +64,6 @@ bool FakeCacheManager::hasListeners() const
     return isSignalConnected(QMetaMethod::fromSignal(&ITSCacheManager::signalLoadPixmapFinished));
 }
 
-void FakeRenderer::setDocument(qint64 nFileId, const QVector<QSize> &pages)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_documents[nFileId].pages = pages;
-}
-
-void FakeRenderer::setBrokenPages(qint64 nFileId, const QSet<int> &pages)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_documents[nFileId].broken = pages;
-}
-
-QSet<qint64> FakeRenderer::openDocuments() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_open;
-}
-
-QStringList FakeRenderer::rendered() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_rendered;
-}
-
-int FakeRenderer::mostAtOnce() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_mostAtOnce;
-}
-
-QVector<qint64> FakeRenderer::openings() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_openings;
-}
-
-void FakeRenderer::setLargestSide(int nPixels)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_largestSide = nPixels;
-}
-
 bool FakeRenderer::openDocument(qint64 nFileId, const QString &)
 {
     int nClosings = 0;
@@ -113,11 +71,10 @@ bool FakeRenderer::openDocument(qint64 nFileId, const QString &)
         const std::lock_guard<std::mutex> lock(m_mutex);
         return m_closings.value(nFileId) + m_closings.value(-1) != nClosings;
     };
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+    change([&] {
         m_openings.append(nFileId);
         nClosings = m_closings.value(nFileId) + m_closings.value(-1);
-    }
+    });
     openGate.pass(isCancelled);
     const bool bCancelled = isCancelled();
     const std::lock_guard<std::mutex> lock(m_mutex);
@@ -136,20 +93,15 @@ int FakeRenderer::pageCount(qint64 nFileId)
 QImage FakeRenderer::renderPage(qint64 nFileId, int nPage, const QSize &pixelSize)
 {
     Document document;
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_mostAtOnce = std::max(m_mostAtOnce, ++m_running);
-        m_rendered.append(
-            QStringLiteral("%1:%2 %3x%4").arg(nFileId).arg(nPage).arg(pixelSize.width()).arg(pixelSize.height()));
-    }
+    const QString request =
+        QStringLiteral("%1:%2 %3x%4").arg(nFileId).arg(nPage).arg(pixelSize.width()).arg(pixelSize.height());
+    change([&] { m_rendered.append(request); });
     renderGate.pass();
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        --m_running;
+    change([&] {
         if (m_open.contains(nFileId))
             document = m_documents.value(nFileId);
         document.largestSide = m_largestSide;
-    }
+    });
     if (nPage < 0 || nPage >= document.pages.size() || document.broken.contains(nPage))
         return {};
     QSize size = document.pages.at(nPage);
@@ -162,20 +114,18 @@ QImage FakeRenderer::renderPage(qint64 nFileId, int nPage, const QSize &pixelSiz
 
 void FakeRenderer::closeDocument(qint64 nFileId)
 {
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+    change([&] {
         m_open.remove(nFileId);
         ++m_closings[nFileId];
-    }
+    });
     openGate.wake();
 }
 
 void FakeRenderer::closeAllDocuments()
 {
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+    change([&] {
         m_open.clear();
         ++m_closings[-1];
-    }
+    });
     openGate.wake();
 }

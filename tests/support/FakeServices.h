@@ -70,20 +70,28 @@ public:
 class FakeRenderer final : public IPresentationRenderer {
 public:
     /** A document: the sizes of its pages. One without pages cannot be opened. */
-    void setDocument(qint64 nFileId, const QVector<QSize> &pages);
+    void setDocument(qint64 nFileId, const QVector<QSize> &pages)
+    {
+        change([&] { m_documents[nFileId].pages = pages; });
+    }
     /** Pages that are opened but cannot be rendered. */
-    void setBrokenPages(qint64 nFileId, const QSet<int> &pages);
+    void setBrokenPages(qint64 nFileId, const QSet<int> &pages)
+    {
+        change([&] { m_documents[nFileId].broken = pages; });
+    }
 
     /** The largest side that pages are rendered with, whatever is asked for. */
-    void setLargestSide(int nPixels);
+    void setLargestSide(int nPixels)
+    {
+        change([&] { m_largestSide = nPixels; });
+    }
     static QColor pageColor(int nPage) { return QColor::fromHsv((nPage * 47) % 360, 90, 230).rgb(); }
 
-    QSet<qint64> openDocuments() const;
+    QSet<qint64> openDocuments() const { return get(m_open); }
     /** Ids of the documents whose opening began, in order. */
-    QVector<qint64> openings() const;
+    QVector<qint64> openings() const { return get(m_openings); }
     /** "id:page WxH" for each page rendered, in order. */
-    QStringList rendered() const;
-    int mostAtOnce() const;
+    QStringList rendered() const { return get(m_rendered); }
 
     bool openDocument(qint64 nFileId, const QString &path) override;
     int pageCount(qint64 nFileId) override;
@@ -101,6 +109,19 @@ private:
         int largestSide = 0;
     };
 
+    template <class Change>
+    void change(const Change &apply)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        apply();
+    }
+    template <class Value>
+    Value get(const Value &value) const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return value;
+    }
+
     mutable std::mutex m_mutex;
     QHash<qint64, Document> m_documents;
     QSet<qint64> m_open;
@@ -108,8 +129,6 @@ private:
     QVector<qint64> m_openings;
     int m_largestSide = 100000;
     QStringList m_rendered;
-    int m_running = 0;
-    int m_mostAtOnce = 0;
 };
 
 /** A main window that only remembers what was asked of it. */

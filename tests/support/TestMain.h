@@ -1,6 +1,8 @@
 #pragma once
 
 #include "LogCapture.h"
+#include "TestFiles.h"
+#include "TestTable.h"
 
 #include <QApplication>
 #include <QStandardPaths>

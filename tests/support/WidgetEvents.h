@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QMouseEvent>
 #include <QWheelEvent>
 #include <QWidget>
+#include <QtTest>
 
 /** Mouse events, delivered at once and to this widget, whatever platform and focus make of the real ones. */
 inline void sendMouse(QWidget *pWidget, QEvent::Type type, const QPoint &pos, Qt::MouseButton button = Qt::LeftButton)
@@ -35,6 +36,16 @@ inline void turnWheel(QWidget *pWidget, const QPoint &pos, int nDelta = 120)
     QWheelEvent event(pos, pWidget->mapToGlobal(pos), QPoint(), QPoint(0, nDelta), Qt::NoButton, Qt::NoModifier,
                       Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(pWidget, &event);
+}
+
+/** Shows a window that takes the keys, also on a platform without a window manager. */
+inline void showActive(QWidget *pWindow, QWidget *pFocus = nullptr)
+{
+    pWindow->show();
+    QApplication::setActiveWindow(pWindow);
+    if (pFocus != nullptr)
+        pFocus->setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(pWindow));
 }
 
 /** Counts the paint events of one widget. */
