@@ -4,11 +4,6 @@
 #include "TestMain.h"
 #include "plugin/PluginInnerData.h"
 
-#include <QThreadPool>
-
-#include <functional>
-#include <memory>
-
 /**
  * Base of the tests of the plug-in's core (link bigimgpreview_core): every test function begins with a fresh host that
  * the shared state knows, and must leave no load, open file or document behind.

@@ -1,10 +1,5 @@
 #include "TestMain.h"
 
-#include <QDirIterator>
-#include <QFile>
-#include <QFileInfo>
-#include <QRegularExpression>
-
 namespace {
 const QString root = QStringLiteral(BIGIMGPREVIEW_SOURCE_DIR);
 
@@ -61,13 +56,9 @@ QVector<Arrow> arrowsOf(const QString &room)
     QDirIterator files(root + QLatin1Char('/') + room, {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
-        QFile file(files.next());
-        if (!file.open(QIODevice::ReadOnly)) {
-            qWarning("cannot read %s", qPrintable(file.fileName()));
-            continue;
-        }
-        const QString from = QDir(root).relativeFilePath(file.fileName());
-        auto matches = include.globalMatch(QString::fromUtf8(file.readAll()));
+        const QString path = files.next();
+        const QString from = QDir(root).relativeFilePath(path);
+        auto matches = include.globalMatch(QString::fromUtf8(readFile(path)));
         while (matches.hasNext()) {
             const auto match = matches.next();
             const QString name = match.captured(1);
@@ -98,53 +89,47 @@ class tst_floors : public LoggedTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void roomsKeepApart_data();
-    void roomsKeepApart();
-    void pluginFloors();
+    void roomsKeepApart_data()
+    {
+        const auto row = columns<QString, QStringList>("room", "allowed");
+        row("sdk", "sdk", QStringList{QStringLiteral("sdk/")});
+        row("src", "src", QStringList{QStringLiteral("src/"), QStringLiteral("sdk/")});
+        row("host", "host", QStringList{QStringLiteral("host/"), QStringLiteral("sdk/")});
+    }
+
+    void roomsKeepApart()
+    {
+        const auto [room, allowed] = currentRow<QString, QStringList>();
+        QStringList wrong;
+        for (const Arrow &arrow : arrowsOf(room)) {
+            const bool ours = !arrow.to.isEmpty();
+            const bool fits = std::any_of(allowed.begin(), allowed.end(),
+                                          [&arrow](const QString &folder) { return arrow.to.startsWith(folder); });
+            if (ours && !fits)
+                wrong.append(text(arrow));
+            const bool known = ours || isQtHeader(arrow.name) || isStandardHeader(arrow.name);
+            if (room == QLatin1String("sdk") && !known)
+                wrong.append(text(arrow));
+        }
+        QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
+    }
+
+    void pluginFloors()
+    {
+        QStringList wrong;
+        for (const Arrow &arrow : arrowsOf(QStringLiteral("src"))) {
+            const int from = floorOf(arrow.from);
+            const int to = floorOf(arrow.to);
+            if (arrow.to.startsWith(QLatin1String("src/")) && to > from)
+                wrong.append(QStringLiteral("%1 (floor %2 to %3)").arg(text(arrow)).arg(from).arg(to));
+            // A common widget has never heard of files or hosts: of the SDK it knows the theme.
+            const bool sdk = arrow.to.startsWith(QLatin1String("sdk/"));
+            if (from == 0 && sdk && !arrow.to.startsWith(QLatin1String("sdk/theme/")))
+                wrong.append(text(arrow));
+        }
+        QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
+    }
 };
-
-void tst_floors::roomsKeepApart_data()
-{
-    QTest::addColumn<QString>("room");
-    QTest::addColumn<QStringList>("allowed");
-    QTest::newRow("sdk") << QStringLiteral("sdk") << QStringList{QStringLiteral("sdk/")};
-    QTest::newRow("src") << QStringLiteral("src") << QStringList{QStringLiteral("src/"), QStringLiteral("sdk/")};
-    QTest::newRow("host") << QStringLiteral("host") << QStringList{QStringLiteral("host/"), QStringLiteral("sdk/")};
-}
-
-void tst_floors::roomsKeepApart()
-{
-    QFETCH(QString, room);
-    QFETCH(QStringList, allowed);
-    QStringList wrong;
-    for (const Arrow &arrow : arrowsOf(room)) {
-        const bool ours = !arrow.to.isEmpty();
-        const bool fits = std::any_of(allowed.begin(), allowed.end(),
-                                      [&arrow](const QString &folder) { return arrow.to.startsWith(folder); });
-        if (ours && !fits)
-            wrong.append(text(arrow));
-        const bool known = ours || isQtHeader(arrow.name) || isStandardHeader(arrow.name);
-        if (room == QLatin1String("sdk") && !known)
-            wrong.append(text(arrow));
-    }
-    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
-}
-
-void tst_floors::pluginFloors()
-{
-    QStringList wrong;
-    for (const Arrow &arrow : arrowsOf(QStringLiteral("src"))) {
-        const int from = floorOf(arrow.from);
-        const int to = floorOf(arrow.to);
-        if (arrow.to.startsWith(QLatin1String("src/")) && to > from)
-            wrong.append(QStringLiteral("%1 (floor %2 to %3)").arg(text(arrow)).arg(from).arg(to));
-        // A common widget has never heard of files or hosts: of the SDK it knows the theme.
-        const bool sdk = arrow.to.startsWith(QLatin1String("sdk/"));
-        if (from == 0 && sdk && !arrow.to.startsWith(QLatin1String("sdk/theme/")))
-            wrong.append(text(arrow));
-    }
-    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
-}
 
 BIGIMGPREVIEW_TEST_MAIN(tst_floors)
 #include "tst_floors.moc"

@@ -27,6 +27,13 @@ int position(Function function)
     std::memcpy(&entry, &function, sizeof(entry));
     return entry % 2 == 1 ? int((entry - 1) / std::ptrdiff_t(sizeof(void *))) : -1;
 }
+
+/** Positions of operations in their tables, counted from 1. */
+template <class... Function>
+QVector<int> numbers(Function... operations)
+{
+    return {position(operations) + 1 ...};
+}
 } // namespace
 
 /**
@@ -37,109 +44,59 @@ class tst_sdk_tables : public LoggedTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void positions_data();
-    void positions();
-    void interfaceIds();
-    void noteRecordIsFixed();
-};
-
-void tst_sdk_tables::positions_data()
-{
+    void positions()
+    {
 #if !defined(__GXX_ABI_VERSION) || defined(__arm__) || defined(__aarch64__)
-    QSKIP("pointers to member functions are laid out differently here");
+        QSKIP("pointers to member functions are laid out differently here");
 #endif
-    QTest::addColumn<int>("actual");
-    QTest::addColumn<int>("expected");
-    // Interfaces count their operations from 1, the media player from 0.
-#define FROM_ONE(operation, number) QTest::newRow(#operation) << position(&operation) + 1 << number
-#define FROM_ZERO(operation, number) QTest::newRow(#operation) << position(&ITsMediaPlayerPlugin::operation) << number
+        QCOMPARE(numbers(&IPlugin::getObject, &IPlugin::getPluginId, &IPlugin::getPluginInfo,
+                         &IPlugin::setPluginManager, &IPlugin::initialize, &IPlugin::extensionsInitialized,
+                         &IPlugin::aboutToShutdown),
+                 (QVector<int>{1, 2, 3, 4, 5, 6, 7}));
+        using Preview = IBigImgPreviewPlugin;
+        QCOMPARE(numbers(&Preview::setDataSource, &Preview::clearPreviewData, &Preview::createPreviewDbClickWidget,
+                         &Preview::createPreviewSpaceDialog, &Preview::setMainWindowHandle),
+                 (QVector<int>{1, 2, 3, 4, 5}));
+        using Window = IMainWindowHandle;
+        QCOMPARE(
+            numbers(&Window::moveBy, &Window::isMaximized, &Window::minimize, &Window::toggleMaximized, &Window::close),
+            (QVector<int>{1, 2, 3, 4, 5}));
+        QCOMPARE(numbers(&IPreviewDataSource::commentAction, &IPreviewDataSource::tagAction), (QVector<int>{15, 18}));
+        QCOMPARE(numbers(&ISettingsObject::isLeftColumnShown, &ISettingsObject::isRightPanelHidden),
+                 (QVector<int>{48, 50}));
+        QCOMPARE(numbers(&ISettingPlugin::settingsObject, &ISettingPlugin::shortcutSetting), (QVector<int>{2, 4}));
+        QCOMPARE(numbers(&IBaseModulePlugin::cacheManager, &IDataCenterPlugin::dataCenter), (QVector<int>{1, 5}));
+        using Player = ITsMediaPlayerPlugin;
+        QCOMPARE(numbers(&Player::getSignalObject, &Player::attachOwner, &Player::detachOwner, &Player::videoWidget,
+                         &Player::resetOwner, &Player::currentFrame, &Player::positionShown, &Player::attachAudioOwner,
+                         &Player::setWavePosition, &Player::setWaveSource, &Player::setWaveDuration,
+                         &Player::waveWidget, &Player::initAudioView, &Player::audioItem, &Player::animateAudioItem,
+                         &Player::audioItemScale, &Player::layoutAudioItem, &Player::openAndPlay, &Player::openAudio,
+                         &Player::play, &Player::pause, &Player::stop, &Player::seek, &Player::setMute,
+                         &Player::setVolume, &Player::state, &Player::videoWidth, &Player::videoHeight),
+                 (QVector<int>{1,  4,  5,  6,  7,  8,  9,  10, 14, 15, 16, 17, 19, 21,
+                               22, 23, 26, 27, 28, 29, 30, 31, 32, 33, 34, 36, 37, 38}));
+    }
 
-    FROM_ONE(IPlugin::getObject, 1);
-    FROM_ONE(IPlugin::getPluginId, 2);
-    FROM_ONE(IPlugin::getPluginInfo, 3);
-    FROM_ONE(IPlugin::setPluginManager, 4);
-    FROM_ONE(IPlugin::initialize, 5);
-    FROM_ONE(IPlugin::extensionsInitialized, 6);
-    FROM_ONE(IPlugin::aboutToShutdown, 7);
+    void interfaceIds()
+    {
+        QCOMPARE(qobject_interface_iid<IPlugin *>(), "KOR.Core.IPlugin/1.0");
+        QCOMPARE(qobject_interface_iid<IBigImgPreviewPlugin *>(), "Tessaro.Plugin.IBigImgPreviewPlugin/1.0");
+        QCOMPARE(qobject_interface_iid<IPreviewNotes *>(), "Tessaro.Plugin.IPreviewNotes/1.0");
+        QCOMPARE(qobject_interface_iid<IBaseModulePlugin *>(), "Tessaro.Plugin.IBaseModulePlugin/1.0");
+        QCOMPARE(qobject_interface_iid<ISettingPlugin *>(), "Tessaro.Plugin.ISettingPlugin/1.0");
+        QCOMPARE(qobject_interface_iid<IDataCenterPlugin *>(), "Tessaro.Plugin.IDataCenterPlugin/1.0");
+        QCOMPARE(qobject_interface_iid<ITsMediaPlayerPlugin *>(), "Tessaro.Plugin.ITsMediaPlayerPlugin/1.0");
+    }
 
-    FROM_ONE(IBigImgPreviewPlugin::setDataSource, 1);
-    FROM_ONE(IBigImgPreviewPlugin::clearPreviewData, 2);
-    FROM_ONE(IBigImgPreviewPlugin::createPreviewDbClickWidget, 3);
-    FROM_ONE(IBigImgPreviewPlugin::createPreviewSpaceDialog, 4);
-    FROM_ONE(IBigImgPreviewPlugin::setMainWindowHandle, 5);
-
-    FROM_ONE(IPreviewDataSource::commentAction, 15);
-    FROM_ONE(IPreviewDataSource::tagAction, 18);
-    FROM_ONE(ISettingsObject::isLeftColumnShown, 48);
-    FROM_ONE(ISettingsObject::isRightPanelHidden, 50);
-    FROM_ONE(ISettingPlugin::settingsObject, 2);
-    FROM_ONE(ISettingPlugin::shortcutSetting, 4);
-    FROM_ONE(IBaseModulePlugin::cacheManager, 1);
-    FROM_ONE(IDataCenterPlugin::dataCenter, 5);
-
-    FROM_ONE(IMainWindowHandle::moveBy, 1);
-    FROM_ONE(IMainWindowHandle::isMaximized, 2);
-    FROM_ONE(IMainWindowHandle::minimize, 3);
-    FROM_ONE(IMainWindowHandle::toggleMaximized, 4);
-    FROM_ONE(IMainWindowHandle::close, 5);
-
-    FROM_ZERO(getSignalObject, 0);
-    FROM_ZERO(attachOwner, 3);
-    FROM_ZERO(detachOwner, 4);
-    FROM_ZERO(videoWidget, 5);
-    FROM_ZERO(resetOwner, 6);
-    FROM_ZERO(currentFrame, 7);
-    FROM_ZERO(positionShown, 8);
-    FROM_ZERO(attachAudioOwner, 9);
-    FROM_ZERO(setWavePosition, 13);
-    FROM_ZERO(setWaveSource, 14);
-    FROM_ZERO(setWaveDuration, 15);
-    FROM_ZERO(waveWidget, 16);
-    FROM_ZERO(initAudioView, 18);
-    FROM_ZERO(audioItem, 20);
-    FROM_ZERO(animateAudioItem, 21);
-    FROM_ZERO(audioItemScale, 22);
-    FROM_ZERO(layoutAudioItem, 25);
-    FROM_ZERO(openAndPlay, 26);
-    FROM_ZERO(openAudio, 27);
-    FROM_ZERO(play, 28);
-    FROM_ZERO(pause, 29);
-    FROM_ZERO(stop, 30);
-    FROM_ZERO(seek, 31);
-    FROM_ZERO(setMute, 32);
-    FROM_ZERO(setVolume, 33);
-    FROM_ZERO(state, 35);
-    FROM_ZERO(videoWidth, 36);
-    FROM_ZERO(videoHeight, 37);
-#undef FROM_ONE
-#undef FROM_ZERO
-}
-
-void tst_sdk_tables::positions()
-{
-    QFETCH(int, actual);
-    QFETCH(int, expected);
-    QCOMPARE(actual, expected);
-}
-
-void tst_sdk_tables::interfaceIds()
-{
-    QCOMPARE(qobject_interface_iid<IPlugin *>(), "KOR.Core.IPlugin/1.0");
-    QCOMPARE(qobject_interface_iid<IBigImgPreviewPlugin *>(), "Tessaro.Plugin.IBigImgPreviewPlugin/1.0");
-    QCOMPARE(qobject_interface_iid<IPreviewNotes *>(), "Tessaro.Plugin.IPreviewNotes/1.0");
-    QCOMPARE(qobject_interface_iid<IBaseModulePlugin *>(), "Tessaro.Plugin.IBaseModulePlugin/1.0");
-    QCOMPARE(qobject_interface_iid<ISettingPlugin *>(), "Tessaro.Plugin.ISettingPlugin/1.0");
-    QCOMPARE(qobject_interface_iid<IDataCenterPlugin *>(), "Tessaro.Plugin.IDataCenterPlugin/1.0");
-    QCOMPARE(qobject_interface_iid<ITsMediaPlayerPlugin *>(), "Tessaro.Plugin.ITsMediaPlayerPlugin/1.0");
-}
-
-void tst_sdk_tables::noteRecordIsFixed()
-{
-    QCOMPARE(sizeof(NoteRecord), sizeof(QRect) + 8 + sizeof(void *));
-    QCOMPARE(offsetof(NoteRecord, rect), size_t(0));
-    QCOMPARE(offsetof(NoteRecord, value), size_t(16));
-    QCOMPARE(offsetof(NoteRecord, text), size_t(24));
-}
+    void noteRecordIsFixed()
+    {
+        QCOMPARE(sizeof(NoteRecord), sizeof(QRect) + 8 + sizeof(void *));
+        QCOMPARE(offsetof(NoteRecord, rect), size_t(0));
+        QCOMPARE(offsetof(NoteRecord, value), size_t(16));
+        QCOMPARE(offsetof(NoteRecord, text), size_t(24));
+    }
+};
 
 BIGIMGPREVIEW_TEST_MAIN(tst_sdk_tables)
 #include "tst_sdk_tables.moc"
