@@ -59,7 +59,7 @@ public:
     }
     QSharedPointer<IRemoveAction> removeAction() override
     {
-        return ownRemoveAction ? ownRemoveAction : make<IRemoveAction>(SourcePart::RemoveAction, &makeRemoveAction);
+        return make<IRemoveAction>(SourcePart::RemoveAction, &makeRemoveAction);
     }
     QSharedPointer<IRecycleAction> recycleAction() override
     {
@@ -78,8 +78,7 @@ public:
 
     QSet<SourcePart> absent; ///< These answer null or leave the list as it is.
     bool deletingBlocked = false;
-    QSharedPointer<IRemoveAction> ownRemoveAction; ///< Where set, handed out in place of a fake one.
-    FakeFileList files;                            ///< Emits the removals.
+    FakeFileList files; ///< Emits the removals.
 
 private:
     bool has(SourcePart part) const { return !absent.contains(part); }

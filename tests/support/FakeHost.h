@@ -45,7 +45,6 @@ public:
     void removePlayer();
 
     QHash<QString, QList<IPlugin *>> registry; ///< Plug-ins by class name of the interface.
-    QStringList lookups;                       ///< Class names that were asked for, in order.
 
     ActionDesk desk;
     FakeSettings settings;

@@ -11,10 +11,6 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPointer>
-#include <QTemporaryDir>
-#include <QTimer>
-#include <QUrl>
 
 /** Takes the files and folders that would go to the desktop. */
 class UrlCatcher : public QObject {

@@ -50,6 +50,17 @@ protected:
         QVERIFY(commands.contains(c));
         (m_pWidget.get()->*commands.value(c))();
     }
+    /** The same with the button, and waits until it has come to its end. */
+    void press(char c)
+    {
+        using Bar = ImgPreviewToolBar;
+        static const QHash<char, Bar::Button> buttons{{'f', Bar::FitToWindowButton}, {'w', Bar::FitToWidthButton},
+                                                      {'1', Bar::ActualSizeButton},  {'+', Bar::ZoomInButton},
+                                                      {'-', Bar::ZoomOutButton},     {'r', Bar::RotateButton},
+                                                      {'m', Bar::FlipButton}};
+        QTest::mouseClick(bar()->button(buttons.value(c)), Qt::LeftButton);
+        settle();
+    }
     /** Lets the ticks of the timer pass at once. */
     void settle()
     {

@@ -10,8 +10,6 @@
 
 #include <QGraphicsScene>
 #include <QLabel>
-#include <QPointer>
-#include <QSignalSpy>
 
 using Sizes = QVector<QSize>;
 using Bar = PPtPreviewToolBar;
@@ -21,19 +19,249 @@ class tst_presentation : public PluginTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void firstPage();
-    void commands_data();
-    void commands();
-    void keyStorm();
-    void shownAgainDuringALoad();
-    void unrenderable_data();
-    void unrenderable();
-    void sharper_data();
-    void sharper();
-    void sharperComesTooLate();
-    void cover();
-    void endsAtAnyMoment_data();
-    void endsAtAnyMoment();
+    void firstPage()
+    {
+        QSignalSpy starts(m_widget, &PPtPreviewWidget::signal_start_load_ppt_frame);
+        QSignalSpy ends(m_widget, &PPtPreviewWidget::signal_ppt_frame_read_end);
+        QCOMPARE(labels(), QStringLiteral("1/14 85%"));
+        const char *const tips[] = {"Fit to Window", "Fit to Width", "Actual Size", "Prev",
+                                    "Next",          "Zoom Out",     "Zoom In"};
+        const char *const keys[] = {"(Ctrl+0)", "(Ctrl+2)", "(Ctrl+1)", "", "", "(Ctrl+-)", "(Ctrl+=)"};
+        for (int i = 0; i < Bar::ButtonCount; ++i)
+            QCOMPARE(button(i)->toolTip(), QLatin1String(tips[i]));
+        load(Sizes(5, QSize(400, 300)), false);
+        QVERIFY(starts.count() == 1 && !item()->isVisible() && data()->isLoadingFor(1, m_widget));
+        finishWorkers();
+        QVERIFY(ends.count() == 1 && item()->isVisible() && !data()->isLoading());
+        QCOMPARE(labels(), QStringLiteral("1/5 100%"));
+        QCOMPARE(item()->drawMode(), int(CResourceItem::DrawPage));
+        QVERIFY(isShown(0));
+        for (int i = 0; i < Bar::ButtonCount; ++i)
+            QCOMPARE(button(i)->toolTip(), QLatin1String(tips[i]) + QLatin1String(keys[i]));
+    }
+
+    void commands_data()
+    {
+        const auto row = columns<QSize, int, QString, QString>("page", "count", "commands", "expected");
+        const QSize small(80, 60);
+        const std::tuple<QSize, int, const char *, const char *> rows[] = {
+            {{1600, 400}, 1, "", "1/1 50%"},   {{1600, 400}, 1, "w", "1/1 50%"},
+            {{400, 1200}, 1, "", "1/1 50%"},   {{400, 1200}, 1, "w", "1/1 200%"},
+            {{800, 600}, 1, "+f", "1/1 100%"}, {{1600, 60}, 1, "1", "1/1 100%"},
+            {{1600, 60}, 1, "++f", "1/1 50%"}, {{941, 60}, 1, "+", "1/1 100%"},
+            {{941, 60}, 1, "-", "1/1 75%"},    {small, 1, "-----", "1/1 5%"},
+            {small, 1, "-------+", "1/1 25%"}, {small, 1, "+++++++++++++", "1/1 800%"},
+            {small, 1, "++++++-", "1/1 250%"}, {small, 1, "iio", "1/1 103%"},
+            {small, 1, "-----iooo", "1/1 5%"}, {small, 1, "><", "1/1 100%"},
+            {small, 3, ">>>", "3/3 100%"},     {small, 3, "><<>", "2/3 100%"},
+            {{1600, 60}, 3, "++>", "2/3 50%"}, {small, 2000, ">>", "3/2000 100%"}};
+        for (const auto &[page, nCount, pCommands, pExpected] : rows) {
+            const QString sizes = QStringLiteral("%1x%2 of %3 ").arg(page.width()).arg(page.height()).arg(nCount);
+            row(QString(sizes + QLatin1String(pCommands)), page, nCount, pCommands, pExpected);
+        }
+    }
+
+    void commands()
+    {
+        const auto [page, count, commands, expected] = currentRow<QSize, int, QString, QString>();
+        load(Sizes(count, page));
+        for (const QChar c : commands) {
+            command(c);
+            finishWorkers();
+        }
+        QCOMPARE(labels(), expected);
+        QVERIFY(isShown(labels().section(u'/', 0, 0).toInt() - 1));
+        QCOMPARE(item()->pictureSize(), page);
+    }
+
+    /** Pages that are passed by are not rendered one after the other, and the last one wanted is shown. */
+    void keyStorm()
+    {
+        load(Sizes(100, QSize(80, 60)));
+        host().renderer.renderGate.close();
+        for (int i = 0; i < 60; ++i)
+            m_widget->slot_rightBtnClicked();
+        QTRY_COMPARE(host().renderer.renderGate.waiting(), 1);
+        QCOMPARE(labels(), QStringLiteral("1/100 100%")); // follows the frame
+        for (int i = 0; i < 10; ++i)
+            m_widget->slot_leftBtnClicked();
+        host().renderer.renderGate.open();
+        QTRY_VERIFY(!data()->isLoading() && isShown(50));
+        QCOMPARE(labels(), QStringLiteral("51/100 100%"));
+        QCOMPARE(host().renderer.rendered().size(), 3 + moreForScreen());
+    }
+
+    /** The file is left and shown again before its page has come: not the page that was asked for then. */
+    void shownAgainDuringALoad()
+    {
+        load(Sizes(4, QSize(80, 60)));
+        host().renderer.renderGate.close();
+        m_widget->slot_rightBtnClicked();
+        QTRY_COMPARE(host().renderer.renderGate.waiting(), 1);
+        m_widget->clearPreview();
+        QVector<bool> seen;
+        connect(m_widget, &PPtPreviewWidget::signal_ppt_frame_read_end, this, [&] { seen.append(isShown(0)); });
+        m_widget->loadPresentation(QStringLiteral("/1.pptx"));
+        host().renderer.renderGate.open();
+        QTRY_VERIFY(!data()->isLoading() && m_widget->isPageShown());
+        QCOMPARE(seen, QVector<bool>{true});
+    }
+
+    void unrenderable_data()
+    {
+        const auto row = columns<int, bool>("pages", "renderer");
+        row("no renderer", 4, false);
+        row("no pages", 0, true);
+        row("broken pages", 4, true);
+    }
+
+    void unrenderable()
+    {
+        const auto [pages, renderer] = currentRow<int, bool>();
+        host().base.renderer = renderer ? &host().renderer : nullptr;
+        attachHost();
+        host().renderer.setBrokenPages(1, {0, 2});
+        load(Sizes(pages, QSize(80, 60)));
+        QVERIFY(item()->isVisible() && item()->drawMode() == CResourceItem::DrawStill);
+        QCOMPARE(item()->pictureSize(), QSize(500, 500));
+        TSSkinSetting *pSkin = TSSkinSetting::GetInstance();
+        for (const auto theme : {TSSkinSetting::LightTheme, TSSkinSetting::DarkTheme}) {
+            pSkin->SetTheme(theme);
+            QCOMPARE(colorAt({200, 100}), pSkin->GetPlaceholderBackgroundColor());
+        }
+        // Only where there are pages can they be turned.
+        QCOMPARE(button(Bar::NextButton)->isVisible(), pages > 0 && renderer);
+        m_widget->slot_setCover();
+        finishWorkers();
+        QVERIFY(host().desk.requests.isEmpty());
+        for (int nPage = 1; button(Bar::NextButton)->isVisible() && nPage < 4; ++nPage) {
+            command(u'>');
+            finishWorkers();
+            QCOMPARE(labels(), QStringLiteral("%1/4 100%").arg(nPage + 1));
+            QVERIFY(isShown(nPage == 2 ? 1 : nPage)); // the page before stays, and a notice says why
+            QCOMPARE(m_widget->findChildren<CNotificationFloatingWidget *>().size(), nPage < 2 ? 0 : 1);
+        }
+    }
+
+    void sharper_data()
+    {
+        // asked: beyond the page itself
+        const auto row = columns<QSize, QString, QSize, QSize>("page", "commands", "asked", "pixels");
+        row("smaller", QSize(400, 300), "--", QSize(), QSize(400, 300));
+        QTest::newRow("800") << QSize(400, 300) << QStringLiteral("+++++++++++") << QSize(3200, 2400)
+                             << QSize(2500, 1875);
+        row("to and fro", QSize(400, 300), "++++1", QSize(), QSize(400, 300));
+        row("odd sides", QSize(333, 187), "+", QSize(417, 234), QSize(416, 234));
+    }
+
+    void sharper()
+    {
+        const auto [page, commands, asked, pixels] = currentRow<QSize, QString, QSize, QSize>();
+        host().renderer.setLargestSide(2500); // this one gives less than it is asked for, and is not asked again
+        load({page, page});
+        QCOMPARE(host().renderer.rendered().size(), 1 + moreForScreen());
+        QVERIFY(qAbs(item()->originalSize().width() - dense(page).width()) <= 1);
+        if (moreForScreen() > 0)
+            return; // the rows count the pixels of a plain screen
+        item()->setPos(7, 5);
+        for (const QChar c : commands)
+            command(c);
+        const QRectF box = item()->sceneBoundingRect();
+        const QString label = labels();
+        for (int i = 0; i < 2; ++i) {
+            QTest::qWait(200);
+            finishWorkers();
+        }
+        QCOMPARE(host().renderer.rendered().mid(1).join(u' '),
+                 asked.isEmpty() ? QString() : QStringLiteral("1:0 %1x%2").arg(asked.width()).arg(asked.height()));
+        QCOMPARE(item()->originalSize(), pixels);
+        // Nothing has moved.
+        QCOMPARE(item()->sceneBoundingRect(), box);
+        QCOMPARE(labels(), label);
+    }
+
+    void sharperComesTooLate()
+    {
+        load(Sizes(3, QSize(400, 300)));
+        host().renderer.renderGate.close();
+        command(u'+');
+        QTRY_COMPARE(host().renderer.renderGate.waiting(), 1);
+        QVERIFY(!data()->isLoading()); // nobody has to wait for it
+        command(u'>');
+        QTRY_COMPARE(host().renderer.renderGate.waiting(), 2);
+        host().renderer.renderGate.open();
+        finishWorkers();
+        QCOMPARE(labels(), QStringLiteral("2/3 100%"));
+        QVERIFY(isShown(1));
+        QCOMPARE(item()->originalSize(), dense({400, 300}));
+    }
+
+    void cover()
+    {
+        load(Sizes(3, QSize(40, 30)));
+        int nChanged = 0;
+        m_widget->setCoverChangedHook([&nChanged] { ++nChanged; });
+        host().desk.reply = Reply::OnDemand;
+        command(u'>');
+        finishWorkers();
+        m_widget->slot_setCover();
+        command(u'>'); // it is of the page that was shown when it was asked for
+        finishWorkers();
+        QCOMPARE(host().desk.requests.size(), 1);
+        const ActionRequest request = host().desk.requests.first();
+        QCOMPARE(request.fileIds, QVector<qint64>{1});
+        QVERIFY(request.path.endsWith(QStringLiteral(".webp")));
+        const int nHue = QImage(request.path).pixelColor(20, 15).hsvHue();
+        QVERIFY(qAbs(nHue - FakeRenderer::pageColor(1).hsvHue()) < 5);
+        host().desk.answer(0);
+        QCOMPARE(nChanged, 1);
+        host().desk.reply = Reply::RefuseZero;
+        m_widget->slot_setCover();
+        finishWorkers();
+        QVERIFY(log().hasLine(QStringLiteral("preview ppt set cover action id <= 0")));
+    }
+
+    void endsAtAnyMoment_data()
+    {
+        columns<int, int>("moment", "end");
+        const char *const moments[] = {"first page", "page turn", "animation", "sharper"};
+        const char *const ends[] = {"widget", "host's data", "preview", "file"};
+        for (int nMoment = 0; nMoment < 4; ++nMoment) {
+            for (int nEnd = 0; nEnd < 4; ++nEnd)
+                QTest::addRow("%s, %s", moments[nMoment], ends[nEnd]) << nMoment << nEnd;
+        }
+    }
+
+    void endsAtAnyMoment()
+    {
+        const auto [moment, end] = currentRow<int, int>();
+        load(Sizes(moment > 0 ? 3 : 0, QSize(400, 300)));
+        host().renderer.renderGate.close();
+        if (moment == 0)
+            load(Sizes(3, QSize(400, 300)), false);
+        else if (moment == 1)
+            m_widget->slot_rightBtnClicked();
+        else
+            m_widget->slot_ZoomInBtnClicked();
+        if (moment != 2)
+            QTRY_COMPARE(host().renderer.renderGate.waiting(), 1);
+        if (end == 1)
+            host().renderer.renderGate.open(); // letting go of the host waits for it
+        if (end == 0)
+            delete m_widget;
+        else if (end == 1)
+            data()->clearPreviewData();
+        else
+            end == 2 ? m_widget->clearPreview() : data()->setCurrentFile(2);
+        const QString before = m_widget ? labels() : QString();
+        host().renderer.renderGate.open();
+        for (int i = 0; i < 3; ++i)
+            finishWorkers();
+        // A page that nobody waits for any more changes nothing, but its load has ended.
+        QVERIFY(!data()->isLoading());
+        QVERIFY(end < 2 || moment > 1 || labels() == before);
+        QVERIFY(end != 2 || item() == nullptr);
+    }
 
 protected:
     void init() override
@@ -108,258 +336,6 @@ private:
 
     QPointer<PPtPreviewWidget> m_widget;
 };
-
-void tst_presentation::firstPage()
-{
-    QSignalSpy starts(m_widget, &PPtPreviewWidget::signal_start_load_ppt_frame);
-    QSignalSpy ends(m_widget, &PPtPreviewWidget::signal_ppt_frame_read_end);
-    QCOMPARE(labels(), QStringLiteral("1/14 85%"));
-    const char *const tips[] = {"Fit to Window", "Fit to Width", "Actual Size", "Prev", "Next", "Zoom Out", "Zoom In"};
-    const char *const keys[] = {"(Ctrl+0)", "(Ctrl+2)", "(Ctrl+1)", "", "", "(Ctrl+-)", "(Ctrl+=)"};
-    for (int i = 0; i < Bar::ButtonCount; ++i)
-        QCOMPARE(button(i)->toolTip(), QLatin1String(tips[i]));
-    load(Sizes(5, QSize(400, 300)), false);
-    QVERIFY(starts.count() == 1 && !item()->isVisible() && data()->isLoadingFor(1, m_widget));
-    finishWorkers();
-    QVERIFY(ends.count() == 1 && item()->isVisible() && !data()->isLoading());
-    QCOMPARE(labels(), QStringLiteral("1/5 100%"));
-    QCOMPARE(item()->drawMode(), int(CResourceItem::DrawPage));
-    QVERIFY(isShown(0));
-    for (int i = 0; i < Bar::ButtonCount; ++i)
-        QCOMPARE(button(i)->toolTip(), QLatin1String(tips[i]) + QLatin1String(keys[i]));
-}
-
-void tst_presentation::commands_data()
-{
-    QTest::addColumn<QSize>("page");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QString>("commands");
-    QTest::addColumn<QString>("expected");
-    const QSize small(80, 60);
-    const std::tuple<QSize, int, const char *, const char *> rows[] = {
-        {{1600, 400}, 1, "", "1/1 50%"},   {{1600, 400}, 1, "w", "1/1 50%"},  {{400, 1200}, 1, "", "1/1 50%"},
-        {{400, 1200}, 1, "w", "1/1 200%"}, {{800, 600}, 1, "+f", "1/1 100%"}, {{1600, 60}, 1, "1", "1/1 100%"},
-        {{1600, 60}, 1, "++f", "1/1 50%"}, {{941, 60}, 1, "+", "1/1 100%"},   {{941, 60}, 1, "-", "1/1 75%"},
-        {small, 1, "-----", "1/1 5%"},     {small, 1, "-------+", "1/1 25%"}, {small, 1, "+++++++++++++", "1/1 800%"},
-        {small, 1, "++++++-", "1/1 250%"}, {small, 1, "iio", "1/1 103%"},     {small, 1, "-----iooo", "1/1 5%"},
-        {small, 1, "><", "1/1 100%"},      {small, 3, ">>>", "3/3 100%"},     {small, 3, "><<>", "2/3 100%"},
-        {{1600, 60}, 3, "++>", "2/3 50%"}, {small, 2000, ">>", "3/2000 100%"}};
-    for (const auto &[page, nCount, pCommands, pExpected] : rows) {
-        QTest::addRow("%dx%d of %d %s", page.width(), page.height(), nCount, pCommands)
-            << page << nCount << QString::fromLatin1(pCommands) << QString::fromLatin1(pExpected);
-    }
-}
-
-void tst_presentation::commands()
-{
-    QFETCH(QSize, page);
-    QFETCH(int, count);
-    QFETCH(QString, commands);
-    load(Sizes(count, page));
-    for (const QChar c : commands) {
-        command(c);
-        finishWorkers();
-    }
-    QTEST(labels(), "expected");
-    QVERIFY(isShown(labels().section(u'/', 0, 0).toInt() - 1));
-    QCOMPARE(item()->pictureSize(), page);
-}
-
-/** Pages that are passed by are not rendered one after the other, and the last one wanted is shown. */
-void tst_presentation::keyStorm()
-{
-    load(Sizes(100, QSize(80, 60)));
-    host().renderer.renderGate.close();
-    for (int i = 0; i < 60; ++i)
-        m_widget->slot_rightBtnClicked();
-    QTRY_COMPARE(host().renderer.renderGate.waiting(), 1);
-    QCOMPARE(labels(), QStringLiteral("1/100 100%")); // follows the frame
-    for (int i = 0; i < 10; ++i)
-        m_widget->slot_leftBtnClicked();
-    host().renderer.renderGate.open();
-    QTRY_VERIFY(!data()->isLoading() && isShown(50));
-    QCOMPARE(labels(), QStringLiteral("51/100 100%"));
-    QCOMPARE(host().renderer.rendered().size(), 3 + moreForScreen());
-}
-
-/** The file is left and shown again before its page has come: not the page that was asked for then. */
-void tst_presentation::shownAgainDuringALoad()
-{
-    load(Sizes(4, QSize(80, 60)));
-    host().renderer.renderGate.close();
-    m_widget->slot_rightBtnClicked();
-    QTRY_COMPARE(host().renderer.renderGate.waiting(), 1);
-    m_widget->clearPreview();
-    QVector<bool> seen;
-    connect(m_widget, &PPtPreviewWidget::signal_ppt_frame_read_end, this, [&] { seen.append(isShown(0)); });
-    m_widget->loadPresentation(QStringLiteral("/1.pptx"));
-    host().renderer.renderGate.open();
-    QTRY_VERIFY(!data()->isLoading() && m_widget->isPageShown());
-    QCOMPARE(seen, QVector<bool>{true});
-}
-
-void tst_presentation::unrenderable_data()
-{
-    QTest::addColumn<int>("pages");
-    QTest::addColumn<bool>("renderer");
-    QTest::newRow("no renderer") << 4 << false;
-    QTest::newRow("no pages") << 0 << true;
-    QTest::newRow("broken pages") << 4 << true;
-}
-
-void tst_presentation::unrenderable()
-{
-    QFETCH(int, pages);
-    QFETCH(bool, renderer);
-    host().base.renderer = renderer ? &host().renderer : nullptr;
-    attachHost();
-    host().renderer.setBrokenPages(1, {0, 2});
-    load(Sizes(pages, QSize(80, 60)));
-    QVERIFY(item()->isVisible() && item()->drawMode() == CResourceItem::DrawStill);
-    QCOMPARE(item()->pictureSize(), QSize(500, 500));
-    TSSkinSetting *pSkin = TSSkinSetting::GetInstance();
-    for (const auto theme : {TSSkinSetting::LightTheme, TSSkinSetting::DarkTheme}) {
-        pSkin->SetTheme(theme);
-        QCOMPARE(colorAt({200, 100}), pSkin->GetPlaceholderBackgroundColor());
-    }
-    // Only where there are pages can they be turned.
-    QCOMPARE(button(Bar::NextButton)->isVisible(), pages > 0 && renderer);
-    m_widget->slot_setCover();
-    finishWorkers();
-    QVERIFY(host().desk.requests.isEmpty());
-    for (int nPage = 1; button(Bar::NextButton)->isVisible() && nPage < 4; ++nPage) {
-        command(u'>');
-        finishWorkers();
-        QCOMPARE(labels(), QStringLiteral("%1/4 100%").arg(nPage + 1));
-        QVERIFY(isShown(nPage == 2 ? 1 : nPage)); // the page before stays, and a notice says why
-        QCOMPARE(m_widget->findChildren<CNotificationFloatingWidget *>().size(), nPage < 2 ? 0 : 1);
-    }
-}
-
-void tst_presentation::sharper_data()
-{
-    QTest::addColumn<QSize>("page");
-    QTest::addColumn<QString>("commands");
-    QTest::addColumn<QSize>("asked"); // beyond the page itself
-    QTest::addColumn<QSize>("pixels");
-    QTest::newRow("smaller") << QSize(400, 300) << QStringLiteral("--") << QSize() << QSize(400, 300);
-    QTest::newRow("800") << QSize(400, 300) << QStringLiteral("+++++++++++") << QSize(3200, 2400) << QSize(2500, 1875);
-    QTest::newRow("to and fro") << QSize(400, 300) << QStringLiteral("++++1") << QSize() << QSize(400, 300);
-    QTest::newRow("odd sides") << QSize(333, 187) << QStringLiteral("+") << QSize(417, 234) << QSize(416, 234);
-}
-
-void tst_presentation::sharper()
-{
-    QFETCH(QSize, page);
-    QFETCH(QString, commands);
-    QFETCH(QSize, asked);
-    host().renderer.setLargestSide(2500); // this one gives less than it is asked for, and is not asked again
-    load({page, page});
-    QCOMPARE(host().renderer.rendered().size(), 1 + moreForScreen());
-    QVERIFY(qAbs(item()->originalSize().width() - dense(page).width()) <= 1);
-    if (moreForScreen() > 0)
-        return; // the rows count the pixels of a plain screen
-    item()->setPos(7, 5);
-    for (const QChar c : commands)
-        command(c);
-    const QRectF box = item()->sceneBoundingRect();
-    const QString label = labels();
-    for (int i = 0; i < 2; ++i) {
-        QTest::qWait(200);
-        finishWorkers();
-    }
-    QCOMPARE(host().renderer.rendered().mid(1).join(u' '),
-             asked.isEmpty() ? QString() : QStringLiteral("1:0 %1x%2").arg(asked.width()).arg(asked.height()));
-    QTEST(item()->originalSize(), "pixels");
-    // Nothing has moved.
-    QCOMPARE(item()->sceneBoundingRect(), box);
-    QCOMPARE(labels(), label);
-}
-
-void tst_presentation::sharperComesTooLate()
-{
-    load(Sizes(3, QSize(400, 300)));
-    host().renderer.renderGate.close();
-    command(u'+');
-    QTRY_COMPARE(host().renderer.renderGate.waiting(), 1);
-    QVERIFY(!data()->isLoading()); // nobody has to wait for it
-    command(u'>');
-    QTRY_COMPARE(host().renderer.renderGate.waiting(), 2);
-    host().renderer.renderGate.open();
-    finishWorkers();
-    QCOMPARE(labels(), QStringLiteral("2/3 100%"));
-    QVERIFY(isShown(1));
-    QCOMPARE(item()->originalSize(), dense({400, 300}));
-}
-
-void tst_presentation::cover()
-{
-    load(Sizes(3, QSize(40, 30)));
-    int nChanged = 0;
-    m_widget->setCoverChangedHook([&nChanged] { ++nChanged; });
-    host().desk.reply = Reply::OnDemand;
-    command(u'>');
-    finishWorkers();
-    m_widget->slot_setCover();
-    command(u'>'); // it is of the page that was shown when it was asked for
-    finishWorkers();
-    QCOMPARE(host().desk.requests.size(), 1);
-    const ActionRequest request = host().desk.requests.first();
-    QCOMPARE(request.fileIds, QVector<qint64>{1});
-    QVERIFY(request.path.endsWith(QStringLiteral(".webp")));
-    const int nHue = QImage(request.path).pixelColor(20, 15).hsvHue();
-    QVERIFY(qAbs(nHue - FakeRenderer::pageColor(1).hsvHue()) < 5);
-    host().desk.answer(0);
-    QCOMPARE(nChanged, 1);
-    host().desk.reply = Reply::RefuseZero;
-    m_widget->slot_setCover();
-    finishWorkers();
-    QVERIFY(log().hasLine(QStringLiteral("preview ppt set cover action id <= 0")));
-}
-
-void tst_presentation::endsAtAnyMoment_data()
-{
-    QTest::addColumn<int>("moment");
-    QTest::addColumn<int>("end");
-    const char *const moments[] = {"first page", "page turn", "animation", "sharper"};
-    const char *const ends[] = {"widget", "host's data", "preview", "file"};
-    for (int nMoment = 0; nMoment < 4; ++nMoment) {
-        for (int nEnd = 0; nEnd < 4; ++nEnd)
-            QTest::addRow("%s, %s", moments[nMoment], ends[nEnd]) << nMoment << nEnd;
-    }
-}
-
-void tst_presentation::endsAtAnyMoment()
-{
-    QFETCH(int, moment);
-    QFETCH(int, end);
-    load(Sizes(moment > 0 ? 3 : 0, QSize(400, 300)));
-    host().renderer.renderGate.close();
-    if (moment == 0)
-        load(Sizes(3, QSize(400, 300)), false);
-    else if (moment == 1)
-        m_widget->slot_rightBtnClicked();
-    else
-        m_widget->slot_ZoomInBtnClicked();
-    if (moment != 2)
-        QTRY_COMPARE(host().renderer.renderGate.waiting(), 1);
-    if (end == 1)
-        host().renderer.renderGate.open(); // letting go of the host waits for it
-    if (end == 0)
-        delete m_widget;
-    else if (end == 1)
-        data()->clearPreviewData();
-    else
-        end == 2 ? m_widget->clearPreview() : data()->setCurrentFile(2);
-    const QString before = m_widget ? labels() : QString();
-    host().renderer.renderGate.open();
-    for (int i = 0; i < 3; ++i)
-        finishWorkers();
-    // A page that nobody waits for any more changes nothing, but its load has ended.
-    QVERIFY(!data()->isLoading());
-    QVERIFY(end < 2 || moment > 1 || labels() == before);
-    QVERIFY(end != 2 || item() == nullptr);
-}
 
 BIGIMGPREVIEW_TEST_MAIN(tst_presentation)
 #include "tst_presentation.moc"

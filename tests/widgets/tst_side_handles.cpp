@@ -3,17 +3,87 @@
 #include "preview/TSHidenSideWidget.h"
 #include "theme/TSSkinSetting.h"
 
-#include <QSignalSpy>
-
 class tst_side_handles : public LoggedTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void arrows();
-    void clicks();
-    void staysWhileTheMouseMoves();
-    void stopInTime();
-    void stopOfAShownTabLetsItEnd();
+    /** The arrow points where the column goes; it still does after the tab has been laid out again. */
+    void arrows()
+    {
+        const QColor arrow = TSSkinSetting::GetInstance()->GetSideArrowColor();
+        const QColor tab = TSSkinSetting::GetInstance()->GetSideMainColor();
+        for (TSHidenSideWidget *pHandle : {m_pLeft, m_pRight}) {
+            for (const bool bShown : {true, false}) {
+                pHandle->setArrowLeft(bShown);
+                showTab(pHandle);
+                m_pWindow->resize(m_pWindow->size() + QSize(10, 10));
+                const QImage picture = pHandle->grab().toImage();
+                // Near its base the arrow is tall, near its tip it is not.
+                const bool bPointsLeft = bShown == (pHandle == m_pLeft);
+                QCOMPARE(picture.pixelColor(bPointsLeft ? 7 : 2, 35 - 3).name(), arrow.name());
+                QCOMPARE(picture.pixelColor(bPointsLeft ? 2 : 7, 35 - 4).name(), tab.name());
+            }
+        }
+    }
+
+    void clicks()
+    {
+        for (TSHidenSideWidget *pHandle : {m_pLeft, m_pRight}) {
+            QSignalSpy left(pHandle, &TSHidenSideWidget::signalLeftClicked);
+            QSignalSpy right(pHandle, &TSHidenSideWidget::signalRightClicked);
+            QSignalSpy triggered(pHandle, &TSHidenSideWidget::signalTriggered);
+            const QPoint besideTheRoundEnd(pHandle == m_pLeft ? 9 : 0, 1);
+            QTest::mouseClick(pHandle, Qt::LeftButton, Qt::NoModifier, QPoint(0, 150)); // hidden: nothing to click
+            hover(pHandle, QPoint(0, 150));
+            QVERIFY(!triggered.last().at(1).toBool());
+            showTab(pHandle);
+            QTest::mouseClick(pHandle, Qt::LeftButton, Qt::NoModifier, besideTheRoundEnd);
+            QCOMPARE(left.count() + right.count(), 0);
+            QTest::mouseClick(pHandle, Qt::LeftButton, Qt::NoModifier, QPoint(5, 35));
+            QCOMPARE(left.count(), pHandle == m_pLeft ? 1 : 0);
+            QCOMPARE(right.count(), pHandle == m_pLeft ? 0 : 1);
+            hover(pHandle, QPoint(5, 35));
+            QVERIFY(triggered.last().at(1).toBool());
+            QCOMPARE(triggered.last().at(0).value<QWidget *>(), pHandle);
+            QCOMPARE(pHandle->cursor().shape(), Qt::PointingHandCursor);
+            hover(pHandle, besideTheRoundEnd);
+            QVERIFY(!triggered.last().at(1).toBool());
+            QCOMPARE(pHandle->cursor().shape(), Qt::ArrowCursor);
+        }
+    }
+
+    void staysWhileTheMouseMoves()
+    {
+        showTab(m_pLeft);
+        QElapsedTimer timer;
+        timer.start();
+        while (timer.elapsed() < 1900) {
+            hover(m_pLeft, QPoint(4, 35));
+            QTest::qWait(100);
+        }
+        QVERIFY(isShown(m_pLeft));
+        timer.start();
+        QTRY_VERIFY(!isShown(m_pLeft));
+        QVERIFY(timer.elapsed() > 1200);
+    }
+
+    void stopInTime()
+    {
+        m_pRight->slotStartTimer();
+        m_pRight->slotStopTimer();
+        QTest::qWait(60);
+        QVERIFY(!isShown(m_pRight));
+    }
+
+    /** Start stops the end of a tab that is shown; the stop that follows at once must not leave it there for good. */
+    void stopOfAShownTabLetsItEnd()
+    {
+        showTab(m_pRight);
+        m_pRight->slotStartTimer();
+        m_pRight->slotStopTimer();
+        QVERIFY(isShown(m_pRight));
+        QTRY_VERIFY(!isShown(m_pRight));
+    }
 
 protected:
     void init() override
@@ -44,84 +114,6 @@ private:
     TSHidenSideWidget *m_pLeft = nullptr;
     TSHidenSideWidget *m_pRight = nullptr;
 };
-
-/** The arrow points where the column goes; it still does after the tab has been laid out again. */
-void tst_side_handles::arrows()
-{
-    const QColor arrow = TSSkinSetting::GetInstance()->GetSideArrowColor();
-    const QColor tab = TSSkinSetting::GetInstance()->GetSideMainColor();
-    for (TSHidenSideWidget *pHandle : {m_pLeft, m_pRight}) {
-        for (const bool bShown : {true, false}) {
-            pHandle->setArrowLeft(bShown);
-            showTab(pHandle);
-            m_pWindow->resize(m_pWindow->size() + QSize(10, 10));
-            const QImage picture = pHandle->grab().toImage();
-            // Near its base the arrow is tall, near its tip it is not.
-            const bool bPointsLeft = bShown == (pHandle == m_pLeft);
-            QCOMPARE(picture.pixelColor(bPointsLeft ? 7 : 2, 35 - 3).name(), arrow.name());
-            QCOMPARE(picture.pixelColor(bPointsLeft ? 2 : 7, 35 - 4).name(), tab.name());
-        }
-    }
-}
-
-void tst_side_handles::clicks()
-{
-    for (TSHidenSideWidget *pHandle : {m_pLeft, m_pRight}) {
-        QSignalSpy left(pHandle, &TSHidenSideWidget::signalLeftClicked);
-        QSignalSpy right(pHandle, &TSHidenSideWidget::signalRightClicked);
-        QSignalSpy triggered(pHandle, &TSHidenSideWidget::signalTriggered);
-        const QPoint besideTheRoundEnd(pHandle == m_pLeft ? 9 : 0, 1);
-        QTest::mouseClick(pHandle, Qt::LeftButton, Qt::NoModifier, QPoint(0, 150)); // hidden: nothing to click
-        hover(pHandle, QPoint(0, 150));
-        QVERIFY(!triggered.last().at(1).toBool());
-        showTab(pHandle);
-        QTest::mouseClick(pHandle, Qt::LeftButton, Qt::NoModifier, besideTheRoundEnd);
-        QCOMPARE(left.count() + right.count(), 0);
-        QTest::mouseClick(pHandle, Qt::LeftButton, Qt::NoModifier, QPoint(5, 35));
-        QCOMPARE(left.count(), pHandle == m_pLeft ? 1 : 0);
-        QCOMPARE(right.count(), pHandle == m_pLeft ? 0 : 1);
-        hover(pHandle, QPoint(5, 35));
-        QVERIFY(triggered.last().at(1).toBool());
-        QCOMPARE(triggered.last().at(0).value<QWidget *>(), pHandle);
-        QCOMPARE(pHandle->cursor().shape(), Qt::PointingHandCursor);
-        hover(pHandle, besideTheRoundEnd);
-        QVERIFY(!triggered.last().at(1).toBool());
-        QCOMPARE(pHandle->cursor().shape(), Qt::ArrowCursor);
-    }
-}
-
-void tst_side_handles::staysWhileTheMouseMoves()
-{
-    showTab(m_pLeft);
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < 1900) {
-        hover(m_pLeft, QPoint(4, 35));
-        QTest::qWait(100);
-    }
-    QVERIFY(isShown(m_pLeft));
-    timer.start();
-    QTRY_VERIFY(!isShown(m_pLeft));
-    QVERIFY(timer.elapsed() > 1200);
-}
-
-void tst_side_handles::stopInTime()
-{
-    m_pRight->slotStartTimer();
-    m_pRight->slotStopTimer();
-    QTest::qWait(60);
-    QVERIFY(!isShown(m_pRight));
-}
-
-/** Start stops the end of a tab that is shown; the stop that follows at once must not leave it there for good. */
-void tst_side_handles::stopOfAShownTabLetsItEnd()
-{
-    showTab(m_pRight);
-    m_pRight->slotStartTimer();
-    m_pRight->slotStopTimer();
-    QVERIFY(isShown(m_pRight));
-    QTRY_VERIFY(!isShown(m_pRight));
-}
 
 BIGIMGPREVIEW_TEST_MAIN(tst_side_handles)
 #include "tst_side_handles.moc"

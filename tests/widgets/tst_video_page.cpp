@@ -10,9 +10,6 @@
 #include "preview/MiddleResourcePreviewWidget.h"
 
 #include <QContextMenuEvent>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTimer>
 
 using Hub = MiddleResourcePreviewWidget;
 using Player = ITsMediaPlayerPlugin;
@@ -24,17 +21,149 @@ class tst_video_page : public PluginTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void volumeFromFileToFile();
-    void sizesOfTheVideo();
-    void frameAsCover();
-    void failureIsToldOnce();
-    void steppingStartsTheFileThatStays_data();
-    void steppingStartsTheFileThatStays();
-    void released_data();
-    void released();
-    void blockedDeletionPlaysOn();
-    void menuPauses_data();
-    void menuPauses();
+    void volumeFromFileToFile()
+    {
+        m_page->setFilePath(QStringLiteral("/1"), 0);
+        sound()->setSoundValue(30);
+        m_page->stopPreview();
+        QVERIFY(data()->videoVolume() == 30 && data()->audioVolume() == 50);
+        player().takeCalls();
+        m_page->setFilePath(QStringLiteral("/5"), 0);
+        m_pSurface->slot_delayStartPlayer();
+        QCOMPARE(player().takeCalls(), QStringLiteral("open /5 0,volume 0.30"));
+        // Silence that was chosen in another surface ends with a click here.
+        data()->setVideoVolume(0);
+        m_page->setFilePath(QStringLiteral("/1"), 0);
+        QCOMPARE(sound()->soundValue(), 0);
+        m_page->findChild<VideoPlayerControlWidget *>()->SlotVolumClick();
+        QVERIFY(sound()->soundValue() > 0);
+    }
+
+    void sizesOfTheVideo()
+    {
+        m_page->show();
+        m_page->setToolsVisible(true);
+        const auto buttons = m_page->findChildren<CircleBtn *>();
+        QCOMPARE(m_pSurface->geometry(), QRect(400, 220, 200, 200));
+        m_page->setFilePath(QStringLiteral("/1"), 0);
+        player().frame = QSize(1280, 720);
+        Q_EMIT player().times.signal_TotalTimeChanged(1000);
+        QCOMPARE(m_pSurface->geometry(), QRect(0, 39, 1000, 562));
+        QTest::mouseClick(buttons.at(0), Qt::LeftButton);
+        QCOMPARE(m_pSurface->geometry(), QRect(322, 220, 356, 200));
+        QTest::mouseClick(buttons.at(1), Qt::LeftButton);
+        m_page->resize(500, 700);
+        QCOMPARE(m_pSurface->geometry(), QRect(0, 179, 500, 281));
+        m_page->stopPreview();
+        m_page->resetPreview();
+        QCOMPARE(m_pSurface->geometry(), QRect(150, 220, 200, 200));
+    }
+
+    void frameAsCover()
+    {
+        QTemporaryDir folder;
+        plainImage(QSize(160, 90), Qt::darkCyan).save(folder.filePath(QStringLiteral("frame.png")));
+        host().desk.reply = Reply::RefuseZero;
+        for (const char *pName : {"", "gone.png", "frame.png"}) {
+            player().now = Player::Playing;
+            player().framePicture = *pName == 0 ? QString() : folder.filePath(QString::fromLatin1(pName));
+            m_page->slot_setCurFramToCover();
+            QCOMPARE(player().now, int(Player::Paused));
+            finishWorkers();
+        }
+        QCOMPARE(log().count(QStringLiteral("preview video set cover action id <= 0")), 1);
+        QCOMPARE(host().desk.requests.size(), 1);
+        QCOMPARE(QImage(host().desk.requests.first().path).size(), QSize(160, 90));
+    }
+
+    void failureIsToldOnce()
+    {
+        const auto playToTheEnd = [this](bool bPlays) {
+            player().opensFiles = bPlays;
+            m_pSurface->slot_delayStartPlayer();
+            if (bPlays)
+                Q_EMIT player().times.signal_currentTime(20);
+            player().now = Player::Stopped;
+            m_pSurface->slot_timerout();
+            return m_page->findChildren<CNotificationFloatingWidget *>().size();
+        };
+        m_page->setFilePath(QStringLiteral("/1"), 0);
+        QCOMPARE(playToTheEnd(true), 0);
+        QCOMPARE(playToTheEnd(false), 1);
+        QCOMPARE(playToTheEnd(false), 1); // in a loop
+    }
+
+    void steppingStartsTheFileThatStays()
+    {
+        for (const auto &[nLast, pOpened] : {std::pair(17, "open /17 0"), {16, "open /16 0"}, {3, ""}}) {
+            for (int i = 10; i < 16; ++i) {
+                showInHub(i);
+                QTest::qWait(30); // a key that is held down
+            }
+            showInHub(nLast);
+            QTest::qWait(450);
+            QCOMPARE(player().takeCalls(QStringLiteral("open")), QLatin1String(pOpened));
+        }
+    }
+
+    void released_data()
+    {
+        const auto row = columns<qint64, Deed, bool>("file", "leave", "volumeKept");
+        const auto add = [&row](const char *pName, const Deed &leave, bool bKept) {
+            row(QStringLiteral("%1, video").arg(QLatin1String(pName)), 1, leave, bKept);
+            row(QStringLiteral("%1, audio").arg(QLatin1String(pName)), 2, leave, bKept);
+        };
+        const auto press = [](Qt::Key key) {
+            return [key](Hub *pHub, QWidget *) {
+                QTest::keyClick(pHub, key);
+            };
+        };
+        const auto step = [](Hub *pHub, QWidget *) {
+            data()->setCurrentFile(3);
+            pHub->slot_previewResource();
+        };
+        const auto doubleClick = [](Hub *, QWidget *pPage) {
+            QTest::mouseDClick(pPage, Qt::LeftButton, {}, QPoint(5, 300));
+        };
+        add("step", step, true);
+        add("escape", press(Qt::Key_Escape), true);
+        add("double click", doubleClick, true);
+        add(
+            "end", [](Hub *pHub, QWidget *) { delete pHub; }, false);
+        add("recycle", press(Qt::Key_Delete), false);
+        add(
+            "delete", [](Hub *, QWidget *pPage) { QMetaObject::invokeMethod(pPage, "slot_deleteComplete"); }, false);
+    }
+
+    void released()
+    {
+        const auto [file, leave, volumeKept] = currentRow<qint64, Deed, bool>();
+        QWidget *pPage = playInHub(file);
+        pPage->findChild<SoundControlWin *>()->setSoundValue(70);
+        leave(m_hub, pPage);
+        QVERIFY(player().openPath.isEmpty() && player().now == Player::Stopped);
+        QCOMPARE(file == 1 ? data()->videoVolume() : data()->audioVolume(), volumeKept ? 70 : 50);
+    }
+
+    void blockedDeletionPlaysOn()
+    {
+        host().source->deletingBlocked = true;
+        playInHub(1);
+        QTest::keyClick(m_hub, Qt::Key_Delete);
+        QVERIFY(!player().openPath.isEmpty() && host().desk.requests.isEmpty());
+    }
+
+    void menuPauses()
+    {
+        for (const qint64 nFile : {1, 2}) {
+            QWidget *pPage = playInHub(nFile);
+            QTimer::singleShot(
+                0, qApp, [] { QVERIFY(qobject_cast<TSCustomMenu *>(QApplication::activePopupWidget())->close()); });
+            QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 300), pPage->mapToGlobal(QPoint(5, 300)));
+            QApplication::sendEvent(pPage, &event);
+            QCOMPARE(player().now, int(Player::Paused));
+        }
+    }
 
 protected:
     void init() override
@@ -85,166 +214,6 @@ private:
     VideoPlayerWidget *m_pSurface = nullptr;
     QPointer<Hub> m_hub;
 };
-
-void tst_video_page::volumeFromFileToFile()
-{
-    m_page->setFilePath(QStringLiteral("/1"), 0);
-    sound()->setSoundValue(30);
-    m_page->stopPreview();
-    QVERIFY(data()->videoVolume() == 30 && data()->audioVolume() == 50);
-    player().takeCalls();
-    m_page->setFilePath(QStringLiteral("/5"), 0);
-    m_pSurface->slot_delayStartPlayer();
-    QCOMPARE(player().takeCalls(), QStringLiteral("open /5 0,volume 0.30"));
-    // Silence that was chosen in another surface ends with a click here.
-    data()->setVideoVolume(0);
-    m_page->setFilePath(QStringLiteral("/1"), 0);
-    QCOMPARE(sound()->soundValue(), 0);
-    m_page->findChild<VideoPlayerControlWidget *>()->SlotVolumClick();
-    QVERIFY(sound()->soundValue() > 0);
-}
-
-void tst_video_page::sizesOfTheVideo()
-{
-    m_page->show();
-    m_page->setToolsVisible(true);
-    const auto buttons = m_page->findChildren<CircleBtn *>();
-    QCOMPARE(buttons.at(0)->pos(), QPoint(918, 20));
-    QCOMPARE(buttons.at(1)->pos(), QPoint(954, 20));
-    QCOMPARE(m_pSurface->geometry(), QRect(400, 220, 200, 200));
-    m_page->setFilePath(QStringLiteral("/1"), 0);
-    player().frame = QSize(1280, 720);
-    Q_EMIT player().times.signal_TotalTimeChanged(1000);
-    QCOMPARE(m_pSurface->geometry(), QRect(0, 39, 1000, 562));
-    QTest::mouseClick(buttons.at(0), Qt::LeftButton);
-    QCOMPARE(m_pSurface->geometry(), QRect(322, 220, 356, 200));
-    QTest::mouseClick(buttons.at(1), Qt::LeftButton);
-    m_page->resize(500, 700);
-    QCOMPARE(m_pSurface->geometry(), QRect(0, 179, 500, 281));
-    m_page->stopPreview();
-    m_page->resetPreview();
-    QCOMPARE(m_pSurface->geometry(), QRect(150, 220, 200, 200));
-}
-
-void tst_video_page::frameAsCover()
-{
-    QTemporaryDir folder;
-    QImage picture(160, 90, QImage::Format_RGB32);
-    picture.fill(Qt::darkCyan);
-    picture.save(folder.filePath(QStringLiteral("frame.png")));
-    host().desk.reply = Reply::RefuseZero;
-    for (const char *pName : {"", "gone.png", "frame.png"}) {
-        player().now = Player::Playing;
-        player().framePicture = *pName == 0 ? QString() : folder.filePath(QString::fromLatin1(pName));
-        m_page->slot_setCurFramToCover();
-        QCOMPARE(player().now, int(Player::Paused));
-        finishWorkers();
-    }
-    QCOMPARE(log().count(QStringLiteral("preview video set cover action id <= 0")), 1);
-    QCOMPARE(host().desk.requests.size(), 1);
-    QCOMPARE(QImage(host().desk.requests.first().path).size(), QSize(160, 90));
-}
-
-void tst_video_page::failureIsToldOnce()
-{
-    const auto playToTheEnd = [this](bool bPlays) {
-        player().opensFiles = bPlays;
-        m_pSurface->slot_delayStartPlayer();
-        if (bPlays)
-            Q_EMIT player().times.signal_currentTime(20);
-        player().now = Player::Stopped;
-        m_pSurface->slot_timerout();
-        return m_page->findChildren<CNotificationFloatingWidget *>().size();
-    };
-    m_page->setFilePath(QStringLiteral("/1"), 0);
-    QCOMPARE(playToTheEnd(true), 0);
-    QCOMPARE(playToTheEnd(false), 1);
-    QCOMPARE(playToTheEnd(false), 1); // in a loop
-}
-
-void tst_video_page::steppingStartsTheFileThatStays_data()
-{
-    QTest::addColumn<int>("last");
-    QTest::addColumn<QString>("opened");
-    QTest::newRow("video") << 17 << QStringLiteral("open /17 0");
-    QTest::newRow("audio") << 16 << QStringLiteral("open /16 0");
-    QTest::newRow("picture") << 3 << QString();
-}
-
-void tst_video_page::steppingStartsTheFileThatStays()
-{
-    QFETCH(int, last);
-    for (int i = 10; i < 16; ++i) {
-        showInHub(i);
-        QTest::qWait(30); // a key that is held down
-    }
-    showInHub(last);
-    QTest::qWait(450);
-    QTEST(player().takeCalls(QStringLiteral("open")), "opened");
-}
-
-void tst_video_page::released_data()
-{
-    QTest::addColumn<qint64>("file");
-    QTest::addColumn<Deed>("leave");
-    QTest::addColumn<bool>("volumeKept");
-    const auto step = [](Hub *pHub, QWidget *) {
-        data()->setCurrentFile(3);
-        pHub->slot_previewResource();
-    };
-    for (const qint64 nFile : {1, 2}) {
-        QTest::addRow("%lld step", nFile) << nFile << Deed(step) << true;
-        QTest::addRow("%lld escape", nFile)
-            << nFile << Deed([](Hub *pHub, QWidget *) { QTest::keyClick(pHub, Qt::Key_Escape); }) << true;
-        QTest::addRow("%lld double click", nFile) << nFile << Deed([](Hub *, QWidget *pPage) {
-            QTest::mouseDClick(pPage, Qt::LeftButton, {}, QPoint(5, 300));
-        }) << true;
-        QTest::addRow("%lld end", nFile) << nFile << Deed([](Hub *pHub, QWidget *) { delete pHub; }) << false;
-        QTest::addRow("%lld recycle", nFile)
-            << nFile << Deed([](Hub *pHub, QWidget *) { QTest::keyClick(pHub, Qt::Key_Delete); }) << false;
-        QTest::addRow("%lld delete", nFile)
-            << nFile << Deed([](Hub *, QWidget *pPage) { QMetaObject::invokeMethod(pPage, "slot_deleteComplete"); })
-            << false;
-    }
-}
-
-void tst_video_page::released()
-{
-    QFETCH(qint64, file);
-    QFETCH(Deed, leave);
-    QFETCH(bool, volumeKept);
-    QWidget *pPage = playInHub(file);
-    pPage->findChild<SoundControlWin *>()->setSoundValue(70);
-    leave(m_hub, pPage);
-    QVERIFY(player().openPath.isEmpty() && player().now == Player::Stopped);
-    QCOMPARE(file == 1 ? data()->videoVolume() : data()->audioVolume(), volumeKept ? 70 : 50);
-}
-
-void tst_video_page::blockedDeletionPlaysOn()
-{
-    host().source->deletingBlocked = true;
-    playInHub(1);
-    QTest::keyClick(m_hub, Qt::Key_Delete);
-    QVERIFY(!player().openPath.isEmpty() && host().desk.requests.isEmpty());
-}
-
-void tst_video_page::menuPauses_data()
-{
-    QTest::addColumn<qint64>("file");
-    QTest::newRow("video") << qint64(1);
-    QTest::newRow("audio") << qint64(2);
-}
-
-void tst_video_page::menuPauses()
-{
-    QFETCH(qint64, file);
-    QWidget *pPage = playInHub(file);
-    QTimer::singleShot(0, qApp,
-                       [] { QVERIFY(qobject_cast<TSCustomMenu *>(QApplication::activePopupWidget())->close()); });
-    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 300), pPage->mapToGlobal(QPoint(5, 300)));
-    QApplication::sendEvent(pPage, &event);
-    QCOMPARE(player().now, int(Player::Paused));
-}
 
 BIGIMGPREVIEW_TEST_MAIN(tst_video_page)
 #include "tst_video_page.moc"
