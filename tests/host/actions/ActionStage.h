@@ -1,12 +1,9 @@
 #pragma once
 
+#include "TestFiles.h"
 #include "actions/HostDataSource.h"
 #include "library/Library.h"
 
-#include <QDir>
-#include <QFile>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -24,13 +21,13 @@ public:
 
     QString path(const QString &name) const { return m_folder + QLatin1Char('/') + name; }
     QString filesFolder() const { return path(QStringLiteral("files")); }
+    QString file(const char *pName) const { return filesFolder() + QLatin1Char('/') + QString::fromUtf8(pName); }
     QString target() const { return path(QStringLiteral("target")); }
 
     QString write(const QString &name, const QByteArray &content = QByteArrayLiteral("content")) const
     {
         const QString filePath = filesFolder() + QLatin1Char('/') + name;
-        QFile file(filePath);
-        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() ? filePath : QString();
+        return writeFile(filePath, content) ? filePath : QString();
     }
 
     /** Opens the library, or opens it again as after a restart, and shows the files. */
@@ -66,6 +63,7 @@ public:
         return {};
     }
     qint64 id(const QString &name) const { return record(name) != nullptr ? record(name)->fileId() : 0; }
+    qint64 id(const char *pName) const { return id(QString::fromUtf8(pName)); }
     QVector<qint64> allIds() const
     {
         QVector<qint64> ids;
@@ -111,11 +109,6 @@ public:
         return QTest::qWaitFor([&] { return bDone; }, 20000) ? folder : QStringLiteral("no answer");
     }
 
-    static QByteArray content(const QString &filePath)
-    {
-        QFile file(filePath);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
     static QStringList namesIn(const QString &folder)
     {
         return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);

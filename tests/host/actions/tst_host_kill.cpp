@@ -2,9 +2,6 @@
 #include "TestMain.h"
 
 #include <QImage>
-#include <QProcess>
-#include <QRandomGenerator>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <signal.h>
@@ -59,92 +56,82 @@ class HostKillTest : public LoggedTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void losesNothing_data();
-    void losesNothing();
+    void losesNothing_data() { namedRows({"folder", "pack", "import", "cover", "recycle", "remove"}); }
+
+    void losesNothing()
+    {
+        const QString kind = rowName();
+        QTemporaryDir folder;
+        for (int nRound = 0; nRound < k_nRounds; ++nRound) {
+            ActionStage stage(folder.path());
+            const bool bRemoves = kind == QLatin1String("remove") || kind == QLatin1String("recycle");
+            for (int i = 0; i < k_nFiles; ++i)
+                stage.write(nameOf(i), contentOf(i));
+            QVERIFY(plainImage(QSize(300, 300), Qt::green).save(stage.path(QStringLiteral("cover.png"))));
+            if (nRound == 0) {
+                QVERIFY(stage.open());
+                stage.library->addLabels(stage.allIds(), {TagRecordPtr(new TagRecord{0, QStringLiteral("kept")})});
+                QCOMPARE(
+                    stage.exportTo(stage.path(QStringLiteral("given.MORAYPack")), stage.allIds(), true)->returnCode(),
+                    0);
+                stage.source.reset();
+                stage.library.reset();
+            }
+            QProcess victim;
+            victim.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--victim"), folder.path(), kind});
+            QVERIFY(victim.waitForReadyRead(20000));
+            QTest::qWait(int(QRandomGenerator::global()->bounded(120)));
+            QCOMPARE(::kill(pid_t(victim.processId()), SIGKILL), 0);
+            QVERIFY(victim.waitForFinished());
+
+            QVERIFY(stage.open());
+            checkTarget(stage, stage.target());
+            QCOMPARE(ActionStage::namesIn(stage.library->unfinishedFolder()), QStringList());
+            // A file that was gone before the library could be told is dimmed, as any that vanished.
+            const FileRecordList records = stage.library->records();
+            const auto nAvailable = std::count_if(records.cbegin(), records.cend(), [](const FileRecordPtr &pRecord) {
+                return !pRecord->isUnavailable();
+            });
+            QCOMPARE(int(nAvailable), ActionStage::namesIn(stage.filesFolder()).size());
+            QVERIFY(bRemoves || nAvailable == k_nFiles);
+            for (int i = 0; i < k_nFiles; ++i) {
+                const FileRecordPtr pRecord = stage.record(nameOf(i));
+                if (pRecord == nullptr || pRecord->isUnavailable())
+                    continue;
+                QCOMPARE(readFile(pRecord->filePath()), contentOf(i));
+                QVERIFY(kind == QLatin1String("remove") || pRecord->tags().size() == 1);
+                const QString cover = pRecord->coverPath();
+                QVERIFY(cover.isEmpty() || !QImage(cover).isNull());
+            }
+            // No picture that nobody uses either.
+            for (const QString &name : ActionStage::namesIn(stage.library->coverFolder()))
+                QVERIFY2(!name.startsWith(QLatin1Char('.')), qPrintable(name));
+        }
+    }
 
 private:
-    static void checkTarget(ActionStage &stage, const QString &folder);
-};
-
-void HostKillTest::losesNothing_data()
-{
-    QTest::addColumn<QString>("kind");
-    for (const char *pKind : {"folder", "pack", "import", "cover", "recycle", "remove"})
-        QTest::newRow(pKind) << QString::fromLatin1(pKind);
-}
-
-/** Every file in the target is whole; a pack can be imported in full. */
-void HostKillTest::checkTarget(ActionStage &stage, const QString &folder)
-{
-    for (const QString &name : ActionStage::namesIn(folder)) {
-        const QString path = folder + QLatin1Char('/') + name;
-        QVERIFY2(!name.startsWith(QLatin1Char('.')), qPrintable(name));
-        if (QFileInfo(path).isDir()) {
-            QCOMPARE(ActionStage::namesIn(path).size(), k_nFiles);
-            checkTarget(stage, path);
-        } else if (name.endsWith(QStringLiteral(".MORAYPack"))) {
-            QString error;
-            const QString imported = stage.import(path, stage.path(QStringLiteral("imported")), &error);
-            QCOMPARE(error, QString());
-            QCOMPARE(ActionStage::namesIn(imported).size(), k_nFiles);
-        } else {
-            // What an export of a round before had finished is numbered beside it: "3.txt", "3 (1).txt".
-            const QString number = name.section(QRegularExpression(QStringLiteral("[ .]")), 0, 0);
-            QCOMPARE(ActionStage::content(path), contentOf(number.toInt()));
-        }
-    }
-}
-
-void HostKillTest::losesNothing()
-{
-    QFETCH(QString, kind);
-    QTemporaryDir folder;
-    for (int nRound = 0; nRound < k_nRounds; ++nRound) {
-        ActionStage stage(folder.path());
-        const bool bRemoves = kind == QLatin1String("remove") || kind == QLatin1String("recycle");
-        for (int i = 0; i < k_nFiles; ++i)
-            stage.write(nameOf(i), contentOf(i));
-        QImage image(300, 300, QImage::Format_RGB32);
-        image.fill(Qt::green);
-        QVERIFY(image.save(stage.path(QStringLiteral("cover.png"))));
-        if (nRound == 0) {
-            QVERIFY(stage.open());
-            stage.library->addLabels(stage.allIds(), {TagRecordPtr(new TagRecord{0, QStringLiteral("kept")})});
-            QCOMPARE(stage.exportTo(stage.path(QStringLiteral("given.MORAYPack")), stage.allIds(), true)->returnCode(),
-                     0);
-            stage.source.reset();
-            stage.library.reset();
-        }
-        QProcess victim;
-        victim.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--victim"), folder.path(), kind});
-        QVERIFY(victim.waitForReadyRead(20000));
-        QTest::qWait(int(QRandomGenerator::global()->bounded(120)));
-        QCOMPARE(::kill(pid_t(victim.processId()), SIGKILL), 0);
-        QVERIFY(victim.waitForFinished());
-
-        QVERIFY(stage.open());
-        checkTarget(stage, stage.target());
-        QCOMPARE(ActionStage::namesIn(stage.library->unfinishedFolder()), QStringList());
-        // A file that was gone before the library could be told is dimmed, as any that vanished.
-        const FileRecordList records = stage.library->records();
-        const auto nAvailable = std::count_if(records.cbegin(), records.cend(),
-                                              [](const FileRecordPtr &pRecord) { return !pRecord->isUnavailable(); });
-        QCOMPARE(int(nAvailable), ActionStage::namesIn(stage.filesFolder()).size());
-        QVERIFY(bRemoves || nAvailable == k_nFiles);
-        for (int i = 0; i < k_nFiles; ++i) {
-            const FileRecordPtr pRecord = stage.record(nameOf(i));
-            if (pRecord == nullptr || pRecord->isUnavailable())
-                continue;
-            QCOMPARE(ActionStage::content(pRecord->filePath()), contentOf(i));
-            QVERIFY(kind == QLatin1String("remove") || pRecord->tags().size() == 1);
-            const QString cover = pRecord->coverPath();
-            QVERIFY(cover.isEmpty() || !QImage(cover).isNull());
-        }
-        // No picture that nobody uses either.
-        for (const QString &name : ActionStage::namesIn(stage.library->coverFolder()))
+    /** Every file in the target is whole; a pack can be imported in full. */
+    static void checkTarget(ActionStage &stage, const QString &folder)
+    {
+        for (const QString &name : ActionStage::namesIn(folder)) {
+            const QString path = folder + QLatin1Char('/') + name;
             QVERIFY2(!name.startsWith(QLatin1Char('.')), qPrintable(name));
+            if (QFileInfo(path).isDir()) {
+                QCOMPARE(ActionStage::namesIn(path).size(), k_nFiles);
+                checkTarget(stage, path);
+            } else if (name.endsWith(QStringLiteral(".MORAYPack"))) {
+                QString error;
+                const QString imported = stage.import(path, stage.path(QStringLiteral("imported")), &error);
+                QCOMPARE(error, QString());
+                QCOMPARE(ActionStage::namesIn(imported).size(), k_nFiles);
+            } else {
+                // What an export of a round before had finished is numbered beside it: "3.txt", "3 (1).txt".
+                const QString number = name.section(QRegularExpression(QStringLiteral("[ .]")), 0, 0);
+                QCOMPARE(readFile(path), contentOf(number.toInt()));
+            }
+        }
     }
-}
+};
 
 int main(int argc, char **argv)
 {

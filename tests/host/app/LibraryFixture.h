@@ -3,14 +3,7 @@
 #include "TestMain.h"
 #include "library/Library.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-
 #include <functional>
-#include <memory>
 
 /** A library file and a folder of files, both real and both gone with it. */
 class LibraryFixture {
@@ -23,10 +16,7 @@ public:
 
     void write(const QString &name, const QByteArray &content = QByteArrayLiteral("x")) const
     {
-        QDir().mkpath(QFileInfo(files(name)).path());
-        QFile file(files(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(content);
+        QVERIFY(writeFile(files(name), content));
     }
 
     /** Opens the library and shows the folder; the one before is closed first. */
@@ -69,4 +59,30 @@ public:
 
 private:
     QTemporaryDir m_folder;
+};
+
+/** Base of the tests of the library: every test function begins with a fresh one, and what it lists in write(). */
+class LibraryTest : public LoggedTest {
+protected:
+    void init() override
+    {
+        LoggedTest::init();
+        m_place = std::make_unique<LibraryFixture>();
+    }
+    void cleanup() override
+    {
+        m_place.reset();
+        LoggedTest::cleanup();
+    }
+
+    Library *library() const { return m_place->library.get(); }
+    QString files(const char *pName) const { return m_place->files(QString::fromUtf8(pName)); }
+    FileRecordPtr record(const char *pName) const { return m_place->record(QString::fromUtf8(pName)); }
+    qint64 id(const char *pName) const { return m_place->id(QString::fromUtf8(pName)); }
+    void write(const char *pName, const QByteArray &content = QByteArrayLiteral("x")) const
+    {
+        m_place->write(QString::fromUtf8(pName), content);
+    }
+
+    std::unique_ptr<LibraryFixture> m_place;
 };

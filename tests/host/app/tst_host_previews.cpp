@@ -9,10 +9,6 @@
 #include "interfaces/data/IPreviewDataSource.h"
 #include "interfaces/plugin/IBigImgPreviewPlugin.h"
 
-#include <QPointer>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-
 namespace {
 
 class FakeDialog : public IPreviewSpaceDialog {
@@ -69,19 +65,105 @@ class HostPreviewsTest : public LoggedTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void opensOneAtATime();
-    void announcesNeighbours();
-    void endsInOrder();
-    void readsCommandLine();
+    void opensOneAtATime()
+    {
+        Stage stage;
+        PreviewController &previews = *stage.previews;
+        FakePreviewPlugin &plugin = stage.plugin;
+        plugin.calls.clear();
+        QSignalSpy closed(&previews, &PreviewController::signalClosed);
+
+        QVERIFY(!previews.openQuickPreview(99));
+        QVERIFY(previews.openQuickPreview(3));
+        QVERIFY(!previews.openQuickPreview(4));
+        QCOMPARE(plugin.calls, QStringList{QStringLiteral("create 3 2 of 6")});
+        const QPointer<FakeDialog> pFirst = plugin.pDialog;
+        // A surface that closes twice is still closed once.
+        Q_EMIT pFirst->signalSpacePreviewClosed(5);
+        Q_EMIT pFirst->signalSpacePreviewClosed(5);
+        QCOMPARE(closed.size(), 1);
+        QCOMPARE(closed.first().first().toLongLong(), 5);
+        QVERIFY(pFirst != nullptr);
+        QTRY_VERIFY(pFirst == nullptr);
+        QVERIFY(previews.openQuickPreview(4));
+    }
+
+    void announcesNeighbours()
+    {
+        AheadAnalysis analysis;
+        Stage stage;
+        PreviewController &previews = *stage.previews;
+        FakePreviewPlugin &plugin = stage.plugin;
+        previews.setAnalysis(&analysis);
+        QSignalSpy shown(&previews, &PreviewController::signalFileShown);
+
+        QVERIFY(previews.openQuickPreview(3));
+        // Nothing is decoded ahead before the first picture had its time.
+        QVERIFY(analysis.ahead.isEmpty());
+        QTRY_COMPARE(analysis.ahead, paths({4, 5, 2}));
+        Q_EMIT plugin.pDialog->signalPreviewFileIdChanged(2);
+        QCOMPARE(shown.size(), 1);
+        QTRY_COMPARE(analysis.ahead, paths({1, 3}));
+        Q_EMIT plugin.pDialog->signalPreviewFileIdChanged(3);
+        QTRY_COMPARE(analysis.ahead, paths({4, 5, 2}));
+        Q_EMIT plugin.pDialog->signalSpacePreviewClosed(3);
+        QVERIFY(analysis.ahead.isEmpty());
+    }
+
+    void endsInOrder()
+    {
+        MainWindow *pNoWindow = nullptr;
+        MainWindowHandle handle(pNoWindow);
+        handle.moveBy(QPoint(1, 1));
+        QVERIFY(!handle.isMaximized());
+        Stage stage(&handle);
+        QVERIFY(stage.previews->openQuickPreview(1));
+        stage.previews.reset();
+        QCOMPARE(stage.plugin.calls,
+                 QStringList({QStringLiteral("source"), QStringLiteral("handle"), QStringLiteral("create 1 0 of 6"),
+                              QStringLiteral("clear"), QStringLiteral("no handle")}));
+        QVERIFY(stage.plugin.pDialog == nullptr);
+    }
+
+    void readsCommandLine()
+    {
+        const QString folder = QDir::tempPath();
+        const QString file = QCoreApplication::applicationFilePath();
+        const std::tuple<QString, bool, QString, int> rows[] = {
+            {QString(), false, QString(), 0},
+            {folder + QStringLiteral(" /"), false, QString(), 2},
+            {file, false, file, 0},
+            {QStringLiteral("--library x --theme light ") + folder, false, QString(), 1},
+            {QStringLiteral("/no/such/place"), true, QString(), 0},
+            {file + QLatin1Char(' ') + folder, true, file, 1},
+            {QStringLiteral("--unknown"), true, QString(), 0},
+            {QStringLiteral("--theme pink"), true, QString(), 0}};
+        for (const auto &[line, bError, wanted, nFolders] : rows) {
+            const CommandLine result = parseCommandLine(QStringList(QStringLiteral("host")) +
+                                                        line.split(QLatin1Char(' '), Qt::SkipEmptyParts));
+            QVERIFY2(!result.error.isEmpty() == bError, qPrintable(line));
+            QCOMPARE(result.file, wanted);
+            QCOMPARE(result.folders.size(), nFolders);
+        }
+    }
 
 private:
-    void fill(FileGridModel *pModel)
-    {
-        FileRecordList records;
-        for (int i = 1; i <= 6; ++i)
-            records.append(makeRecord(i, QStringLiteral("%1.jpg").arg(i)));
-        pModel->addRecords(records);
-    }
+    /** Six files, and a controller that previews them with a plug-in that is watched. */
+    struct Stage {
+        explicit Stage(IMainWindowHandle *pHandle = nullptr)
+        {
+            FileRecordList records;
+            for (int i = 1; i <= 6; ++i)
+                records.append(makeRecord(i, QStringLiteral("%1.jpg").arg(i)));
+            model.addRecords(records);
+            previews = std::make_unique<PreviewController>(&window, &model, nullptr);
+            previews->setPlugin(&plugin, {}, pHandle);
+        }
+        FileGridModel model;
+        QWidget window;
+        FakePreviewPlugin plugin;
+        std::unique_ptr<PreviewController> previews;
+    };
 
     static QStringList paths(const QVector<int> &ids)
     {
@@ -91,100 +173,6 @@ private:
         return all;
     }
 };
-
-void HostPreviewsTest::opensOneAtATime()
-{
-    FileGridModel model;
-    fill(&model);
-    QWidget window;
-    FakePreviewPlugin plugin;
-    PreviewController previews(&window, &model, nullptr);
-    previews.setPlugin(&plugin, {}, nullptr);
-    plugin.calls.clear();
-    QSignalSpy closed(&previews, &PreviewController::signalClosed);
-
-    QVERIFY(!previews.openQuickPreview(99));
-    QVERIFY(previews.openQuickPreview(3));
-    QVERIFY(!previews.openQuickPreview(4));
-    QCOMPARE(plugin.calls, QStringList{QStringLiteral("create 3 2 of 6")});
-    const QPointer<FakeDialog> pFirst = plugin.pDialog;
-    // A surface that closes twice is still closed once.
-    Q_EMIT pFirst->signalSpacePreviewClosed(5);
-    Q_EMIT pFirst->signalSpacePreviewClosed(5);
-    QCOMPARE(closed.size(), 1);
-    QCOMPARE(closed.first().first().toLongLong(), 5);
-    QVERIFY(pFirst != nullptr);
-    QTRY_VERIFY(pFirst == nullptr);
-    QVERIFY(previews.openQuickPreview(4));
-}
-
-void HostPreviewsTest::announcesNeighbours()
-{
-    FileGridModel model;
-    fill(&model);
-    QWidget window;
-    FakePreviewPlugin plugin;
-    AheadAnalysis analysis;
-    PreviewController previews(&window, &model, nullptr);
-    previews.setPlugin(&plugin, {}, nullptr);
-    previews.setAnalysis(&analysis);
-    QSignalSpy shown(&previews, &PreviewController::signalFileShown);
-
-    QVERIFY(previews.openQuickPreview(3));
-    // Nothing is decoded ahead before the first picture had its time.
-    QVERIFY(analysis.ahead.isEmpty());
-    QTRY_COMPARE(analysis.ahead, paths({4, 5, 2}));
-    Q_EMIT plugin.pDialog->signalPreviewFileIdChanged(2);
-    QCOMPARE(shown.size(), 1);
-    QTRY_COMPARE(analysis.ahead, paths({1, 3}));
-    Q_EMIT plugin.pDialog->signalPreviewFileIdChanged(3);
-    QTRY_COMPARE(analysis.ahead, paths({4, 5, 2}));
-    Q_EMIT plugin.pDialog->signalSpacePreviewClosed(3);
-    QVERIFY(analysis.ahead.isEmpty());
-}
-
-void HostPreviewsTest::endsInOrder()
-{
-    FileGridModel model;
-    fill(&model);
-    MainWindow *pNoWindow = nullptr;
-    MainWindowHandle handle(pNoWindow);
-    handle.moveBy(QPoint(1, 1));
-    QVERIFY(!handle.isMaximized());
-    QWidget window;
-    FakePreviewPlugin plugin;
-    {
-        PreviewController previews(&window, &model, nullptr);
-        previews.setPlugin(&plugin, {}, &handle);
-        QVERIFY(previews.openQuickPreview(1));
-    }
-    QCOMPARE(plugin.calls,
-             QStringList({QStringLiteral("source"), QStringLiteral("handle"), QStringLiteral("create 1 0 of 6"),
-                          QStringLiteral("clear"), QStringLiteral("no handle")}));
-    QVERIFY(plugin.pDialog == nullptr);
-}
-
-void HostPreviewsTest::readsCommandLine()
-{
-    const QString folder = QDir::tempPath();
-    const QString file = QCoreApplication::applicationFilePath();
-    const std::tuple<QString, bool, QString, int> rows[] = {
-        {QString(), false, QString(), 0},
-        {folder + QStringLiteral(" /"), false, QString(), 2},
-        {file, false, file, 0},
-        {QStringLiteral("--library x --theme light ") + folder, false, QString(), 1},
-        {QStringLiteral("/no/such/place"), true, QString(), 0},
-        {file + QLatin1Char(' ') + folder, true, file, 1},
-        {QStringLiteral("--unknown"), true, QString(), 0},
-        {QStringLiteral("--theme pink"), true, QString(), 0}};
-    for (const auto &[line, bError, wanted, nFolders] : rows) {
-        const CommandLine result =
-            parseCommandLine(QStringList(QStringLiteral("host")) + line.split(QLatin1Char(' '), Qt::SkipEmptyParts));
-        QVERIFY2(!result.error.isEmpty() == bError, qPrintable(line));
-        QCOMPARE(result.file, wanted);
-        QCOMPARE(result.folders.size(), nFolders);
-    }
-}
 
 BIGIMGPREVIEW_TEST_MAIN(HostPreviewsTest)
 #include "tst_host_previews.moc"

@@ -2,6 +2,7 @@
 
 #include "../HostTestSupport.h"
 #include "Documents.h"
+#include "TestFiles.h"
 #include "services/basemodule/documents/ConverterSlot.h"
 #include "services/basemodule/documents/PdfStore.h"
 #include "services/basemodule/documents/PresentationRenderer.h"
@@ -72,12 +73,9 @@ struct DocumentStage {
     QVector<int> started() const
     {
         QVector<int> numbers;
-        QFile file(log);
-        if (file.open(QIODevice::ReadOnly)) {
-            for (const QByteArray &line : file.readAll().split('\n')) {
-                if (!line.isEmpty())
-                    numbers.append(line.toInt());
-            }
+        for (const QByteArray &line : readFile(log).split('\n')) {
+            if (!line.isEmpty())
+                numbers.append(line.toInt());
         }
         return numbers;
     }
@@ -85,8 +83,8 @@ struct DocumentStage {
     {
         const QVector<int> numbers = started();
         return std::any_of(numbers.begin(), numbers.end(), [](int nPid) {
-            QFile state(QStringLiteral("/proc/%1/stat").arg(nPid));
-            return state.open(QIODevice::ReadOnly) && !state.readAll().contains(") Z ");
+            const QByteArray state = readFile(QStringLiteral("/proc/%1/stat").arg(nPid));
+            return !state.isEmpty() && !state.contains(") Z ");
         });
     }
 
@@ -118,14 +116,10 @@ private:
         }
         painter.end();
         const QString path = folder.filePath(QStringLiteral("office"));
-        QFile file(path);
-        if (file.open(QIODevice::WriteOnly)) {
-            file.write("#!/bin/sh\nfor a; do [ \"$p\" = --outdir ] && out=$a; p=$a; done\npages='" +
-                       QFile::encodeName(pages) + "'\nlog='" + QFile::encodeName(log) + "'\necho $$ >> \"$log\"\n" +
-                       pScript + '\n');
-        }
-        file.close();
-        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        writeFile(path, "#!/bin/sh\nfor a; do [ \"$p\" = --outdir ] && out=$a; p=$a; done\npages='" +
+                            QFile::encodeName(pages) + "'\nlog='" + QFile::encodeName(log) +
+                            "'\necho $$ >> \"$log\"\n" + pScript + '\n');
+        QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
         return path;
     }
 };
