@@ -6,8 +6,6 @@
 #include "app/HostSession.h"
 #include "app/MainWindow.h"
 
-#include <QCoreApplication>
-#include <QFileInfo>
 #include <QWindow>
 #include <QtTest>
 

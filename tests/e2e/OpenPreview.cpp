@@ -4,8 +4,6 @@
 #include <QApplication>
 #include <QGraphicsItem>
 #include <QGraphicsView>
-#include <QLabel>
-#include <QPointer>
 #include <QStackedWidget>
 #include <QWindow>
 #include <QtTest>
@@ -62,12 +60,6 @@ QGraphicsItem *picture()
     return pView != nullptr ? pView->items().value(0) : nullptr;
 }
 
-QWidget *notice()
-{
-    QWidget *pNotice = childOfClass(dialog(), "CNotificationFloatingWidget");
-    return pNotice != nullptr && pNotice->isVisible() ? pNotice : nullptr;
-}
-
 bool isPictureShown()
 {
     return hub() != nullptr && hub()->currentIndex() == PicturePage && picture() != nullptr && picture()->isVisible();
@@ -91,17 +83,6 @@ bool isAbout(const QColor &color, const QColor &expected, int nTolerance)
 {
     return color.isValid() && qAbs(color.red() - expected.red()) <= nTolerance &&
            qAbs(color.green() - expected.green()) <= nTolerance && qAbs(color.blue() - expected.blue()) <= nTolerance;
-}
-
-int percent()
-{
-    QWidget *pBar = childOfClass(dialog(), "ImgPreviewToolBar");
-    const auto labels = pBar != nullptr ? pBar->findChildren<QLabel *>() : QList<QLabel *>();
-    for (const QLabel *pLabel : labels) {
-        if (pLabel->text().endsWith(QLatin1Char('%')))
-            return pLabel->text().chopped(1).toInt();
-    }
-    return -1;
 }
 
 QAbstractButton *button(const char *pAccessibleName)

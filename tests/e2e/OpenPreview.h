@@ -24,7 +24,6 @@ QWidget *dialog();        ///< The visible quick preview; null when there is non
 QStackedWidget *hub();    ///< Its pages; null when it is not open.
 QGraphicsView *view();    ///< Where pictures are shown.
 QGraphicsItem *picture(); ///< The picture; null while there is none.
-QWidget *notice();        ///< A floating notice; null when none is shown.
 
 bool isPictureShown();
 bool isPlaceholder();
@@ -33,8 +32,6 @@ bool isPlaceholder();
 QColor colorAt(double fX, double fY);
 bool isAbout(const QColor &color, const QColor &expected, int nTolerance = 24);
 
-/** What the zoom label says; -1 when there is none. */
-int percent();
 QAbstractButton *button(const char *pAccessibleName);
 
 /** Gives the window the focus, also on a display without a window manager. */

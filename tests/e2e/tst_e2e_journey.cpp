@@ -11,13 +11,9 @@
 
 #include <QAbstractButton>
 #include <QClipboard>
-#include <QDir>
 #include <QGraphicsItem>
 #include <QGraphicsView>
-#include <QMimeData>
 #include <QScrollBar>
-#include <QTemporaryDir>
-#include <QUrl>
 
 using namespace OpenPreview;
 
@@ -39,225 +35,166 @@ class JourneyTest : public LoggedTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase(); // opens the file of the command line
-    void opensFromTheGridAndReturns();
-    void opensTheFullPreviewAndReturns();
-    void followsTheWindow();
-    void stepsWithTheSelection();
-    void zoomsByKeyAndButton();
-    void turnsAndFlips();
-    void showsEverySample();
-    void isIdle();
-    void actsFromTheGrid();
-    void cleanupTestCase();
+    // opens the file of the command line
+    void initTestCase()
+    {
+        m_pHost = std::make_unique<HostUser>(QStringLiteral(SAMPLES_DIR "/pictures/wide_gamut.jpg"));
+        QTRY_VERIFY_WITH_TIMEOUT(dialog() != nullptr, PatienceMsec);
+        QVERIFY(waitForPicture());
+        QCOMPARE(m_pHost->currentName(), QStringLiteral("wide_gamut.jpg"));
+        QTRY_VERIFY(isAbout(colorAt(0.25, 0.25), k_red));
+        QVERIFY(isAbout(colorAt(0.75, 0.25), k_green));
+        QVERIFY(isAbout(colorAt(0.25, 0.75), k_blue));
+        QVERIFY(isAbout(colorAt(0.75, 0.75), k_white));
+        QVERIFY(m_pHost->returnToGrid());
+        QCOMPARE(m_pHost->currentName(), QStringLiteral("wide_gamut.jpg"));
+    }
+
+    void opensFromTheGridAndReturns()
+    {
+        for (const char *pWay : {"escape", "space", "double click"}) {
+            QVERIFY(m_pHost->select(QStringLiteral("landscape.png")));
+            key(Qt::Key_Space);
+            QVERIFY(waitForPicture());
+            QVERIFY(!isPlaceholder());
+            QCOMPARE(dialog()->geometry(), m_pHost->session().window()->geometry());
+            if (*pWay == 'd')
+                doubleClick(view()->viewport(), view()->viewport()->rect().center());
+            else
+                key(*pWay == 'e' ? Qt::Key_Escape : Qt::Key_Space);
+            QVERIFY2(waitUntilClosed(), pWay);
+            QVERIFY(m_pHost->returnToGrid());
+            QCOMPARE(m_pHost->currentName(), QStringLiteral("landscape.png"));
+        }
+    }
+
+    void opensTheFullPreviewAndReturns()
+    {
+        MainWindow *pWindow = m_pHost->session().window();
+        FileGridView *pGrid = m_pHost->grid();
+        QVERIFY(m_pHost->select(QStringLiteral("landscape.png")));
+        const int nScrolled = pGrid->verticalScrollBar()->value();
+        for (const bool bByMouse : {false, true}) {
+            QVERIFY(makeActive(pWindow));
+            if (bByMouse)
+                doubleClick(pGrid->viewport(), pGrid->visualRect(pGrid->currentIndex()).center());
+            else
+                key(Qt::Key_Return);
+            QTRY_VERIFY(pWindow->fullPreviewPlace()->isOpen());
+            QWidget *pPreview = m_pHost->session().previews()->dialog();
+            // It takes the files' place; the panel beside it tells of the file that it shows.
+            QVERIFY(pPreview->window() == pWindow && pPreview->isVisible() && !pGrid->isVisible());
+            QTRY_VERIFY(pWindow->infoPanel()->isVisible());
+            QCOMPARE(pWindow->infoPanel()->fileId(), pGrid->currentFileId());
+            QTRY_VERIFY_WITH_TIMEOUT(
+                [&] {
+                    if (m_pHost->session().previews()->isOpen())
+                        key(Qt::Key_Escape);
+                    return !m_pHost->session().previews()->isOpen();
+                }(),
+                PatienceMsec);
+            QTRY_VERIFY(pGrid->isVisible() && pGrid->hasFocus());
+            QCOMPARE(m_pHost->currentName(), QStringLiteral("landscape.png"));
+            QTRY_COMPARE(pGrid->verticalScrollBar()->value(), nScrolled);
+        }
+    }
+
+    void followsTheWindow()
+    {
+        QVERIFY(m_pHost->open(QStringLiteral("wide_gamut.jpg")));
+        MainWindow *pWindow = m_pHost->session().window();
+        const QRect before = pWindow->geometry();
+        for (const QRect &place : {QRect(40, 30, 1400, 900), QRect(300, 200, 700, 500), before}) {
+            pWindow->setGeometry(place);
+            QTRY_COMPARE(dialog()->geometry(), place);
+            QTRY_VERIFY(isAbout(colorAt(0.45, 0.45), k_red) && isAbout(colorAt(0.55, 0.55), k_white));
+            const QPoint middle = view()->mapFromScene(picture()->sceneBoundingRect().center());
+            QVERIFY((middle - view()->viewport()->rect().center()).manhattanLength() <= 2);
+        }
+        QVERIFY(m_pHost->returnToGrid());
+    }
+
+    void stepsWithTheSelection()
+    {
+        const QString first = m_pHost->nameAt(0);
+        QVERIFY(m_pHost->open(first));
+        key(Qt::Key_Left);
+        QVERIFY(waitForPicture());
+        QCOMPARE(m_pHost->currentName(), first);
+        const QVector<QPair<Qt::Key, int>> steps = {
+            {Qt::Key_Right, 1}, {Qt::Key_Down, 2}, {Qt::Key_Right, 3}, {Qt::Key_Left, 2}, {Qt::Key_Up, 1}};
+        for (const auto &step : steps) {
+            key(step.first);
+            QCOMPARE(m_pHost->row(), step.second);
+            QVERIFY(waitForPicture());
+        }
+        QVERIFY(m_pHost->returnToGrid());
+        QCOMPARE(m_pHost->row(), 1);
+        QCOMPARE(m_pHost->grid()->selectionModel()->selectedIndexes().size(), 1);
+    }
+
+    void showsEverySample()
+    {
+        const int nFiles = m_pHost->fileCount();
+        QVERIFY2(nFiles > 40, qPrintable(QString::number(nFiles)));
+        QVERIFY(m_pHost->open(m_pHost->nameAt(0)));
+        QStringList wrong;
+        for (int i = 0; i < nFiles; ++i) {
+            if (i > 0)
+                key(Qt::Key_Right);
+            QVERIFY2(waitForPicture(), qPrintable(m_pHost->currentName()));
+            QCOMPARE(m_pHost->row(), i);
+            if (isPlaceholder() != (m_pHost->currentName() == QLatin1String("damaged.jpg")))
+                wrong.append(m_pHost->currentName());
+        }
+        QVERIFY(m_pHost->returnToGrid());
+        QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char(' '))));
+    }
+
+    void isIdle()
+    {
+        // Half a second after a picture was opened the host decodes its neighbours, and a second later spare memory is
+        // given back; then there is nothing left to do. The window is longer than the longest of these waits.
+        Idleness idleness;
+        const auto isQuiet = [&idleness] {
+            idleness = watchIdle(2500);
+            return idleness.timers.isEmpty() && idleness.fCpuMsec < 30.0;
+        };
+        QVERIFY(m_pHost->open(QStringLiteral("landscape.jpg")));
+        QTRY_VERIFY2_WITH_TIMEOUT(isQuiet(), qPrintable(idleness.text()), 3 * PatienceMsec);
+        QVERIFY(m_pHost->returnToGrid());
+        QTRY_VERIFY2_WITH_TIMEOUT(isQuiet(), qPrintable(idleness.text()), 3 * PatienceMsec);
+        qInfo("idle: %s", qPrintable(idleness.text()));
+    }
+
+    void actsFromTheGrid()
+    {
+        QTemporaryDir folder;
+        const QDir files(folder.filePath(QStringLiteral("files")));
+        QVERIFY(files.mkpath(QStringLiteral(".")));
+        for (const char *pName : {"a.png", "b.png"})
+            QVERIFY(QFile::copy(QStringLiteral(SAMPLES_DIR "/pictures/landscape.png"),
+                                files.filePath(QLatin1String(pName))));
+        QVERIFY(m_pHost->showFolder(files.path()));
+        QVERIFY(m_pHost->select(QStringLiteral("a.png")));
+        QTest::keyClick(m_pHost->session().window()->windowHandle(), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->mimeData()->urls(),
+                 QList<QUrl>{QUrl::fromLocalFile(files.filePath(QStringLiteral("a.png")))});
+        key(Qt::Key_Delete);
+        QTRY_VERIFY(!files.exists(QStringLiteral("a.png")));
+        QTRY_COMPARE(m_pHost->fileCount(), 1);
+        QCOMPARE(m_pHost->nameAt(0), QStringLiteral("b.png"));
+    }
+
+    void cleanupTestCase()
+    {
+        m_pHost->end();
+        QVERIFY(dialog() == nullptr);
+    }
 
 private:
     std::unique_ptr<HostUser> m_pHost;
 };
-
-void JourneyTest::initTestCase()
-{
-    m_pHost = std::make_unique<HostUser>(QStringLiteral(SAMPLES_DIR "/pictures/wide_gamut.jpg"));
-    QTRY_VERIFY_WITH_TIMEOUT(dialog() != nullptr, PatienceMsec);
-    QVERIFY(waitForPicture());
-    QCOMPARE(m_pHost->currentName(), QStringLiteral("wide_gamut.jpg"));
-    QTRY_VERIFY(isAbout(colorAt(0.25, 0.25), k_red));
-    QVERIFY(isAbout(colorAt(0.75, 0.25), k_green));
-    QVERIFY(isAbout(colorAt(0.25, 0.75), k_blue));
-    QVERIFY(isAbout(colorAt(0.75, 0.75), k_white));
-    QVERIFY(m_pHost->returnToGrid());
-    QCOMPARE(m_pHost->currentName(), QStringLiteral("wide_gamut.jpg"));
-}
-
-void JourneyTest::opensFromTheGridAndReturns()
-{
-    for (const char *pWay : {"escape", "space", "double click"}) {
-        QVERIFY(m_pHost->select(QStringLiteral("landscape.png")));
-        key(Qt::Key_Space);
-        QVERIFY(waitForPicture());
-        QVERIFY(!isPlaceholder());
-        QCOMPARE(dialog()->geometry(), m_pHost->session().window()->geometry());
-        if (*pWay == 'd')
-            doubleClick(view()->viewport(), view()->viewport()->rect().center());
-        else
-            key(*pWay == 'e' ? Qt::Key_Escape : Qt::Key_Space);
-        QVERIFY2(waitUntilClosed(), pWay);
-        QVERIFY(m_pHost->returnToGrid());
-        QCOMPARE(m_pHost->currentName(), QStringLiteral("landscape.png"));
-    }
-}
-
-void JourneyTest::opensTheFullPreviewAndReturns()
-{
-    MainWindow *pWindow = m_pHost->session().window();
-    FileGridView *pGrid = m_pHost->grid();
-    QVERIFY(m_pHost->select(QStringLiteral("landscape.png")));
-    const int nScrolled = pGrid->verticalScrollBar()->value();
-    for (const bool bByMouse : {false, true}) {
-        QVERIFY(makeActive(pWindow));
-        if (bByMouse)
-            doubleClick(pGrid->viewport(), pGrid->visualRect(pGrid->currentIndex()).center());
-        else
-            key(Qt::Key_Return);
-        QTRY_VERIFY(pWindow->fullPreviewPlace()->isOpen());
-        QWidget *pPreview = m_pHost->session().previews()->dialog();
-        // It takes the files' place; the panel beside it tells of the file that it shows.
-        QVERIFY(pPreview->window() == pWindow && pPreview->isVisible() && !pGrid->isVisible());
-        QTRY_VERIFY(pWindow->infoPanel()->isVisible());
-        QCOMPARE(pWindow->infoPanel()->fileId(), pGrid->currentFileId());
-        QTRY_VERIFY_WITH_TIMEOUT(
-            [&] {
-                if (m_pHost->session().previews()->isOpen())
-                    key(Qt::Key_Escape);
-                return !m_pHost->session().previews()->isOpen();
-            }(),
-            PatienceMsec);
-        QTRY_VERIFY(pGrid->isVisible() && pGrid->hasFocus());
-        QCOMPARE(m_pHost->currentName(), QStringLiteral("landscape.png"));
-        QTRY_COMPARE(pGrid->verticalScrollBar()->value(), nScrolled);
-    }
-}
-
-void JourneyTest::followsTheWindow()
-{
-    QVERIFY(m_pHost->open(QStringLiteral("wide_gamut.jpg")));
-    MainWindow *pWindow = m_pHost->session().window();
-    const QRect before = pWindow->geometry();
-    for (const QRect &place : {QRect(40, 30, 1400, 900), QRect(300, 200, 700, 500), before}) {
-        pWindow->setGeometry(place);
-        QTRY_COMPARE(dialog()->geometry(), place);
-        QTRY_VERIFY(isAbout(colorAt(0.45, 0.45), k_red) && isAbout(colorAt(0.55, 0.55), k_white));
-        const QPoint middle = view()->mapFromScene(picture()->sceneBoundingRect().center());
-        QVERIFY((middle - view()->viewport()->rect().center()).manhattanLength() <= 2);
-    }
-    QVERIFY(m_pHost->returnToGrid());
-}
-
-void JourneyTest::stepsWithTheSelection()
-{
-    const QString first = m_pHost->nameAt(0);
-    QVERIFY(m_pHost->open(first));
-    key(Qt::Key_Left);
-    QVERIFY(waitForPicture());
-    QCOMPARE(m_pHost->currentName(), first);
-    const QVector<QPair<Qt::Key, int>> steps = {
-        {Qt::Key_Right, 1}, {Qt::Key_Down, 2}, {Qt::Key_Right, 3}, {Qt::Key_Left, 2}, {Qt::Key_Up, 1}};
-    for (const auto &step : steps) {
-        key(step.first);
-        QCOMPARE(m_pHost->row(), step.second);
-        QVERIFY(waitForPicture());
-    }
-    QVERIFY(m_pHost->returnToGrid());
-    QCOMPARE(m_pHost->row(), 1);
-    QCOMPARE(m_pHost->grid()->selectionModel()->selectedIndexes().size(), 1);
-}
-
-void JourneyTest::zoomsByKeyAndButton()
-{
-    // 6000 x 4000 pixels in the window, with a margin of one pixel.
-    const QSize size = m_pHost->session().window()->size();
-    const int nWindow = qRound(qMin((size.width() - 2) / 60.0, (size.height() - 2) / 40.0));
-    const int nWidth = qRound((size.width() - 2) / 60.0);
-    const std::tuple<Qt::Key, const char *, Qt::Key, int> rows[] = {{Qt::Key_Plus, "Zoom In", Qt::Key_F, 25},
-                                                                    {Qt::Key_Minus, "Zoom Out", Qt::Key_1, 75},
-                                                                    {Qt::Key_1, "Actual Size", Qt::Key_F, 100},
-                                                                    {Qt::Key_F, "Fit to Window", Qt::Key_1, nWindow},
-                                                                    {Qt::Key_W, "Fit to Width", Qt::Key_1, nWidth}};
-    QVERIFY(m_pHost->open(QStringLiteral("large_24mp.jpg")));
-    for (const auto &[zoomKey, pButtonName, startKey, nPercent] : rows) {
-        for (const bool bByKey : {true, false}) {
-            key(startKey);
-            QAbstractButton *pButton = button(pButtonName);
-            QVERIFY(pButton != nullptr);
-            QTRY_VERIFY(pButton->isEnabled()); // an animation that runs switches the buttons off
-            if (bByKey)
-                key(zoomKey);
-            else
-                click(pButton);
-            QTRY_VERIFY(pButton->isEnabled());
-            QTRY_COMPARE(percent(), nPercent);
-        }
-    }
-    QVERIFY(m_pHost->returnToGrid());
-}
-
-void JourneyTest::turnsAndFlips()
-{
-    QVERIFY(m_pHost->open(QStringLiteral("wide_gamut.jpg")));
-    QTRY_VERIFY(isAbout(colorAt(0.25, 0.25), k_red));
-    click(button("Rotate"));
-    // A quarter to the left brings the right top corner to the left top.
-    QTRY_VERIFY(isAbout(colorAt(0.25, 0.25), k_green) && isAbout(colorAt(0.25, 0.75), k_red));
-    QTRY_VERIFY(button("Flip")->isEnabled());
-    click(button("Flip"));
-    QTRY_VERIFY(isAbout(colorAt(0.75, 0.25), k_green) && isAbout(colorAt(0.75, 0.75), k_red));
-    // The next picture stands upright again.
-    key(Qt::Key_Left);
-    QVERIFY(waitForPicture());
-    key(Qt::Key_Right);
-    QVERIFY(waitForPicture());
-    QTRY_VERIFY(isAbout(colorAt(0.25, 0.25), k_red) && isAbout(colorAt(0.75, 0.25), k_green));
-    QVERIFY(m_pHost->returnToGrid());
-}
-
-void JourneyTest::showsEverySample()
-{
-    const int nFiles = m_pHost->fileCount();
-    QVERIFY2(nFiles > 40, qPrintable(QString::number(nFiles)));
-    QVERIFY(m_pHost->open(m_pHost->nameAt(0)));
-    QStringList wrong;
-    for (int i = 0; i < nFiles; ++i) {
-        if (i > 0)
-            key(Qt::Key_Right);
-        QVERIFY2(waitForPicture(), qPrintable(m_pHost->currentName()));
-        QCOMPARE(m_pHost->row(), i);
-        if (isPlaceholder() != (m_pHost->currentName() == QLatin1String("damaged.jpg")))
-            wrong.append(m_pHost->currentName());
-    }
-    QVERIFY(m_pHost->returnToGrid());
-    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char(' '))));
-}
-
-void JourneyTest::isIdle()
-{
-    // Half a second after a picture was opened the host decodes its neighbours, and a second later spare memory is
-    // given back; then there is nothing left to do. The window is longer than the longest of these waits.
-    Idleness idleness;
-    const auto isQuiet = [&idleness] {
-        idleness = watchIdle(2500);
-        return idleness.timers.isEmpty() && idleness.fCpuMsec < 30.0;
-    };
-    QVERIFY(m_pHost->open(QStringLiteral("landscape.jpg")));
-    QTRY_VERIFY2_WITH_TIMEOUT(isQuiet(), qPrintable(idleness.text()), 3 * PatienceMsec);
-    QVERIFY(m_pHost->returnToGrid());
-    QTRY_VERIFY2_WITH_TIMEOUT(isQuiet(), qPrintable(idleness.text()), 3 * PatienceMsec);
-    qInfo("idle: %s", qPrintable(idleness.text()));
-}
-
-void JourneyTest::actsFromTheGrid()
-{
-    QTemporaryDir folder;
-    const QDir files(folder.filePath(QStringLiteral("files")));
-    QVERIFY(files.mkpath(QStringLiteral(".")));
-    for (const char *pName : {"a.png", "b.png"})
-        QVERIFY(
-            QFile::copy(QStringLiteral(SAMPLES_DIR "/pictures/landscape.png"), files.filePath(QLatin1String(pName))));
-    QVERIFY(m_pHost->showFolder(files.path()));
-    QVERIFY(m_pHost->select(QStringLiteral("a.png")));
-    QTest::keyClick(m_pHost->session().window()->windowHandle(), Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QGuiApplication::clipboard()->mimeData()->urls(),
-             QList<QUrl>{QUrl::fromLocalFile(files.filePath(QStringLiteral("a.png")))});
-    key(Qt::Key_Delete);
-    QTRY_VERIFY(!files.exists(QStringLiteral("a.png")));
-    QTRY_COMPARE(m_pHost->fileCount(), 1);
-    QCOMPARE(m_pHost->nameAt(0), QStringLiteral("b.png"));
-}
-
-void JourneyTest::cleanupTestCase()
-{
-    m_pHost->end();
-    QVERIFY(dialog() == nullptr);
-}
 
 BIGIMGPREVIEW_TEST_MAIN(JourneyTest)
 #include "tst_e2e_journey.moc"
