@@ -1,4 +1,6 @@
 #include "PluginTest.h"
+#include "common/PictureLevels.h"
+#include "common/PictureMemory.h"
 #include "image/AnimationFileTask.h"
 #include "image/PictureDecoder.h"
 #include "image/PreviewResourceThread.h"
@@ -156,6 +158,29 @@ private Q_SLOTS:
         task.run();
         QCOMPARE(nLevels, 2); // there before the picture is announced
         QCOMPARE(pLoad->levels.at(1).size(), QSize(525, 275));
+    }
+
+    /** Halved on the way to the same level as afterwards, odd sides included; not where a pixel is transparent. */
+    void firstLevelIsMadeWhileCopying()
+    {
+        const QSize size(1031, 517);
+        for (const bool bOpaque : {true, false}) {
+            FakePicture picture;
+            picture.rowLength = size.width() * 4;
+            for (int i = 0; i < size.width() * size.height(); ++i) {
+                const quint32 nPixel = 0xFF000000U | (quint32(i) * 2654435761U >> 8);
+                picture.pixels.append(reinterpret_cast<const char *>(&nPixel), sizeof nPixel);
+            }
+            picture.pixels[picture.pixels.size() - 1] = bOpaque ? '\xFF' : '\xFE'; // the last alpha
+            host().decoder.setPicture(Source, picture);
+            const PictureDecoder::Picture decoded = PictureDecoder::decode(Source);
+            QCOMPARE(decoded.bOpaque, bOpaque);
+            QCOMPARE(decoded.firstLevel.isNull(), !bOpaque);
+            PictureMemory memory;
+            const QImage screen = PictureLevels::toScreenFormat(decoded.image, bOpaque);
+            if (bOpaque)
+                QCOMPARE(decoded.firstLevel, PictureLevels::build(screen, memory).value(0));
+        }
     }
 
     void turnedUpright()

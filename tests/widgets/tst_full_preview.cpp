@@ -277,6 +277,34 @@ private Q_SLOTS:
         finishWorkers();
     }
 
+    void removalDuringAnAnimation()
+    {
+        showFiles(3, 1);
+        hub()->findChild<ImgPreviewWidget *>()->slot_RotateBtnCllicked();
+        hub()->findChild<ImgPreviewWidget *>()->slot_ZoomInBtnClicked();
+        host().removeFiles({1});
+        QCOMPARE(data()->currentFileId(), 2LL);
+        QTRY_COMPARE(hub()->currentIndex(), int(Hub::ImagePage));
+        hub()->findChild<ImgPreviewWidget *>()->slot_RotateBtnCllicked();
+        host().removeFiles({2, 3});
+        QCOMPARE(m_names.last(), QStringLiteral("back"));
+        QTest::qWait(150); // past the ten ticks
+    }
+
+    /** A host that breaks the rule does no harm: the removal is handled when this thread comes to it. */
+    void removalFromAnotherThread()
+    {
+        const auto pGate = host().addSlowPicture(1, 10, path(1));
+        host().addPicture(2, 10, path(2));
+        makeWindow({1, 2}, 1);
+        QTRY_COMPARE(pGate->waiting(), 1);
+        std::thread([this] { host().source->files.announceRemoved({1}); }).join();
+        QCOMPARE(data()->currentFileId(), 1LL);
+        pGate->open();
+        QTRY_COMPARE(data()->currentFileId(), 2LL);
+        QTRY_COMPARE(hub()->currentIndex(), int(Hub::ImagePage));
+    }
+
     void removalOfOneHundredThousand()
     {
         constexpr int Many = 100000;

@@ -162,6 +162,24 @@ private Q_SLOTS:
         }
     }
 
+    /** The first one steps in the second one's list from then on; each closes by itself. */
+    void secondSurfaceOpensBesideTheFirst()
+    {
+        log().expect(QStringLiteral("PreviewSpaceDialog::slot_show_left_source"));
+        open(1);
+        const std::unique_ptr<PreviewSpaceDialog> pFirst(m_pDialog);
+        QSignalSpy closed(pFirst.get(), &IPreviewSpaceDialog::signalSpacePreviewClosed);
+        open(3);
+        QTest::keyClick(pFirst->findChild<Hub *>(), Qt::Key_Left);
+        QCOMPARE(data()->currentFileId(), 2LL);
+        QTRY_COMPARE(hub()->currentIndex(), int(Hub::ImagePage));
+        pFirst->close();
+        QTRY_COMPARE(closed.count(), 1);
+        QVERIFY(m_pDialog->isVisible());
+        press(Qt::Key_Escape);
+        QVERIFY(!m_pDialog || !m_pDialog->isVisible());
+    }
+
     void presentationEndsFirst()
     {
         open(1);

@@ -152,6 +152,39 @@ private Q_SLOTS:
         QCOMPARE(view.currentFileId(), 1);
     }
 
+    void selectsRangesAndAreas()
+    {
+        for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+            FileGridModel model;
+            ThumbnailSource thumbnails;
+            FileGridView view(&model, &thumbnails, nullptr);
+            view.setLayoutDirection(direction);
+            model.addRecords(manyRecords(20));
+            view.resize(700, 600);
+            view.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&view));
+            const auto middle = [&](int nRow) {
+                return view.visualRect(model.index(nRow)).center();
+            };
+            QCOMPARE(middle(1).x() > middle(0).x(), direction == Qt::LeftToRight);
+            QCOMPARE(view.indexAt(middle(4)).row(), 4);
+            const int nColumns = 3;
+            QCOMPARE(middle(nColumns).x(), middle(0).x());
+            // In the list's order, also against the direction of reading.
+            QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, middle(5));
+            QTest::mouseClick(view.viewport(), Qt::LeftButton, Qt::ShiftModifier, middle(1));
+            QCOMPARE(sorted(view.selectedFileIds()), (QVector<qint64>{2, 3, 4, 5, 6}));
+            // What a drag covers: two rows of two columns.
+            QTest::mousePress(view.viewport(), Qt::LeftButton, {}, middle(1));
+            QMouseEvent move(QEvent::MouseMove, middle(5), Qt::LeftButton, Qt::LeftButton, {});
+            QApplication::sendEvent(view.viewport(), &move);
+            QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, middle(5));
+            QCOMPARE(sorted(view.selectedFileIds()), (QVector<qint64>{2, 3, 5, 6}));
+            QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
+            QCOMPARE(view.selectedFileIds().size(), 20);
+        }
+    }
+
     void stepsThroughManyFiles()
     {
         constexpr int k_nFiles = 100000;
@@ -219,6 +252,11 @@ private:
         for (int i = 0; i < nFiles; ++i)
             records.append(makeRecord(i + 1, QStringLiteral("%1.jpg").arg(i), nFiles - i));
         return records;
+    }
+    static QVector<qint64> sorted(QVector<qint64> ids)
+    {
+        std::sort(ids.begin(), ids.end());
+        return ids;
     }
     static QStringList names(const FileGridModel &model)
     {
