@@ -36,8 +36,11 @@ bool PresentationRenderer::openDocument(qint64 nFileId, const QString &path)
     m_openings.remove_if([&](const Opening &opening) { return opening.closed == closed; });
     if (!pages || *closed)
         return false;
-    if (m_documents.contains(nFileId))
+    if (m_documents.contains(nFileId)) {
+        if (m_documents.value(nFileId).key == key)
+            return true; // somebody else was quicker, and may be reading it
         close(m_documents.take(nFileId)); // as the file was before it changed
+    }
     m_documents.insert(nFileId, {key, pages});
     return true;
 }
