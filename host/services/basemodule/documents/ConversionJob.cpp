@@ -120,7 +120,8 @@ Conversion::Outcome ConversionJob::copyDocument(const QString &target, QByteArra
         if (copy.write(block) != block.size())
             return Conversion::Unavailable;
     }
-    if (!copy.flush())
+    // Reading ends without a word where the disk fails: half a document is not to be taken for all of it.
+    if (!copy.flush() || copy.size() != m_key.size)
         return Conversion::Unavailable;
     *pDigest = hash.result().toHex();
     // A file that is being written to is neither in the state that was asked for nor in any other.
