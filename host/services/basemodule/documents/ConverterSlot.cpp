@@ -93,26 +93,39 @@ QString ConverterSlot::socketPath(const QString &profile)
     return QStringLiteral("/tmp/OSL_PIPE_%1_SingleOfficeIPC_%2").arg(::getuid()).arg(name);
 }
 
+std::unique_ptr<ConverterSlot> ConverterSlot::tryPlace(const QString &place)
+{
+    auto lock = std::make_unique<QLockFile>(place + QStringLiteral("/lock"));
+    // The lock of a process that is gone is void, whatever its age; that of a living one never is.
+    lock->setStaleLockTime(0);
+    if (!lock->tryLock())
+        return {};
+    std::unique_ptr<ConverterSlot> slot(new ConverterSlot(place, std::move(lock)));
+    // Only where we were killed, and the program with us, is there something in it.
+    if (QFileInfo::exists(slot->work()))
+        slot->discardProfile();
+    slot->clear();
+    return slot;
+}
+
 std::unique_ptr<ConverterSlot> ConverterSlot::acquire(const QString &folder)
 {
+    std::unique_ptr<ConverterSlot> slot;
     for (int i = 0; i < kMostSlots; ++i) {
-        if (!QDir().mkpath(folder + QStringLiteral("/converter-%1").arg(i)))
+        const QString name = QStringLiteral("/converter-%1").arg(i);
+        if (!slot && !QDir().mkpath(folder + name))
             return {};
         // The one spelling of the place that the program knows, too.
-        const QString place = QFileInfo(folder).canonicalFilePath() + QStringLiteral("/converter-%1").arg(i);
-        auto lock = std::make_unique<QLockFile>(place + QStringLiteral("/lock"));
-        // The lock of a process that is gone is void, whatever its age; that of a living one never is.
-        lock->setStaleLockTime(0);
-        if (!lock->tryLock())
-            continue;
-        std::unique_ptr<ConverterSlot> slot(new ConverterSlot(place, std::move(lock)));
-        slot->clear();
-        if (!QDir().mkpath(slot->work()))
-            return {};
-        QFile::setPermissions(place, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-        return slot;
+        const QString place = QFileInfo(folder).canonicalFilePath() + name;
+        if (!slot)
+            slot = tryPlace(place);
+        else if (QFileInfo::exists(place + QStringLiteral("/work")))
+            tryPlace(place); // copies of documents are not left lying about
     }
-    return {};
+    if (!slot || !QDir().mkpath(slot->work()))
+        return {};
+    QFile::setPermissions(slot->m_folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    return slot;
 }
 
 bool ConverterSlot::prepareProfile() const

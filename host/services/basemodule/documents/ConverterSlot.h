@@ -39,6 +39,8 @@ public:
 
 private:
     ConverterSlot(const QString &folder, std::unique_ptr<QLockFile> lock);
+    /** The one in this place, emptied; null while somebody is using it. */
+    static std::unique_ptr<ConverterSlot> tryPlace(const QString &place);
     void clear() const;
 
     const QString m_folder;
