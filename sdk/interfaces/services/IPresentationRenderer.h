@@ -20,7 +20,8 @@ public:
 
     /**
      * Renders page nPage (from 0), as large as fits into `pixelSize` physical pixels; an empty size asks for the
-     * page's own size, which previews show as 100 %. Null when it cannot be rendered.
+     * page's own size, which previews show as 100 %. Null when it cannot be rendered. A page that is zoomed far may be
+     * given up, null as well, when another page of the document is asked for meanwhile.
      */
     virtual QImage renderPage(qint64 nFileId, int nPage, const QSize &pixelSize) = 0;
 

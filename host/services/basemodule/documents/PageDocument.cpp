@@ -20,6 +20,8 @@ constexpr double kScreenDpi = 96.0;
 constexpr int kLargestOwnSide = 8192;
 // A page at 800 % of a large screen is within it.
 constexpr double kMostPixels = 160e6;
+// More than a page needs that is seen whole: seconds of work.
+constexpr double kZoomedPixels = 16e6;
 
 QSize ownSize(const QSizeF &points)
 {
@@ -76,8 +78,9 @@ std::shared_ptr<PageDocument> PageDocument::open(const QString &pdfPath)
 
 QImage PageDocument::render(int nPage, const QSize &pixelSize, const Abort &wish)
 {
-    const Abort abort = [this, &wish] {
-        return m_bAbandoned || (wish && wish());
+    bool bZoomed = false;
+    const Abort abort = [&] {
+        return m_bAbandoned || (wish && wish()) || (bZoomed && !isExpected(nPage));
     };
     const QMutexLocker lock(&m_mutex);
     if (nPage < 0 || nPage >= m_nPageCount || abort())
@@ -87,6 +90,9 @@ QImage PageDocument::render(int nPage, const QSize &pixelSize, const Abort &wish
     if (points.isEmpty())
         return {};
     const QSize size = targetSize(points, pixelSize);
+    bZoomed = !pixelSize.isEmpty() && double(size.width()) * size.height() > kZoomedPixels;
+    if (abort()) // before the memory is taken
+        return {};
     QImage image = page->renderToImage(kPointsPerInch * size.width() / points.width(),
                                        kPointsPerInch * size.height() / points.height(), 0, 0, size.width(),
                                        size.height(), Poppler::Page::Rotate0, nullptr, nullptr, shallAbort,

@@ -32,6 +32,10 @@ public:
     void abandon() { m_bAbandoned = true; }
     bool isAbandoned() const { return m_bAbandoned; }
 
+    /** Somebody waits for this page: what is being rendered of another one at the size of a far zoom is given up. */
+    void expect(int nPage) { m_nExpected = nPage; }
+    bool isExpected(int nPage) const { return m_nExpected == nPage; }
+
     int pageCount() const { return m_nPageCount; }
 
     /**
@@ -48,6 +52,7 @@ private:
     const int m_nPageCount;
     QMutex m_mutex;
     std::atomic_bool m_bAbandoned{false};
+    std::atomic_int m_nExpected{0};
 };
 
 } // namespace basemodule

@@ -80,6 +80,7 @@ QImage PresentationRenderer::renderPage(qint64 nFileId, int nPage, const QSize &
     if (!document.pages)
         return {};
     const QSize size = pixelSize.isEmpty() ? QSize() : pixelSize;
+    document.pages->expect(nPage);
     QImage image = m_ahead.take(document.pages, nPage, size);
     if (image.isNull()) {
         const DecodeGate::Foreground foreground(m_gate);
@@ -88,7 +89,8 @@ QImage PresentationRenderer::renderPage(qint64 nFileId, int nPage, const QSize &
     const QMutexLocker lock(&m_mutex);
     if (document.pages->isAbandoned())
         return {};
-    if (!image.isNull())
+    // A page that was left while it was rendered is not the one whose neighbours come next.
+    if (!image.isNull() && document.pages->isExpected(nPage))
         m_ahead.show(document.pages, nPage, size, image);
     return image;
 }
