@@ -98,7 +98,7 @@ private:
     void layOutView();
     void updatePageLabel();
     void turnPage(int nStep);
-    void startPageLoad();
+    void startPageLoad(bool bOwnSize = false);
     static PreviewResourceThread *createTask(const PageLoad &load, const QSize &pixelSize);
     void takeFrame(qint64 fileId, const QPixmap &frame, bool bFirst);
     void showPage(const QPixmap &frame, const PageLoad &load);

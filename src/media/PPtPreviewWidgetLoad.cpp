@@ -115,7 +115,7 @@ void PPtPreviewWidget::turnPage(int nStep)
     startPageLoad();
 }
 
-void PPtPreviewWidget::startPageLoad()
+void PPtPreviewWidget::startPageLoad(bool bOwnSize)
 {
     PluginInnerData *pData = PluginInnerData::instance();
     const qint64 nFileId = pData->currentFileId();
@@ -126,7 +126,7 @@ void PPtPreviewWidget::startPageLoad()
     cancelSharpening();
     PageLoad load{m_nPageIndex, {}, QSharedPointer<PictureLoad>::create()};
     QSize pixels;
-    if (!m_pageSize.isEmpty()) {
+    if (!bOwnSize && !m_pageSize.isEmpty()) {
         // The pages of a document are alike: the next one is asked for as it will be shown.
         const double fFit = ZoomModel::fitToWindowTarget(size(), m_pageSize).value_or(1.0);
         if (fFit * devicePixelRatioF() > 1.0 || pixelCount(m_pageSize) > LargeOwnPixels) {
@@ -177,6 +177,11 @@ void PPtPreviewWidget::takeFrame(qint64 fileId, const QPixmap &frame, bool bFirs
     if (bAskedFor && (load.pLoad->isUnwanted() || (bOtherPage && !m_bPageShown))) {
         // Of an earlier showing of the file, or of a page that was passed by before any was seen.
         startPageLoad();
+        return;
+    }
+    if (!frame.isNull() && pageSizeOf(frame.size(), load.pageSize) != load.pageSize && !load.pageSize.isEmpty()) {
+        // A page unlike the one before: how large it is at 100 % is not known yet.
+        startPageLoad(true);
         return;
     }
     if (m_pPageItem == nullptr)
