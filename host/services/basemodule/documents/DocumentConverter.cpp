@@ -70,13 +70,14 @@ bool DocumentConverter::isProgramMissing(PictureFormat format) const
     return bNeedsOne && programFor(format).isEmpty();
 }
 
-void DocumentConverter::reportMissing(PictureFormat format)
+void DocumentConverter::reportMissing(PictureFormat format, DocumentWait wait)
 {
     ProblemHandler handler;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         bool &bReported = format == PictureFormat::Office ? m_bOfficeReported : m_bPostScriptReported;
-        if (bReported || !m_problemHandler)
+        // Whoever looks at such a document is told again: what is in sight may be about something else by now.
+        if ((bReported && wait == DocumentWait::Worker) || !m_problemHandler)
             return;
         bReported = true;
         handler = m_problemHandler;
@@ -123,7 +124,7 @@ Conversion DocumentConverter::convert(const QString &path, Extent wanted, Docume
         return result;
     const QString program = format == PictureFormat::Pdf ? QString() : programFor(format);
     if (program.isEmpty() && format != PictureFormat::Pdf) {
-        reportMissing(format);
+        reportMissing(format, wait);
         return result;
     }
     const bool bTurn = wait == DocumentWait::Worker;

@@ -48,7 +48,7 @@ public:
     /** After an answer of `proceed` changed. */
     void wake() { m_changed.notify_all(); }
 
-    /** Is told once of each missing program, in any thread. */
+    /** Is told of each missing program, once for the background and whenever somebody looks; in any thread. */
     void setProblemHandler(const ProblemHandler &handler);
 
     /** Kills what runs and waits for its end; nothing is converted afterwards. */
@@ -66,7 +66,7 @@ private:
     using JobPointer = std::shared_ptr<Job>;
 
     QString programFor(PictureFormat format) const;
-    void reportMissing(PictureFormat format);
+    void reportMissing(PictureFormat format, DocumentWait wait);
     bool isKnownToFail(const FileKey &key) const;
     JobPointer join(const FileKey &key, Extent extent, PictureFormat format, const QString &program);
     void work(const JobPointer &pJob, PictureFormat format, const QString &program);
