@@ -30,6 +30,8 @@ HubLoadingPage::HubLoadingPage(QWidget *pParent)
     pLayout->setMargin(0);
     // Just as large as it needs to be: each turn of the ring repaints all of it.
     m_pIndicator->setFixedSize(IndicatorWidth, IndicatorHeight);
+    // The veil's colour, which reaches the labels of the quick preview, would cover the panel behind them.
+    m_pIndicator->setStyleSheet(QStringLiteral("background:transparent;"));
     pLayout->addWidget(m_pIndicator, 0, Qt::AlignCenter);
     m_pIndicator->hide();
     m_pDelay->setSingleShot(true);
