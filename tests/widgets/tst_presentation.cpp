@@ -74,6 +74,19 @@ private Q_SLOTS:
         QCOMPARE(item()->pictureSize(), page);
     }
 
+    /** So large a page that the next one is asked for as it would be shown if it were like it. */
+    void unlikePages()
+    {
+        const Sizes sizes{QSize(5000, 4000), QSize(300, 400), QSize(80, 60)};
+        load(sizes);
+        for (int nPage = 1; nPage < sizes.size(); ++nPage) {
+            command(u'>');
+            for (int i = 0; i < 3; ++i)
+                finishWorkers();
+            QCOMPARE(item()->pictureSize(), sizes.at(nPage));
+        }
+    }
+
     /** Pages that are passed by are not rendered one after the other, and the last one wanted is shown. */
     void keyStorm()
     {
