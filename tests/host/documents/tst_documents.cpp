@@ -174,6 +174,23 @@ private Q_SLOTS:
         QTRY_COMPARE(ahead.heldBytes(), 0);
     }
 
+    void farZoomMakesWay()
+    {
+        const DocumentStage stage(kConverts);
+        QVERIFY(stage.renderer().openDocument(1, stage.deck()));
+        bool bGivenUp = false;
+        // Sooner or later the next page is asked for in the middle of it.
+        for (int nMsec = 0; !bGivenUp && nMsec < 200; nMsec += 5) {
+            auto large = std::async(std::launch::async,
+                                    [&stage] { return stage.renderer().renderPage(1, 0, QSize(8000, 4500)); });
+            QTest::qWait(nMsec);
+            QVERIFY(showsSlide(stage.renderer().renderPage(1, 1, QSize(800, 450)), 1));
+            bGivenUp = large.get().isNull();
+        }
+        QVERIFY(bGivenUp);
+        QVERIFY(showsSlide(stage.renderer().renderPage(1, 0, QSize(8000, 4500)), 0));
+    }
+
     void openAndLeave()
     {
         const DocumentStage stage("sleep 0.0$(($$ % 8)); cp \"$pages\" \"$out/document.pdf\"");
