@@ -241,6 +241,8 @@ void MiddleResourcePreviewWidget::closeWhenOpened()
 void MiddleResourcePreviewWidget::finishClosing()
 {
     setClosePending(false);
+    // Whatever was begun since leaving was asked for is not opened for nobody.
+    m_pOpenings->closeAll();
     PluginInnerData::instance()->clearRenderCache();
     if (m_nMode == SpaceDialogMode)
         Q_EMIT signal_close_space_dialog();
