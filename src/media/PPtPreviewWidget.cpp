@@ -231,7 +231,19 @@ void PPtPreviewWidget::resizeEvent(QResizeEvent *pEvent)
     BasePreviewWidget::resizeEvent(pEvent);
     m_pToolBar->resize(width(), PPtPreviewToolBar::BarHeight);
     m_pToolBar->move(0, height() - ToolBarTop);
+    // A page that is seen whole stays so: it may have come before the columns beside it.
+    const bool bFitted = isFitted();
     layOutView();
+    if (bFitted)
+        m_pZoom->fitToWindow(false);
+}
+
+bool PPtPreviewWidget::isFitted() const
+{
+    if (!m_bPageShown || m_pPageItem == nullptr || m_pZoom->isAnimating() || !m_pPageItem->pos().isNull())
+        return false;
+    const double fFit = ZoomModel::fitToWindowTarget(m_view->size(), m_pPageItem->shownSize()).value_or(1.0);
+    return qFuzzyCompare(m_pZoom->scale(), fFit);
 }
 
 void PPtPreviewWidget::layOutView()

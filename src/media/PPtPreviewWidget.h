@@ -96,6 +96,8 @@ private:
     void createFileActions();
     void createItem();
     void layOutView();
+    /** Whether the page stands as the hub, or fit to window, shows it. */
+    bool isFitted() const;
     void updatePageLabel();
     void turnPage(int nStep);
     void startPageLoad(bool bOwnSize = false);

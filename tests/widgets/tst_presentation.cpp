@@ -74,6 +74,21 @@ private Q_SLOTS:
         QCOMPARE(item()->pictureSize(), page);
     }
 
+    /** The columns beside it take a page that is seen whole no part of it; one that was zoomed stays as it is. */
+    void fittedAgain()
+    {
+        load({QSize(1600, 400)});
+        const std::pair<QSize, const char *> sizes[] = {
+            {{800, 600}, "1/1 50%"}, {{400, 600}, "1/1 25%"}, {{800, 600}, "1/1 50%"}};
+        for (const auto &[size, pExpected] : sizes) {
+            m_widget->resize(size);
+            QCOMPARE(labels(), QLatin1String(pExpected));
+        }
+        command(u'+');
+        m_widget->resize(400, 600);
+        QCOMPARE(labels(), QStringLiteral("1/1 75%"));
+    }
+
     /** So large a page that the next one is asked for as it would be shown if it were like it. */
     void unlikePages()
     {
