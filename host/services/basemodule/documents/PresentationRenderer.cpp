@@ -38,7 +38,7 @@ bool PresentationRenderer::openDocument(qint64 nFileId, const QString &path)
         return false;
     if (m_documents.contains(nFileId)) {
         if (m_documents.value(nFileId).key == key)
-            return true; // somebody else was quicker, and may be reading it
+            return true;                  // somebody else was quicker, and may be reading it
         close(m_documents.take(nFileId)); // as the file was before it changed
     }
     m_documents.insert(nFileId, {key, pages});
