@@ -20,6 +20,25 @@ struct PictureStage {
     QImage picture(const QString &path, int nSide = 512) { return module.readPicture(path, nSide, running); }
 };
 
+/** Of two pictures of any size, over all colours. */
+int meanDifference(const QImage &first, const QImage &second)
+{
+    if (first.isNull() || second.isNull())
+        return 255;
+    const QSize size(64, 48);
+    const QImage a = first.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage b = second.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    int nSum = 0;
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            const QColor c = a.pixelColor(x, y);
+            const QColor d = b.pixelColor(x, y);
+            nSum += qAbs(c.red() - d.red()) + qAbs(c.green() - d.green()) + qAbs(c.blue() - d.blue());
+        }
+    }
+    return nSum / (size.width() * size.height() * 3);
+}
+
 } // namespace
 
 class TestMediaFiles : public LoggedTest {
@@ -77,23 +96,16 @@ private Q_SLOTS:
         playing.showVideo(QSize(320, 240));
         playing.service->openAndPlay(&playing.owner, mediaSample(QTest::currentDataTag()), 0);
         playing.service->pause();
-        QTRY_COMPARE(playing.lastPosition(), qint64(0));
         QTRY_VERIFY(!playing.service->currentFrame(&playing.owner).isEmpty());
-        const QImage played = QImage(playing.service->currentFrame(&playing.owner))
-                                  .scaled(64, 48, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-        // Its only key frame is the first one.
-        const QImage still = stage.picture(mediaSample(QTest::currentDataTag()))
-                                 .scaled(64, 48, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-        int nSum = 0;
-        for (int y = 0; y < 48; ++y) {
-            for (int x = 0; x < 64; ++x) {
-                const QColor a = played.pixelColor(x, y);
-                const QColor b = still.pixelColor(x, y);
-                nSum += qAbs(a.red() - b.red()) + qAbs(a.green() - b.green()) + qAbs(a.blue() - b.blue());
-            }
-        }
-        const int nMean = nSum / (64 * 48 * 3);
-        QVERIFY2(nMean <= most, qPrintable(QString::number(nMean)));
+        // Its only key frame is the first one; on a busy machine the player has gone past it.
+        playing.service->seek(0);
+        const QImage still = stage.picture(mediaSample(QTest::currentDataTag()));
+        int nMean = 255;
+        const auto isAlike = [&] {
+            nMean = meanDifference(QImage(playing.service->currentFrame(&playing.owner)), still);
+            return nMean <= most;
+        };
+        QVERIFY2(QTest::qWaitFor(isAlike), qPrintable(QString::number(nMean)));
     }
 
     void analysisAndRendition()
