@@ -119,7 +119,9 @@ PictureDecoder::Picture copyPixels(const IDecodedBitmap &bitmap)
     if (image.isNull()) // out of memory
         return picture;
     uchar *pPixels = image.bits();
-    if (pixel.nBytes == 4) {
+    // Rows that do not begin at whole words are copied by the byte.
+    const bool bWords = (reinterpret_cast<quintptr>(bitmap.pixels()) | quintptr(nRowLength)) % sizeof(quint32) == 0;
+    if (pixel.nBytes == 4 && bWords) {
         copyWords(bitmap, &picture);
         return picture;
     }
