@@ -103,9 +103,8 @@ void MpvPlayer::loadProbed()
         return;
     const bool bTurns = frames()->turnsFrames();
     frames()->forgetFrames();
-    const QByteArray filters = m_setup.rendering == Rendering::None || bTurns
-                                   ? QByteArray()
-                                   : videoFilters(m_probed->video);
+    const QByteArray filters =
+        m_setup.rendering == Rendering::None || bTurns ? QByteArray() : videoFilters(m_probed->video);
     m_bCoreBusy = true;
     m_core.set("pause", m_bPaused);
     const QByteArray start = m_nStartMsec > 0 ? seconds(m_nStartMsec) : QByteArrayLiteral("none");
