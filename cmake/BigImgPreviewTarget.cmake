@@ -13,11 +13,34 @@ function(bigimgpreview_target target)
         QT_USE_QSTRINGBUILDER
         QT_DEPRECATED_WARNINGS
         QT_DISABLE_DEPRECATED_BEFORE=0x050C00)
+    if(WIN32)
+        target_compile_definitions(${target} PRIVATE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN STRICT)
+    endif()
     if(MSVC)
         target_compile_options(${target} PRIVATE /W4 /WX /utf-8)
     else()
         target_compile_options(${target} PRIVATE
-            -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+            -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wvla)
+    endif()
+endfunction()
+
+# bigimgpreview_windows_library(TARGET DESCRIPTION): what a DLL of ours has besides: version information, the linker's
+# protections, a name without "lib", and the compiler's runtime inside, so that it needs nothing but Qt and Windows.
+function(bigimgpreview_windows_library target description)
+    if(NOT WIN32)
+        return()
+    endif()
+    set(file_description "${description}")
+    string(REPLACE "." "," file_version "${PROJECT_VERSION},0")
+    configure_file("${CMAKE_SOURCE_DIR}/cmake/BigImgPreviewVersion.rc.in"
+        "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc" @ONLY)
+    target_sources(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc")
+    set_target_properties(${target} PROPERTIES PREFIX "")
+    if(MSVC)
+        target_link_options(${target} PRIVATE /DYNAMICBASE /NXCOMPAT /HIGHENTROPYVA)
+    else()
+        target_link_options(${target} PRIVATE
+            -static -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va -Wl,--exclude-libs,ALL)
     endif()
 endfunction()
 
@@ -42,6 +65,7 @@ function(bigimgpreview_plugin target)
     if(UNIX AND NOT APPLE AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
+    bigimgpreview_windows_library(${target} "Preview surfaces")
     install(TARGETS ${target}
         LIBRARY DESTINATION "${BIGIMGPREVIEW_PLUGIN_INSTALL_DIR}${folder}"
         RUNTIME DESTINATION "${BIGIMGPREVIEW_PLUGIN_INSTALL_DIR}${folder}")

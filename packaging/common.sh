@@ -27,6 +27,25 @@ install_missing() {
         apt-get -q install -y --no-install-recommends "${missing[@]}" >&2 || die "apt-get install failed"
 }
 
+# Starts a display that nobody sees, sets DISPLAY to it and ends it with this shell.
+start_display() {
+    local numbers server
+    numbers=$(mktemp) || die "cannot make a temporary file"
+    # Xvfb finds a free display itself and writes its number once it accepts windows.
+    Xvfb -displayfd 3 -screen 0 1920x1080x24 -nolisten tcp 3>"$numbers" >/dev/null 2>&1 &
+    server=$!
+    # shellcheck disable=SC2064 # these two, whatever the names stand for later
+    trap "kill $server 2>/dev/null; rm -f '$numbers'" EXIT
+    for _ in $(seq 100); do
+        [ -s "$numbers" ] && break
+        kill -0 "$server" 2>/dev/null || die "Xvfb did not start"
+        sleep 0.1
+    done
+    [ -s "$numbers" ] || die "Xvfb did not start"
+    DISPLAY=:$(cat "$numbers")
+    export DISPLAY
+}
+
 # build PRESET [cmake option…] [-- target…]: configures a preset and builds all of it, or those targets.
 build() {
     local preset=$1 options=()

@@ -108,13 +108,13 @@ void TSScrollBar::slot_valueChange_scrollBar(int value)
     setValue(value);
 }
 
-void TSScrollBar::slot_rangeChanged(int min, int max)
+void TSScrollBar::slot_rangeChanged(int nMinimum, int nMaximum)
 {
     // The area's bar may begin elsewhere; this one always begins at 0.
-    setMinimum(min);
-    setRange(0, max);
-    setPageStep(m_pArea != nullptr ? m_pArea->verticalScrollBar()->pageStep() : int((height() + max) * PageShare));
-    if (max < 1)
+    setMinimum(nMinimum);
+    setRange(0, nMaximum);
+    setPageStep(m_pArea != nullptr ? m_pArea->verticalScrollBar()->pageStep() : int((height() + nMaximum) * PageShare));
+    if (nMaximum < 1)
         hide();
     else if (geometry().contains(mapFromGlobal(QCursor::pos())))
         show();

@@ -25,7 +25,7 @@ public:
 
 public Q_SLOTS:
     void slot_valueChange_scrollBar(int value);
-    void slot_rangeChanged(int min, int max);
+    void slot_rangeChanged(int nMinimum, int nMaximum);
 
 protected:
     bool eventFilter(QObject *pWatched, QEvent *pEvent) override;

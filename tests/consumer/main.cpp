@@ -9,7 +9,8 @@
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    QPluginLoader loader(QStringLiteral(PLUGIN_DIR "/libbigimgpreview.so"));
+    // Without prefix and suffix: the loader adds what the platform has.
+    QPluginLoader loader(QStringLiteral(PLUGIN_DIR "/bigimgpreview"));
     auto *plugin = qobject_cast<IPlugin *>(loader.instance());
     if (plugin == nullptr || qobject_cast<IBigImgPreviewPlugin *>(loader.instance()) == nullptr) {
         QTextStream(stderr) << loader.errorString() << '\n';
