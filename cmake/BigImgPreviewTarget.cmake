@@ -17,11 +17,12 @@ function(bigimgpreview_target target)
         target_compile_definitions(${target} PRIVATE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN STRICT)
     endif()
     if(MSVC)
-        target_compile_options(${target} PRIVATE /W4 /WX /utf-8)
+        set(options /W4 /WX /utf-8)
     else()
-        target_compile_options(${target} PRIVATE
-            -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wvla)
+        set(options -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wvla)
     endif()
+    # Not for the resource compiler.
+    target_compile_options(${target} PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:${options}>")
 endfunction()
 
 # bigimgpreview_windows_library(TARGET DESCRIPTION): what a DLL of ours has besides: version information, the linker's

@@ -63,6 +63,8 @@ using TestApplication = QApplication;
 template <class Test>
 int runTest(int argc, char **argv)
 {
+    // Dialogs that a test can answer, on every platform.
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     TestApplication application(argc, argv);
     QStandardPaths::setTestModeEnabled(true);
     QApplication::setQuitOnLastWindowClosed(false);

@@ -68,6 +68,15 @@ QVector<Arrow> arrowsOf(const QString &room)
     return arrows;
 }
 
+/** The code without its comments and texts. */
+QString bareCode(const QString &path)
+{
+    static const QRegularExpression ignored(QStringLiteral("//[^\\n]*|/\\*.*?\\*/|\"(?:[^\"\\\\\\n]|\\\\.)*\""),
+                                            QRegularExpression::DotMatchesEverythingOption);
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).remove(ignored) : QString();
+}
+
 bool isStandardHeader(const QString &name)
 {
     return !name.contains(QLatin1Char('/')) && !name.contains(QLatin1Char('.')) && name.at(0).isLower();
@@ -126,6 +135,27 @@ private Q_SLOTS:
             const bool sdk = arrow.to.startsWith(QLatin1String("sdk/"));
             if (from == 0 && sdk && !arrow.to.startsWith(QLatin1String("sdk/theme/")))
                 wrong.append(text(arrow));
+        }
+        QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
+    }
+
+    void namesOfOtherCompilers()
+    {
+        // Macros of the Windows headers, and words that only one compiler knows.
+        static const QRegularExpression refused(
+            QStringLiteral("\\b(near|far|interface|small|hyper|__attribute__|__builtin_\\w+|__typeof__|alloca)\\b|"
+                           "\\w[ ,*&](min|max)\\b"));
+        QStringList wrong;
+        for (const char *pRoom : {"sdk", "src"}) {
+            QDirIterator files(root + QLatin1Char('/') + QLatin1String(pRoom),
+                               {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files,
+                               QDirIterator::Subdirectories);
+            while (files.hasNext()) {
+                const QString path = files.next();
+                const auto match = refused.match(bareCode(path));
+                if (match.hasMatch())
+                    wrong.append(path + QStringLiteral(": ") + match.captured());
+            }
         }
         QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
     }

@@ -4,6 +4,7 @@
 #include "image/ImgPreviewWidget.h"
 
 #include <QImageReader>
+#include <QImageWriter>
 
 namespace {
 
@@ -33,6 +34,12 @@ QSize sizeOf(const QString &path)
     return reader.format() == "webp" ? reader.size() : QSize();
 }
 
+/** Where Qt comes without the format, the user's own file is handed on. */
+bool writesWebP()
+{
+    return QImageWriter::supportedImageFormats().contains("webp");
+}
+
 } // namespace
 
 /** Preview pictures: how they are prepared, and their way to the host. */
@@ -55,6 +62,10 @@ private Q_SLOTS:
             int nWidth = -1;
             int nHeight = -1;
             const QString made = TsQtUtils::prepareCoverImage(path, &nWidth, &nHeight);
+            if (!writesWebP()) {
+                QCOMPARE(made, QFile::exists(path) ? path : QString());
+                continue;
+            }
             QVERIFY(made != path && made.startsWith(QDir::tempPath()) && made.endsWith(QStringLiteral(".webp")));
             QCOMPARE(QSize(nWidth, nHeight), expected);
             QCOMPARE(sizeOf(made), expected);
@@ -80,13 +91,20 @@ private Q_SLOTS:
 
     void fullTemporaryFolder()
     {
-        const QByteArray before = qgetenv("TMPDIR");
-        qputenv("TMPDIR", "/proc");
+#if defined(Q_OS_WIN)
+        const char *pVariable = "TMP";
+        const QByteArray unusable("C:\\none");
+#else
+        const char *pVariable = "TMPDIR";
+        const QByteArray unusable("/proc");
+#endif
+        const QByteArray before = qgetenv(pVariable);
+        qputenv(pVariable, unusable);
         const QString path = save(plain({50, 20}), QStringLiteral("kept.png"));
         answerFileDialog(path);
         m_pController->chooseCover();
         finishWorkers();
-        before.isEmpty() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
+        before.isEmpty() ? qunsetenv(pVariable) : qputenv(pVariable, before);
         QCOMPARE(sent().size(), 1);
         QCOMPARE(sent().first().path, path);
     }
@@ -111,8 +129,9 @@ private Q_SLOTS:
         finishWorkers();
         QCOMPARE(sent().size(), 1);
         QCOMPARE(sent().first().fileIds, QVector<qint64>{1});
-        QVERIFY(sent().first().path != path);
-        QCOMPARE(sizeOf(sent().first().path), expected);
+        QCOMPARE(sent().first().path == path, !writesWebP());
+        if (writesWebP())
+            QCOMPARE(sizeOf(sent().first().path), expected);
         host().desk.answer(0);
         QVERIFY(!m_calls.contains(QStringLiteral("refresh"))); // another file is shown
     }
@@ -124,8 +143,10 @@ private Q_SLOTS:
         m_pController->setCover(slow);
         m_pController->setCover(quick);
         QTRY_COMPARE(sent().size(), 2);
-        QCOMPARE(sizeOf(sent().at(0).path), QSize(320, 320));
-        QCOMPARE(sizeOf(sent().at(1).path), QSize(20, 20));
+        if (writesWebP()) {
+            QCOMPARE(sizeOf(sent().at(0).path), QSize(320, 320));
+            QCOMPARE(sizeOf(sent().at(1).path), QSize(20, 20));
+        }
         host().desk.answer(0); // of the request that the second one replaced
         QVERIFY(m_calls.isEmpty());
         host().desk.answer(1);
@@ -221,7 +242,10 @@ private:
         image.save(path);
         return path;
     }
-    QVector<ActionRequest> sent() { return host().desk.of(ActionKind::File); }
+    QVector<ActionRequest> sent()
+    {
+        return host().desk.of(ActionKind::File);
+    }
 
     QTemporaryDir m_folder;
 };

@@ -1,6 +1,5 @@
 // Takes the place of the file manager: writes what it was asked into the file that BIGIMGPREVIEW_EXPLORER_RECORD names.
 #include <string>
-
 #include <windows.h>
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR pParameters, int)

@@ -136,9 +136,9 @@ void tst_windows_module::saysWhatItIs()
     QCOMPARE(info.name, QStringLiteral("Big Image Preview"));
 
     const QString sdk = QCoreApplication::applicationDirPath();
-    for (const QString &path : {m_loader.fileName(), sdk + QStringLiteral("/BigImgPreviewInterfaces.dll"),
-                                sdk + QStringLiteral("/BigImgPreviewTheme.dll"),
-                                sdk + QStringLiteral("/BigImgPreviewTracking.dll")}) {
+    for (const QString &path :
+         {m_loader.fileName(), sdk + QStringLiteral("/BigImgPreviewInterfaces.dll"),
+          sdk + QStringLiteral("/BigImgPreviewTheme.dll"), sdk + QStringLiteral("/BigImgPreviewTracking.dll")}) {
         QCOMPARE(versionText(path, QStringLiteral("ProductName")), QStringLiteral("Big Image Preview"));
         QCOMPARE(versionText(path, QStringLiteral("OriginalFilename")), QFileInfo(path).fileName());
         QVERIFY(versionText(path, QStringLiteral("FileVersion")).startsWith(info.version));
@@ -155,8 +155,7 @@ void tst_windows_module::unloadsAndLoadsAgain()
         m_pPreview = qobject_cast<IBigImgPreviewPlugin *>(m_loader.instance());
         QVERIFY2(m_pPreview != nullptr, qPrintable(m_loader.errorString()));
         // Nothing was handed in: an empty preview comes and goes.
-        const std::unique_ptr<IPreviewSpaceDialog> pDialog(
-            m_pPreview->createPreviewSpaceDialog(nullptr, {}, -1, 0, 0));
+        const std::unique_ptr<IPreviewSpaceDialog> pDialog(m_pPreview->createPreviewSpaceDialog(nullptr, {}, -1, 0, 0));
         pDialog->showPreview();
         QVERIFY(waitForPicture());
         QVERIFY(isPlaceholder());
