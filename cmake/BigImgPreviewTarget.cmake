@@ -19,7 +19,7 @@ function(bigimgpreview_target target)
     if(MSVC)
         set(options /W4 /WX /utf-8)
     else()
-        set(options -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wvla)
+        set(options -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
     endif()
     # Not for the resource compiler.
     target_compile_options(${target} PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:${options}>")
