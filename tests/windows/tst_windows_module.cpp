@@ -135,10 +135,10 @@ void tst_windows_module::saysWhatItIs()
     qobject_cast<IPlugin *>(pRoot)->getPluginInfo(info);
     QCOMPARE(info.name, QStringLiteral("Big Image Preview"));
 
-    const QString sdk = QCoreApplication::applicationDirPath();
-    for (const QString &path :
-         {m_loader.fileName(), sdk + QStringLiteral("/BigImgPreviewInterfaces.dll"),
-          sdk + QStringLiteral("/BigImgPreviewTheme.dll"), sdk + QStringLiteral("/BigImgPreviewTracking.dll")}) {
+    const QDir sdk(QCoreApplication::applicationDirPath());
+    for (const QString &path : {m_loader.fileName(), sdk.filePath(QStringLiteral("BigImgPreviewInterfaces.dll")),
+                                sdk.filePath(QStringLiteral("BigImgPreviewTheme.dll")),
+                                sdk.filePath(QStringLiteral("BigImgPreviewTracking.dll"))}) {
         QCOMPARE(versionText(path, QStringLiteral("ProductName")), QStringLiteral("Big Image Preview"));
         QCOMPARE(versionText(path, QStringLiteral("OriginalFilename")), QFileInfo(path).fileName());
         QVERIFY(versionText(path, QStringLiteral("FileVersion")).startsWith(info.version));
