@@ -27,6 +27,8 @@ protected Q_SLOTS:
         m_log.reset(); // one at a time
         m_log = std::make_unique<LogCapture>();
         m_log->expect(QStringLiteral("This plugin does not support ")); // the offscreen platform, of window matters
+        m_log->expect(
+            QStringLiteral("setGeometry: Unable to set geometry")); // Windows, of windows smaller than its frame
     }
 
     virtual void cleanup()
