@@ -1,4 +1,5 @@
 # What a DLL says of itself: the libraries it imports, the names it exports, and the protections it was linked with.
+cmake_minimum_required(VERSION 3.25)
 execute_process(COMMAND "${OBJDUMP}" -p "${MODULE}" OUTPUT_VARIABLE tables COMMAND_ERROR_IS_FATAL ANY)
 cmake_path(GET MODULE STEM name)
 

@@ -6,6 +6,8 @@
 #include "interfaces/surfaces/IPreviewDbClickWidget.h"
 #include "interfaces/surfaces/IPreviewSpaceDialog.h"
 
+#include <QGraphicsItem>
+#include <QGraphicsView>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QPluginLoader>
@@ -58,20 +60,175 @@ class tst_windows_module : public LoggedTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void saysWhatItIs();
-    void unloadsAndLoadsAgain();
-    void filesStayFree_data();
-    void filesStayFree();
-    void stepsAndZooms();
-    void fullPreview();
+    void saysWhatItIs()
+    {
+        const QJsonObject metaData = m_loader.metaData();
+        QCOMPARE(metaData.value(QStringLiteral("IID")).toString(),
+                 QStringLiteral("Tessaro.Plugin.IBigImgPreviewPlugin/1.0"));
+        QCOMPARE(metaData.value(QStringLiteral("MetaData")).toObject(),
+                 (QJsonObject{{QStringLiteral("Keys"), QJsonArray{QStringLiteral("plg_bigimgpreviewplugin")}}}));
+        QObject *pRoot = m_loader.instance();
+        QCOMPARE(pRoot->qt_metacast("KOR.Core.IPlugin/1.0"), pRoot->qt_metacast("IPlugin"));
+        QVERIFY(pRoot->qt_metacast("IPlugin") != pRoot->qt_metacast("IBigImgPreviewPlugin"));
+        PluginInfo info;
+        qobject_cast<IPlugin *>(pRoot)->getPluginInfo(info);
+        QCOMPARE(info.name, QStringLiteral("Big Image Preview"));
+
+        const QDir sdk(QCoreApplication::applicationDirPath());
+        for (const QString &path : {m_loader.fileName(), sdk.filePath(QStringLiteral("BigImgPreviewInterfaces.dll")),
+                                    sdk.filePath(QStringLiteral("BigImgPreviewTheme.dll")),
+                                    sdk.filePath(QStringLiteral("BigImgPreviewTracking.dll"))}) {
+            QCOMPARE(versionText(path, QStringLiteral("ProductName")), QStringLiteral("Big Image Preview"));
+            QCOMPARE(versionText(path, QStringLiteral("OriginalFilename")), QFileInfo(path).fileName());
+            QVERIFY(versionText(path, QStringLiteral("FileVersion")).startsWith(info.version));
+            QVERIFY(!versionText(path, QStringLiteral("FileDescription")).isEmpty());
+        }
+    }
+
+    void unloadsAndLoadsAgain()
+    {
+        m_pPreview->clearPreviewData();
+        for (int i = 0; i < 3; ++i) {
+            QVERIFY2(m_loader.unload(), qPrintable(m_loader.errorString()));
+            QVERIFY(GetModuleHandleW(L"bigimgpreview.dll") == nullptr);
+            m_pPreview = qobject_cast<IBigImgPreviewPlugin *>(m_loader.instance());
+            QVERIFY2(m_pPreview != nullptr, qPrintable(m_loader.errorString()));
+            // Nothing was handed in: an empty preview comes and goes.
+            const std::unique_ptr<IPreviewSpaceDialog> pDialog(
+                m_pPreview->createPreviewSpaceDialog(nullptr, {}, -1, 0, 0));
+            pDialog->showPreview();
+            QVERIFY(waitForPicture());
+            QVERIFY(isPlaceholder());
+            QVERIFY(leave());
+            QThreadPool::globalInstance()->waitForDone();
+        }
+    }
+
+    void filesStayFree_data()
+    {
+        const auto row = columns<QString, bool>("name", "bNative");
+        row("forward slashes", "a b/animation.gif", false);
+        row("back slashes", "a b/animation.gif", true);
+        row("other alphabets", "100 % ä/图片 😀.gif", false);
+        row("long path", QStringLiteral("%1/%1/%1/animation.gif").arg(QString(120, QLatin1Char('p'))), false);
+    }
+
+    void filesStayFree()
+    {
+        const auto [name, bNative] = currentRow<QString, bool>();
+        const QString path = m_pFolder->filePath(name);
+        QVERIFY(writeFile(path, redAnimation()));
+        const QString given = bNative ? QDir::toNativeSeparators(path) : path;
+        FakePicture picture;
+        picture.colour = Still;
+        m_pHost->addPicture(1, GifType, given, picture);
+        m_fileIds = {1};
+        const std::unique_ptr<IPreviewSpaceDialog> pDialog(open(1));
+        QVERIFY(waitForPicture());
+        // The preview reads the animation from the file itself, after the host's picture.
+        QTRY_VERIFY_WITH_TIMEOUT(isAbout(colorAt(0.5, 0.5), Qt::red), PatienceMsec);
+        QCOMPARE(m_pHost->decoder.counts().paths, QStringList{given});
+
+        // Windows refuses all of this for a file that somebody holds open.
+        const QString moved = QFileInfo(path).path() + QStringLiteral("/moved.gif");
+        QVERIFY(QFile::rename(path, moved));
+        QVERIFY(QFile::rename(moved, path));
+        QVERIFY(writeFile(path, "other content"));
+        QVERIFY(QFile::remove(path));
+        QVERIFY(QDir(QFileInfo(path).path()).removeRecursively());
+        QVERIFY(isAbout(colorAt(0.5, 0.5), Qt::red));
+        QVERIFY(leave());
+    }
+
+    void stepsAndZooms()
+    {
+        const QVector<QColor> colours = {Qt::darkGreen, Qt::darkBlue, Qt::darkRed};
+        for (int i = 0; i < colours.size(); ++i) {
+            FakePicture picture;
+            picture.size = {400, 300};
+            picture.colour = colours.at(i);
+            m_pHost->addPicture(i + 1, PngType, QStringLiteral("C:/pictures/%1.png").arg(i), picture);
+            m_fileIds.append(i + 1);
+        }
+        const std::unique_ptr<IPreviewSpaceDialog> pDialog(open(1));
+        QSignalSpy changes(pDialog.get(), &IPreviewSpaceDialog::signalPreviewFileIdChanged);
+        QSignalSpy closed(pDialog.get(), &IPreviewSpaceDialog::signalSpacePreviewClosed);
+        QVERIFY(waitForPicture());
+        for (int i = 1; i < colours.size(); ++i) {
+            key(Qt::Key_Right);
+            QVERIFY(waitForPicture());
+            QTRY_VERIFY(isAbout(colorAt(0.5, 0.5), colours.at(i)));
+        }
+        QCOMPARE(changes.size(), colours.size() - 1);
+        const auto shownWidth = [] {
+            return view()->mapFromScene(picture()->sceneBoundingRect()).boundingRect().width();
+        };
+        const double fBefore = shownWidth();
+        QVERIFY(fBefore > 0);
+        key(Qt::Key_Plus);
+        QTRY_VERIFY(shownWidth() > fBefore);
+        QVERIFY(leave());
+        QCOMPARE(closed.size(), 1);
+        QTRY_VERIFY(m_pHost->decoder.counts().isBalanced());
+    }
+
+    void fullPreview()
+    {
+        FakePicture picture;
+        picture.colour = Still;
+        for (const qint64 nId : {1, 2}) {
+            m_pHost->addPicture(nId, PngType, QStringLiteral("C:/pictures/%1.png").arg(nId), picture);
+            m_fileIds.append(nId);
+        }
+        IPreviewDbClickWidget *pPreview = m_pPreview->createPreviewDbClickWidget(m_pWindow.get(), m_fileIds, 0, 1, 0);
+        pPreview->resize(m_pWindow->size());
+        pPreview->show();
+        QSignalSpy back(pPreview, &IPreviewDbClickWidget::signalBackBtnClicked);
+        const auto isShown = [pPreview] {
+            const QImage seen = pPreview->grab().toImage();
+            return isAbout(seen.pixelColor(seen.rect().center()), Still);
+        };
+        QVERIFY(QTest::qWaitFor(isShown, PatienceMsec));
+        QVERIFY(makeActive(m_pWindow.get()));
+        QTRY_VERIFY(QApplication::focusWidget() != nullptr);
+        key(Qt::Key_Escape);
+        QTRY_COMPARE(back.size(), 1);
+    }
 
 protected Q_SLOTS:
-    void init() override;
-    void cleanup() override;
+    void init() override
+    {
+        LoggedTest::init();
+        m_pFolder = std::make_unique<QTemporaryDir>();
+        m_pHost = std::make_unique<FakeHost>();
+        m_pPreview = qobject_cast<IBigImgPreviewPlugin *>(m_loader.instance());
+        QVERIFY2(m_pPreview != nullptr, qPrintable(m_loader.errorString()));
+        QVERIFY(qobject_cast<IPlugin *>(m_loader.instance())->setPluginManager(m_pHost.get()));
+        m_pPreview->setDataSource(m_pHost->source);
+        m_pWindow = std::make_unique<QWidget>();
+        m_pWindow->resize(900, 600);
+        m_pWindow->show();
+        QVERIFY(makeActive(m_pWindow.get()));
+    }
+
+    void cleanup() override
+    {
+        m_pWindow.reset();
+        QThreadPool::globalInstance()->waitForDone();
+        m_pPreview->clearPreviewData();
+        m_pHost.reset();
+        m_fileIds.clear();
+        LoggedTest::cleanup();
+    }
 
 private:
-    QString write(const QString &path, const QByteArray &content);
-    IPreviewSpaceDialog *open(qint64 nId);
+    IPreviewSpaceDialog *open(qint64 nId)
+    {
+        IPreviewSpaceDialog *pDialog =
+            m_pPreview->createPreviewSpaceDialog(m_pWindow.get(), m_fileIds, m_fileIds.indexOf(nId), nId, 0);
+        pDialog->showPreview();
+        return pDialog;
+    }
 
     QPluginLoader m_loader{QStringLiteral(PLUGIN_FILE)};
     IBigImgPreviewPlugin *m_pPreview = nullptr;
@@ -80,180 +237,6 @@ private:
     std::unique_ptr<QWidget> m_pWindow;
     QVector<qint64> m_fileIds;
 };
-
-void tst_windows_module::init()
-{
-    LoggedTest::init();
-    m_pFolder = std::make_unique<QTemporaryDir>();
-    m_pHost = std::make_unique<FakeHost>();
-    m_pPreview = qobject_cast<IBigImgPreviewPlugin *>(m_loader.instance());
-    QVERIFY2(m_pPreview != nullptr, qPrintable(m_loader.errorString()));
-    QVERIFY(qobject_cast<IPlugin *>(m_loader.instance())->setPluginManager(m_pHost.get()));
-    m_pPreview->setDataSource(m_pHost->source);
-    m_pWindow = std::make_unique<QWidget>();
-    m_pWindow->resize(900, 600);
-    m_pWindow->show();
-    QVERIFY(makeActive(m_pWindow.get()));
-}
-
-void tst_windows_module::cleanup()
-{
-    m_pWindow.reset();
-    QThreadPool::globalInstance()->waitForDone();
-    m_pPreview->clearPreviewData();
-    m_pHost.reset();
-    m_fileIds.clear();
-    LoggedTest::cleanup();
-}
-
-QString tst_windows_module::write(const QString &path, const QByteArray &content)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() ? path : QString();
-}
-
-IPreviewSpaceDialog *tst_windows_module::open(qint64 nId)
-{
-    IPreviewSpaceDialog *pDialog =
-        m_pPreview->createPreviewSpaceDialog(m_pWindow.get(), m_fileIds, m_fileIds.indexOf(nId), nId, 0);
-    pDialog->showPreview();
-    return pDialog;
-}
-
-void tst_windows_module::saysWhatItIs()
-{
-    const QJsonObject metaData = m_loader.metaData();
-    QCOMPARE(metaData.value(QStringLiteral("IID")).toString(),
-             QStringLiteral("Tessaro.Plugin.IBigImgPreviewPlugin/1.0"));
-    QCOMPARE(metaData.value(QStringLiteral("MetaData")).toObject(),
-             (QJsonObject{{QStringLiteral("Keys"), QJsonArray{QStringLiteral("plg_bigimgpreviewplugin")}}}));
-    QObject *pRoot = m_loader.instance();
-    QCOMPARE(pRoot->qt_metacast("KOR.Core.IPlugin/1.0"), pRoot->qt_metacast("IPlugin"));
-    QVERIFY(pRoot->qt_metacast("IPlugin") != pRoot->qt_metacast("IBigImgPreviewPlugin"));
-    PluginInfo info;
-    qobject_cast<IPlugin *>(pRoot)->getPluginInfo(info);
-    QCOMPARE(info.name, QStringLiteral("Big Image Preview"));
-
-    const QDir sdk(QCoreApplication::applicationDirPath());
-    for (const QString &path : {m_loader.fileName(), sdk.filePath(QStringLiteral("BigImgPreviewInterfaces.dll")),
-                                sdk.filePath(QStringLiteral("BigImgPreviewTheme.dll")),
-                                sdk.filePath(QStringLiteral("BigImgPreviewTracking.dll"))}) {
-        QCOMPARE(versionText(path, QStringLiteral("ProductName")), QStringLiteral("Big Image Preview"));
-        QCOMPARE(versionText(path, QStringLiteral("OriginalFilename")), QFileInfo(path).fileName());
-        QVERIFY(versionText(path, QStringLiteral("FileVersion")).startsWith(info.version));
-        QVERIFY(!versionText(path, QStringLiteral("FileDescription")).isEmpty());
-    }
-}
-
-void tst_windows_module::unloadsAndLoadsAgain()
-{
-    m_pPreview->clearPreviewData();
-    for (int i = 0; i < 3; ++i) {
-        QVERIFY2(m_loader.unload(), qPrintable(m_loader.errorString()));
-        QVERIFY(GetModuleHandleW(L"bigimgpreview.dll") == nullptr);
-        m_pPreview = qobject_cast<IBigImgPreviewPlugin *>(m_loader.instance());
-        QVERIFY2(m_pPreview != nullptr, qPrintable(m_loader.errorString()));
-        // Nothing was handed in: an empty preview comes and goes.
-        const std::unique_ptr<IPreviewSpaceDialog> pDialog(m_pPreview->createPreviewSpaceDialog(nullptr, {}, -1, 0, 0));
-        pDialog->showPreview();
-        QVERIFY(waitForPicture());
-        QVERIFY(isPlaceholder());
-        QVERIFY(leave());
-        QThreadPool::globalInstance()->waitForDone();
-    }
-}
-
-void tst_windows_module::filesStayFree_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("bNative");
-    QTest::newRow("forward slashes") << QStringLiteral("a b/animation.gif") << false;
-    QTest::newRow("back slashes") << QStringLiteral("a b/animation.gif") << true;
-    QTest::newRow("other alphabets") << QString::fromUtf8("100 % ä/图片 😀.gif") << false;
-    const QString part = QString(120, QLatin1Char('p')) + QLatin1Char('/');
-    QTest::newRow("long path") << part + part + part + QStringLiteral("animation.gif") << false;
-}
-
-void tst_windows_module::filesStayFree()
-{
-    QFETCH(QString, name);
-    QFETCH(bool, bNative);
-    const QString path = write(m_pFolder->filePath(name), redAnimation());
-    QVERIFY(!path.isEmpty());
-    const QString given = bNative ? QDir::toNativeSeparators(path) : path;
-    FakePicture picture;
-    picture.colour = Still;
-    m_pHost->addPicture(1, GifType, given, picture);
-    m_fileIds = {1};
-    const std::unique_ptr<IPreviewSpaceDialog> pDialog(open(1));
-    QVERIFY(waitForPicture());
-    // The preview reads the animation from the file itself, after the host's picture.
-    QTRY_VERIFY_WITH_TIMEOUT(isAbout(colorAt(0.5, 0.5), Qt::red), PatienceMsec);
-    QCOMPARE(m_pHost->decoder.counts().paths, QStringList{given});
-
-    // Windows refuses all of this for a file that somebody holds open.
-    const QString moved = QFileInfo(path).path() + QStringLiteral("/moved.gif");
-    QVERIFY(QFile::rename(path, moved));
-    QVERIFY(QFile::rename(moved, path));
-    QVERIFY(!write(path, "other content").isEmpty());
-    QVERIFY(QFile::remove(path));
-    QVERIFY(QDir(QFileInfo(path).path()).removeRecursively());
-    QVERIFY(isAbout(colorAt(0.5, 0.5), Qt::red));
-    QVERIFY(leave());
-}
-
-void tst_windows_module::stepsAndZooms()
-{
-    const QVector<QColor> colours = {Qt::darkGreen, Qt::darkBlue, Qt::darkRed};
-    for (int i = 0; i < colours.size(); ++i) {
-        FakePicture picture;
-        picture.size = {400, 300};
-        picture.colour = colours.at(i);
-        m_pHost->addPicture(i + 1, PngType, QStringLiteral("C:/pictures/%1.png").arg(i), picture);
-        m_fileIds.append(i + 1);
-    }
-    const std::unique_ptr<IPreviewSpaceDialog> pDialog(open(1));
-    QSignalSpy changes(pDialog.get(), &IPreviewSpaceDialog::signalPreviewFileIdChanged);
-    QSignalSpy closed(pDialog.get(), &IPreviewSpaceDialog::signalSpacePreviewClosed);
-    QVERIFY(waitForPicture());
-    for (int i = 1; i < colours.size(); ++i) {
-        key(Qt::Key_Right);
-        QVERIFY(waitForPicture());
-        QTRY_VERIFY(isAbout(colorAt(0.5, 0.5), colours.at(i)));
-    }
-    QCOMPARE(changes.size(), colours.size() - 1);
-    const int nBefore = percent();
-    QVERIFY(nBefore > 0);
-    key(Qt::Key_Plus);
-    QTRY_VERIFY(percent() > nBefore);
-    QVERIFY(leave());
-    QCOMPARE(closed.size(), 1);
-    QTRY_VERIFY(m_pHost->decoder.counts().isBalanced());
-}
-
-void tst_windows_module::fullPreview()
-{
-    FakePicture picture;
-    picture.colour = Still;
-    for (const qint64 nId : {1, 2}) {
-        m_pHost->addPicture(nId, PngType, QStringLiteral("C:/pictures/%1.png").arg(nId), picture);
-        m_fileIds.append(nId);
-    }
-    IPreviewDbClickWidget *pPreview = m_pPreview->createPreviewDbClickWidget(m_pWindow.get(), m_fileIds, 0, 1, 0);
-    pPreview->resize(m_pWindow->size());
-    pPreview->show();
-    QSignalSpy back(pPreview, &IPreviewDbClickWidget::signalBackBtnClicked);
-    const auto isShown = [pPreview] {
-        const QImage seen = pPreview->grab().toImage();
-        return isAbout(seen.pixelColor(seen.rect().center()), Still);
-    };
-    QVERIFY(QTest::qWaitFor(isShown, PatienceMsec));
-    QVERIFY(makeActive(m_pWindow.get()));
-    QTRY_VERIFY(QApplication::focusWidget() != nullptr);
-    key(Qt::Key_Escape);
-    QTRY_COMPARE(back.size(), 1);
-}
 
 BIGIMGPREVIEW_TEST_MAIN(tst_windows_module)
 #include "tst_windows_module.moc"

@@ -61,16 +61,136 @@ class tst_windows_platform : public PluginTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void temporaryNames_data();
-    void temporaryNames();
-    void noTemporaryName_data();
-    void noTemporaryName();
-    void systemsTemporaryFolder();
-    void revealed_data();
-    void revealed();
-    void tooLongForTheShell();
-    void copiedFile_data();
-    void copiedFile();
+    void temporaryNames_data()
+    {
+        const auto row = columns<QString, bool>("name", "bNative");
+        row("forward slashes", "plain", false);
+        row("back slashes", "plain", true);
+        row("spaces and percent", "a b %TEMP% c", true);
+        row("other alphabets", "Bilder ä 图片", false);
+        row("longest", "…", true); // filled up below
+    }
+
+    void temporaryNames()
+    {
+        const auto [name, bNative] = currentRow<QString, bool>();
+        constexpr int LongestFolder = MAX_PATH - 14; // as the system's documentation has it
+        QString folder = m_pFolder->filePath(name);
+        if (name == QString::fromUtf8("…"))
+            folder = folder.chopped(1) + QString(LongestFolder - folder.size() + 1, QLatin1Char('l'));
+        QVERIFY(QDir().mkpath(folder));
+        const QString native = QDir::toNativeSeparators(folder);
+        const QString given = bNative ? native : folder;
+
+        const QString first = TsQtUtils::makeTempFilePath(given, QStringLiteral(".webp"));
+        QVERIFY2(first.startsWith(native + QLatin1Char('\\')), qPrintable(first));
+        QVERIFY2(first.endsWith(QStringLiteral(".tmp.webp"), Qt::CaseInsensitive), qPrintable(first));
+        // What the system made to find the name is gone again.
+        QVERIFY(QDir(folder).isEmpty());
+        // A name that is taken is not given out: the one without the extension is what the system looked for.
+        QFile taken(first.chopped(5));
+        QVERIFY(taken.open(QIODevice::WriteOnly));
+        QVERIFY(TsQtUtils::makeTempFilePath(given, QStringLiteral(".webp")) != first);
+        QVERIFY(QImage(3, 2, QImage::Format_RGB32).save(first, "png"));
+    }
+
+    void noTemporaryName_data()
+    {
+        const auto row = columns<QString>("name");
+        row("missing", "none");
+        row("a file", "file");
+        row("too long", QStringLiteral("%1/%1").arg(QString(200, QLatin1Char('x'))));
+    }
+
+    void noTemporaryName()
+    {
+        const auto [name] = currentRow<QString>();
+        const QString path = m_pFolder->filePath(name);
+        if (name == QLatin1String("file"))
+            QVERIFY(writeFile(path));
+        else if (name.size() > MAX_PATH)
+            QVERIFY(QDir().mkpath(path));
+        QCOMPARE(TsQtUtils::makeTempFilePath(path, QStringLiteral(".png")), QString());
+    }
+
+    void systemsTemporaryFolder()
+    {
+        std::wstring folder(MAX_PATH + 1, L'\0');
+        folder.resize(GetTempPathW(MAX_PATH, &folder[0])); // ends in a back slash
+        for (const QString &path : {TsQtUtils::makeTempFilePath(QString(), QStringLiteral(".webp")),
+                                    TsQtUtils::makeTempPicturePath(QStringLiteral(".webp"))}) {
+            QVERIFY2(path.startsWith(QString::fromStdWString(folder), Qt::CaseInsensitive), qPrintable(path));
+            QVERIFY2(!path.contains(QLatin1Char('/')), qPrintable(path));
+        }
+    }
+
+    void revealed_data()
+    {
+        const auto row = columns<QString, QString>("path", "asked");
+        const auto file = [&row](const char *pName, const char *pPath, const char *pNative) {
+            row(pName, pPath, QStringLiteral("/select,\"%1\"").arg(QString::fromUtf8(pNative)));
+        };
+        file("file", "C:/pictures/file.png", "C:\\pictures\\file.png");
+        file("back slashes", "C:\\pictures\\file.png", "C:\\pictures\\file.png");
+        file("small drive letter", "c:/file.png", "c:\\file.png");
+        file("spaces and commas", "C:/my pictures, all/a  b.png", "C:\\my pictures, all\\a  b.png");
+        file("percent", "C:/100 %/%TEMP%.png", "C:\\100 %\\%TEMP%.png");
+        file("quotes", "C:/it's/a\"b\".png", "C:\\it's\\a\"b\".png");
+        file("other alphabets", "C:/ä/图片 😀.png", "C:\\ä\\图片 😀.png");
+        file("no extension, dots", "C:/a/../b/./c", "C:\\b\\c");
+        file("network", "//server/the share/a b.png", "\\\\server\\the share\\a b.png");
+        file("device", "\\\\?\\C:\\pictures\\file.png", "\\\\?\\C:\\pictures\\file.png");
+        row("longest", pathOfLength(LongestShellPath),
+            QStringLiteral("/select,\"%1\"").arg(QDir::toNativeSeparators(pathOfLength(LongestShellPath))));
+        row("folder", "C:/windows", "\"C:\\windows\"");
+        row("drive", "C:/", "\"C:\\\"");
+    }
+
+    void revealed()
+    {
+        const auto [path, asked] = currentRow<QString, QString>();
+        const UrlCatcher catcher;
+        TsQtUtils::showInGraphicalShell(path);
+        QCOMPARE(askedOfExplorer(), asked);
+        QVERIFY(catcher.urls.isEmpty());
+    }
+
+    void tooLongForTheShell()
+    {
+        const UrlCatcher catcher;
+        const QString path = pathOfLength(LongestShellPath + 1);
+        TsQtUtils::showInGraphicalShell(path);
+        QCOMPARE(catcher.urls, QList<QUrl>{QUrl::fromLocalFile(path)});
+        QCOMPARE(log().lines(QtInfoMsg),
+                 QStringList{QStringLiteral("TsQtUtils::showInGraphicalShell org_path %1 type2 cmd %2")
+                                 .arg(path, QUrl::fromLocalFile(path).toString())});
+        // The next question is the only one that the file manager gets.
+        TsQtUtils::showInGraphicalShell(QStringLiteral("C:/next.png"));
+        QCOMPARE(askedOfExplorer(), QStringLiteral("/select,\"C:\\next.png\""));
+    }
+
+    void copiedFile_data()
+    {
+        const auto row = columns<QString, QString>("path", "native");
+        row("file", "C:/a b/c.png", "C:\\a b\\c.png");
+        row("back slashes", "C:\\a b\\c.png", "C:\\a b\\c.png");
+        row("special", "D:/ü%41#?&/图片.png", "D:\\ü%41#?&\\图片.png");
+        row("network", "//server/share/c.png", "\\\\server\\share\\c.png");
+        row("long", pathOfLength(400), QDir::toNativeSeparators(pathOfLength(400)));
+    }
+
+    void copiedFile()
+    {
+        const auto [path, native] = currentRow<QString, QString>();
+        host().addFile(1, 10, path);
+        openFiles({1}, 1);
+        data()->copyFile();
+        QCOMPARE(filesOnClipboard(), QStringList{native});
+        QCOMPARE(effectOnClipboard(), DWORD(DROPEFFECT_COPY));
+        data()->copyFilePath();
+        QCOMPARE(filesOnClipboard(), QStringList());
+        QCOMPARE(QApplication::clipboard()->text(), path);
+    }
 
 protected:
     void init() override
@@ -78,170 +198,23 @@ protected:
         PluginTest::init();
         m_pFolder = std::make_unique<QTemporaryDir>();
         QVERIFY(m_pFolder->isValid());
+        qputenv("BIGIMGPREVIEW_EXPLORER_RECORD", QDir::toNativeSeparators(record()).toLocal8Bit());
     }
 
 private:
-    QString inFolder(const char *pName) const { return m_pFolder->filePath(QString::fromUtf8(pName)); }
+    QString record() const { return m_pFolder->filePath(QStringLiteral("asked")); }
+
+    /** Waits for the stand-in to be asked; nothing when it never is. */
+    QString askedOfExplorer() const
+    {
+        if (!QTest::qWaitFor([this] { return QFile::exists(record()); }, 20000))
+            return {};
+        const QByteArray text = readFile(record());
+        return QString::fromUtf16(reinterpret_cast<const ushort *>(text.constData()), text.size() / 2);
+    }
 
     std::unique_ptr<QTemporaryDir> m_pFolder;
 };
-
-void tst_windows_platform::temporaryNames_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("bNative");
-    QTest::newRow("forward slashes") << QStringLiteral("plain") << false;
-    QTest::newRow("back slashes") << QStringLiteral("plain") << true;
-    QTest::newRow("spaces and percent") << QStringLiteral("a b %TEMP% c") << true;
-    QTest::newRow("other alphabets") << QString::fromUtf8("Bilder ä 图片") << false;
-    QTest::newRow("longest") << QStringLiteral("…") << true; // filled up below
-}
-
-void tst_windows_platform::temporaryNames()
-{
-    QFETCH(QString, name);
-    QFETCH(bool, bNative);
-    constexpr int LongestFolder = MAX_PATH - 14; // as the system's documentation has it
-    QString folder = m_pFolder->filePath(name);
-    if (name == QString::fromUtf8("…"))
-        folder = folder.chopped(1) + QString(LongestFolder - folder.size() + 1, QLatin1Char('l'));
-    QVERIFY(QDir().mkpath(folder));
-    const QString native = QDir::toNativeSeparators(folder);
-    const QString given = bNative ? native : folder;
-
-    const QString first = TsQtUtils::makeTempFilePath(given, QStringLiteral(".webp"));
-    QVERIFY2(first.startsWith(native + QLatin1Char('\\')), qPrintable(first));
-    QVERIFY2(first.endsWith(QStringLiteral(".tmp.webp"), Qt::CaseInsensitive), qPrintable(first));
-    // What the system made to find the name is gone again.
-    QVERIFY(QDir(folder).isEmpty());
-    // A name that is taken is not given out: the one without the extension is what the system looked for.
-    QFile taken(first.chopped(5));
-    QVERIFY(taken.open(QIODevice::WriteOnly));
-    QVERIFY(TsQtUtils::makeTempFilePath(given, QStringLiteral(".webp")) != first);
-    QVERIFY(QImage(3, 2, QImage::Format_RGB32).save(first, "png"));
-}
-
-void tst_windows_platform::noTemporaryName_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("missing") << QStringLiteral("none");
-    QTest::newRow("a file") << QStringLiteral("file");
-    QTest::newRow("too long") << QString(200, QLatin1Char('x')) + QLatin1Char('/') + QString(100, QLatin1Char('y'));
-}
-
-void tst_windows_platform::noTemporaryName()
-{
-    QFETCH(QString, name);
-    const QString path = m_pFolder->filePath(name);
-    if (name == QLatin1String("file")) {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    } else if (name.size() > MAX_PATH) {
-        QVERIFY(QDir().mkpath(path));
-    }
-    QCOMPARE(TsQtUtils::makeTempFilePath(path, QStringLiteral(".png")), QString());
-}
-
-void tst_windows_platform::systemsTemporaryFolder()
-{
-    std::wstring folder(MAX_PATH + 1, L'\0');
-    folder.resize(GetTempPathW(MAX_PATH, &folder[0])); // ends in a back slash
-    for (const QString &path : {TsQtUtils::makeTempFilePath(QString(), QStringLiteral(".webp")),
-                                TsQtUtils::makeTempPicturePath(QStringLiteral(".webp"))}) {
-        QVERIFY2(path.startsWith(QString::fromStdWString(folder), Qt::CaseInsensitive), qPrintable(path));
-        QVERIFY2(!path.contains(QLatin1Char('/')), qPrintable(path));
-    }
-}
-
-void tst_windows_platform::revealed_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("asked");
-    const auto row = [](const char *pName, const QString &path, const QString &asked) {
-        QTest::newRow(pName) << path << asked;
-    };
-    const auto file = [&row](const char *pName, const char *pPath, const char *pNative) {
-        row(pName, QString::fromUtf8(pPath), QStringLiteral("/select,\"%1\"").arg(QString::fromUtf8(pNative)));
-    };
-    file("file", "C:/pictures/file.png", "C:\\pictures\\file.png");
-    file("back slashes", "C:\\pictures\\file.png", "C:\\pictures\\file.png");
-    file("small drive letter", "c:/file.png", "c:\\file.png");
-    file("spaces and commas", "C:/my pictures, all/a  b.png", "C:\\my pictures, all\\a  b.png");
-    file("percent", "C:/100 %/%TEMP%.png", "C:\\100 %\\%TEMP%.png");
-    file("quotes", "C:/it's/a\"b\".png", "C:\\it's\\a\"b\".png");
-    file("other alphabets", "C:/ä/图片 😀.png", "C:\\ä\\图片 😀.png");
-    file("no extension, dots", "C:/a/../b/./c", "C:\\b\\c");
-    file("network", "//server/the share/a b.png", "\\\\server\\the share\\a b.png");
-    file("device", "\\\\?\\C:\\pictures\\file.png", "\\\\?\\C:\\pictures\\file.png");
-    row("longest", pathOfLength(LongestShellPath),
-        QStringLiteral("/select,\"%1\"").arg(QDir::toNativeSeparators(pathOfLength(LongestShellPath))));
-    row("folder", QStringLiteral("C:/windows"), QStringLiteral("\"C:\\windows\""));
-    row("drive", QStringLiteral("C:/"), QStringLiteral("\"C:\\\""));
-}
-
-void tst_windows_platform::revealed()
-{
-    QFETCH(QString, path);
-    QFETCH(QString, asked);
-    const UrlCatcher catcher;
-    const QString record = inFolder("asked");
-    qputenv("BIGIMGPREVIEW_EXPLORER_RECORD", QDir::toNativeSeparators(record).toLocal8Bit());
-    TsQtUtils::showInGraphicalShell(path);
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(record), 20000);
-    QFile file(record);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray text = file.readAll();
-    QCOMPARE(QString::fromUtf16(reinterpret_cast<const ushort *>(text.constData()), text.size() / 2), asked);
-    QVERIFY(catcher.urls.isEmpty());
-}
-
-void tst_windows_platform::tooLongForTheShell()
-{
-    const UrlCatcher catcher;
-    const QString record = inFolder("asked");
-    qputenv("BIGIMGPREVIEW_EXPLORER_RECORD", QDir::toNativeSeparators(record).toLocal8Bit());
-    const QString path = pathOfLength(LongestShellPath + 1);
-    TsQtUtils::showInGraphicalShell(path);
-    QCOMPARE(catcher.urls, QList<QUrl>{QUrl::fromLocalFile(path)});
-    QCOMPARE(log().lines(QtInfoMsg),
-             QStringList{QStringLiteral("TsQtUtils::showInGraphicalShell org_path %1 type2 cmd %2")
-                             .arg(path, QUrl::fromLocalFile(path).toString())});
-    // The next question is the only one that the file manager gets.
-    TsQtUtils::showInGraphicalShell(QStringLiteral("C:/next.png"));
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(record), 20000);
-    QFile file(record);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QVERIFY(QString::fromUtf16(reinterpret_cast<const ushort *>(file.readAll().append(2, '\0').constData()))
-                .contains(QStringLiteral("next.png")));
-}
-
-void tst_windows_platform::copiedFile_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("native");
-    const auto row = [](const char *pName, const QString &path, const QString &native) {
-        QTest::newRow(pName) << path << native;
-    };
-    row("file", QStringLiteral("C:/a b/c.png"), QStringLiteral("C:\\a b\\c.png"));
-    row("back slashes", QStringLiteral("C:\\a b\\c.png"), QStringLiteral("C:\\a b\\c.png"));
-    row("special", QString::fromUtf8("D:/ü%41#?&/图片.png"), QString::fromUtf8("D:\\ü%41#?&\\图片.png"));
-    row("network", QStringLiteral("//server/share/c.png"), QStringLiteral("\\\\server\\share\\c.png"));
-    row("long", pathOfLength(400), QDir::toNativeSeparators(pathOfLength(400)));
-}
-
-void tst_windows_platform::copiedFile()
-{
-    QFETCH(QString, path);
-    QFETCH(QString, native);
-    host().addFile(1, 10, path);
-    openFiles({1}, 1);
-    data()->copyFile();
-    QCOMPARE(filesOnClipboard(), QStringList{native});
-    QCOMPARE(effectOnClipboard(), DWORD(DROPEFFECT_COPY));
-    data()->copyFilePath();
-    QCOMPARE(filesOnClipboard(), QStringList());
-    QCOMPARE(QApplication::clipboard()->text(), path);
-}
 
 BIGIMGPREVIEW_TEST_MAIN(tst_windows_platform)
 #include "tst_windows_platform.moc"
