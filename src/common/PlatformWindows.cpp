@@ -17,6 +17,8 @@ namespace {
 
 constexpr int ShellPathLimit = 256;
 constexpr DWORD TempPathLength = 260;
+// Longer ones must not be handed to GetTempFileNameW, which has room for MAX_PATH characters alone.
+constexpr size_t LongestTempFolder = MAX_PATH - 14;
 
 std::wstring wide(const QString &text)
 {
@@ -49,6 +51,8 @@ QString Platform::uniqueTemporaryName(const QString &folder)
             return {};
         base.assign(buffer.data(), nLength);
     }
+    if (base.size() > LongestTempFolder)
+        return {};
     std::array<wchar_t, MAX_PATH> name{};
     if (GetTempFileNameW(base.c_str(), L"", 0, name.data()) == 0)
         return {};
