@@ -63,8 +63,8 @@ QString Platform::uniqueTemporaryName(const QString &folder)
 void Platform::addCopyFormats(QMimeData *pMimeData)
 {
     // DROPEFFECT_COPY, as a 32-bit number. The list of files itself becomes CF_HDROP in Qt.
-    pMimeData->setData(QStringLiteral("application/x-qt-windows-mime;value=\"Preferred DropEffect\""),
-                       QByteArray("\x01\x00\x00\x00", 4));
+    // Qt registers names that it does not know as they stand.
+    pMimeData->setData(QStringLiteral("Preferred DropEffect"), QByteArray("\x01\x00\x00\x00", 4));
 }
 
 void *Platform::allocateLargeMemory(size_t nBytes)

@@ -30,12 +30,15 @@ constexpr qint64 PngType = 10;
 constexpr qint64 GifType = 30;
 const QColor Still(20, 90, 160);
 
-/** Two frames of one pixel, both red. */
+constexpr QSize AnimationSize(8, 8);
+
+/** Two frames, both red. */
 QByteArray redAnimation()
 {
-    QByteArray file = QByteArray::fromHex("47494638396101000100800000ff0000ff0000");
+    QByteArray file = QByteArray::fromHex("47494638396108000800800000ff0000ff0000");
+    const QByteArray pixels = QByteArray::fromHex("040810204080000102").repeated(4);
     for (int i = 0; i < 2; ++i)
-        file += QByteArray::fromHex("21f90404040000002c00000000010001000002024401") + '\0';
+        file += QByteArray::fromHex("21f90404040000002c00000000080008000002") + '\x25' + pixels + '\x05' + '\0';
     return file + ';';
 }
 
@@ -120,6 +123,7 @@ private Q_SLOTS:
         QVERIFY(writeFile(path, redAnimation()));
         const QString given = bNative ? QDir::toNativeSeparators(path) : path;
         FakePicture picture;
+        picture.size = AnimationSize;
         picture.colour = Still;
         m_pHost->addPicture(1, GifType, given, picture);
         m_fileIds = {1};

