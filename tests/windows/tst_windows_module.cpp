@@ -154,6 +154,7 @@ private Q_SLOTS:
             m_pHost->addPicture(i + 1, PngType, QStringLiteral("C:/pictures/%1.png").arg(i), picture);
             m_fileIds.append(i + 1);
         }
+        m_pHost->shortcuts.keys.insert(IShortcutSetting::ZoomIn, QStringLiteral("+"));
         const std::unique_ptr<IPreviewSpaceDialog> pDialog(open(1));
         QSignalSpy changes(pDialog.get(), &IPreviewSpaceDialog::signalPreviewFileIdChanged);
         QSignalSpy closed(pDialog.get(), &IPreviewSpaceDialog::signalSpacePreviewClosed);
@@ -179,6 +180,7 @@ private Q_SLOTS:
     void fullPreview()
     {
         FakePicture picture;
+        picture.size = {800, 600}; // the middle of the window is inside it
         picture.colour = Still;
         for (const qint64 nId : {1, 2}) {
             m_pHost->addPicture(nId, PngType, QStringLiteral("C:/pictures/%1.png").arg(nId), picture);
