@@ -7,7 +7,7 @@
 # machine that is compiled into one.
 find_program(XVFB_RUN xvfb-run)
 if(CMAKE_CROSSCOMPILING AND WIN32)
-    set(BIGIMGPREVIEW_RUN_TEST ${CMAKE_CROSSCOMPILING_EMULATOR})
+    set(BIGIMGPREVIEW_RUN_TEST "${CMAKE_SOURCE_DIR}/packaging/windows/run-test-in-wine" "${BIGIMGPREVIEW_WINDOWS_QT}")
     set(BIGIMGPREVIEW_TEST_DRIVE "Z:")
 endif()
 
@@ -47,7 +47,7 @@ function(bigimgpreview_register_test name)
         # leak sanitizer can no longer name it.
         list(APPEND environment "QT_QPA_PLATFORM=xcb" "QT_XCB_GL_INTEGRATION=none")
     elseif(WIN32)
-        list(APPEND environment "QT_QPA_PLATFORM=windows" "QT_LOGGING_TO_CONSOLE=1"
+        list(APPEND environment "QT_QPA_PLATFORM=windows"
             "BIGIMGPREVIEW_WINE=${CMAKE_BINARY_DIR}/wine")
     else()
         list(APPEND environment "QT_QPA_PLATFORM=offscreen")

@@ -251,7 +251,7 @@ private Q_SLOTS:
         const bool bPlayer = host().player != nullptr;
         QCOMPARE(m_pControl->isVisible(), bPlayer);
         const QColor ground = TSSkinSetting::GetInstance()->GetPlaceholderBackgroundColor();
-        QCOMPARE(m_page->grab().toImage().pixelColor(60, 30) == ground, !bPlayer);
+        QCOMPARE(m_page->grab().toImage().pixelColor(60, 60) == ground, !bPlayer);
         m_page->stopPreview();
         m_page.reset();
         finishWorkers();

@@ -9,6 +9,7 @@
 #include "theme/TSSkinSetting.h"
 
 #include <QGraphicsScene>
+#include <QImageWriter>
 #include <QLabel>
 
 using Sizes = QVector<QSize>;
@@ -238,7 +239,9 @@ private Q_SLOTS:
         QCOMPARE(host().desk.requests.size(), 1);
         const ActionRequest request = host().desk.requests.first();
         QCOMPARE(request.fileIds, QVector<qint64>{1});
-        QVERIFY(request.path.endsWith(QStringLiteral(".webp")));
+        // Where Qt comes without the format, the page is handed on as it was saved.
+        const bool bWritesWebP = QImageWriter::supportedImageFormats().contains("webp");
+        QCOMPARE(request.path.endsWith(QStringLiteral(".webp")), bWritesWebP);
         const int nHue = QImage(request.path).pixelColor(20, 15).hsvHue();
         QVERIFY(qAbs(nHue - FakeRenderer::pageColor(1).hsvHue()) < 5);
         host().desk.answer(0);

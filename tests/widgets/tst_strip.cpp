@@ -175,6 +175,7 @@ private Q_SLOTS:
             return nCount;
         };
         grab();
+        QTest::qWait(200); // Windows paints once more when a window has become the active one
         settle();
         QVERIFY(host().cache->hasListeners());
         const QImage picture = plainImage(QSize(8, 8), Qt::red);
@@ -250,7 +251,8 @@ private Q_SLOTS:
         QTest::qWait(300);
         QCOMPARE(paints.count, 0);
         QCOMPARE(host().cache->requests.size(), nRequests);
-        QVERIFY2(nRequests < 60, "only what is in view is asked for");
+        // Each painting asks, and platforms differ in how often they paint a new window.
+        QVERIFY2(requestedKeys().toSet().size() < 10, "only what is in view is asked for");
     }
 
 protected:
