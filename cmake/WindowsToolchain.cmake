@@ -28,6 +28,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH)
 list(APPEND CMAKE_PREFIX_PATH "${BIGIMGPREVIEW_WINDOWS_QT}")
 # Translations are compiled by this machine's own programs; the file names are those of Debian's Qt.
 file(GLOB linguist_tools /usr/lib/*/cmake/Qt5LinguistTools)
+list(GET linguist_tools 0 linguist_tools)
 set(Qt5LinguistTools_DIR "${linguist_tools}" CACHE PATH "Qt's translation tools")
 
 set(CMAKE_CROSSCOMPILING_EMULATOR

@@ -27,22 +27,22 @@ install_missing() {
         apt-get -q install -y --no-install-recommends "${missing[@]}" >&2 || die "apt-get install failed"
 }
 
-# Starts a display that nobody sees, sets DISPLAY to it and ends it with this shell.
+# Starts a display that nobody sees, sets DISPLAY to it and ends it with this shell. Traps of the caller's own for EXIT
+# call end_display.
+end_display() { kill "$display_server" 2>/dev/null; rm -f "$display_number"; }
 start_display() {
-    local numbers server
-    numbers=$(mktemp) || die "cannot make a temporary file"
+    display_number=$(mktemp) || die "cannot make a temporary file"
     # Xvfb finds a free display itself and writes its number once it accepts windows.
-    Xvfb -displayfd 3 -screen 0 1920x1080x24 -nolisten tcp 3>"$numbers" >/dev/null 2>&1 &
-    server=$!
-    # shellcheck disable=SC2064 # these two, whatever the names stand for later
-    trap "kill $server 2>/dev/null; rm -f '$numbers'" EXIT
+    Xvfb -displayfd 3 -screen 0 1920x1080x24 -nolisten tcp 3>"$display_number" >/dev/null 2>&1 &
+    display_server=$!
+    trap end_display EXIT
     for _ in $(seq 100); do
-        [ -s "$numbers" ] && break
-        kill -0 "$server" 2>/dev/null || die "Xvfb did not start"
+        [ -s "$display_number" ] && break
+        kill -0 "$display_server" 2>/dev/null || die "Xvfb did not start"
         sleep 0.1
     done
-    [ -s "$numbers" ] || die "Xvfb did not start"
-    DISPLAY=:$(cat "$numbers")
+    [ -s "$display_number" ] || die "Xvfb did not start"
+    DISPLAY=:$(cat "$display_number")
     export DISPLAY
 }
 
