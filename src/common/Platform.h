@@ -4,6 +4,7 @@
 
 #include <cstddef>
 
+class QFile;
 class QMimeData;
 
 /** The few things that every desktop does its own way. One source file a platform implements them. */
@@ -23,6 +24,12 @@ void revealInFileManager(const QString &absolutePath);
  * stands for the system's temporary one. Empty when the folder cannot be used.
  */
 QString uniqueTemporaryName(const QString &folder);
+
+/**
+ * Opens the file so that others can rename and delete it meanwhile; closed as any QFile is. False when it cannot be
+ * opened, as when another program keeps it to itself. Thread: any.
+ */
+bool openForReading(QFile *pFile, const QString &path);
 
 /**
  * Adds what this desktop's file managers want beside the list of addresses that the data hold already, to know that

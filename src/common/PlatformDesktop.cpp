@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QMimeData>
 #include <QProcess>
@@ -71,6 +72,12 @@ QString Platform::uniqueTemporaryName(const QString &folder)
     const QString base = folder.isEmpty() ? QDir::tempPath() : QDir::fromNativeSeparators(folder);
     QTemporaryFile file(base + QStringLiteral("/preview-XXXXXX"));
     return file.open() ? file.fileName() : QString();
+}
+
+bool Platform::openForReading(QFile *pFile, const QString &path)
+{
+    pFile->setFileName(path);
+    return pFile->open(QIODevice::ReadOnly);
 }
 
 void Platform::addCopyFormats(QMimeData *pMimeData)

@@ -1,10 +1,13 @@
 #include "common/Platform.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QMimeData>
 
 #include <array>
+#include <fcntl.h>
+#include <io.h>
 #include <string>
 
 // The shell's header needs the other one before it.
@@ -25,6 +28,27 @@ std::wstring wide(const QString &text)
     return text.toStdWString();
 }
 
+/** The path as people write it: the file manager knows no device paths. */
+QString withoutDevice(QString path)
+{
+    const QLatin1String share("//?/UNC/");
+    const QLatin1String device("//?/");
+    if (path.startsWith(share))
+        return path.replace(0, share.size(), QStringLiteral("//"));
+    return path.startsWith(device) ? path.mid(device.size()) : path;
+}
+
+/** The path as the system's own calls take it at any length. */
+QString withDevice(const QString &path)
+{
+    const QString native = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    if (native.startsWith(QLatin1String("\\\\?\\")))
+        return native;
+    if (native.startsWith(QLatin1String("\\\\")))
+        return QStringLiteral("\\\\?\\UNC\\") + native.mid(2);
+    return QStringLiteral("\\\\?\\") + native;
+}
+
 } // namespace
 
 int Platform::longestRevealPath()
@@ -37,7 +61,7 @@ void Platform::revealInFileManager(const QString &absolutePath)
     QString parameters;
     if (!QFileInfo(absolutePath).isDir())
         parameters = QStringLiteral("/select,");
-    parameters += QLatin1Char('"') + QDir::toNativeSeparators(absolutePath) + QLatin1Char('"');
+    parameters += QLatin1Char('"') + QDir::toNativeSeparators(withoutDevice(absolutePath)) + QLatin1Char('"');
     ShellExecuteW(nullptr, L"open", L"Explorer.exe", wide(parameters).c_str(), nullptr, SW_SHOWNORMAL);
 }
 
@@ -58,6 +82,25 @@ QString Platform::uniqueTemporaryName(const QString &folder)
         return {};
     DeleteFileW(name.data());
     return QString::fromWCharArray(name.data());
+}
+
+bool Platform::openForReading(QFile *pFile, const QString &path)
+{
+    // QFile itself keeps others from renaming and deleting what it reads.
+    const HANDLE handle = CreateFileW(wide(withDevice(path)).c_str(), GENERIC_READ,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        return false;
+    const int nDescriptor = _open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_RDONLY | _O_BINARY);
+    if (nDescriptor == -1) {
+        CloseHandle(handle);
+        return false;
+    }
+    if (pFile->open(nDescriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        return true;
+    _close(nDescriptor);
+    return false;
 }
 
 void Platform::addCopyFormats(QMimeData *pMimeData)

@@ -1,5 +1,7 @@
 #include "image/AnimationFileTask.h"
 
+#include "common/Platform.h"
+
 #include <QBuffer>
 #include <QFile>
 #include <QImageReader>
@@ -41,8 +43,8 @@ bool AnimationFileTask::canBeAnimated(const QString &extension)
 
 void AnimationFileTask::run()
 {
-    QFile file(m_path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > LargestAnimationFile)
+    QFile file;
+    if (!Platform::openForReading(&file, m_path) || file.size() > LargestAnimationFile)
         return;
     QByteArray fileData;
     while (!file.atEnd()) {
