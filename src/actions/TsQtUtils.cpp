@@ -68,8 +68,16 @@ int TsQtUtils::textWidth(const QFont &font, const QString &text)
 
 QString TsQtUtils::makeTempFilePath(const QString &folder, const QString &extension)
 {
-    const QString name = Platform::uniqueTemporaryName(folder);
-    return name.isEmpty() ? name : name + extension;
+    // The name without the extension is free again, which says nothing of the one with it.
+    constexpr int MostTries = 100;
+    for (int i = 0; i < MostTries; ++i) {
+        const QString name = Platform::uniqueTemporaryName(folder);
+        if (name.isEmpty())
+            break;
+        if (!QFileInfo::exists(name + extension))
+            return name + extension;
+    }
+    return {};
 }
 
 QString TsQtUtils::makeTempPicturePath(const QString &extension)
