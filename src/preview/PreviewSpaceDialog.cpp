@@ -200,8 +200,7 @@ void PreviewSpaceDialog::showFileAt(int nIndex)
 void PreviewSpaceDialog::onProviderRemoveFiles(QVector<qint64> fileIds)
 {
     Q_UNUSED(fileIds)
-    if (isVisible())
-        slot_close_hide();
+    slot_close_hide();
 }
 
 void PreviewSpaceDialog::paintEvent(QPaintEvent *pEvent)
@@ -227,6 +226,15 @@ void PreviewSpaceDialog::closeEvent(QCloseEvent *pEvent)
     // The window manager's way to close goes the same way as the button's.
     slot_close_hide();
     pEvent->setAccepted(!m_bOpen);
+}
+
+void PreviewSpaceDialog::keyPressEvent(QKeyEvent *pEvent)
+{
+    // To a dialog, Enter is a click on its first button.
+    if (pEvent->key() == Qt::Key_Enter || pEvent->key() == Qt::Key_Return)
+        pEvent->ignore();
+    else
+        IPreviewSpaceDialog::keyPressEvent(pEvent);
 }
 
 void PreviewSpaceDialog::reject()

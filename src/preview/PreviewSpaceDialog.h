@@ -32,6 +32,7 @@ protected:
     void paintEvent(QPaintEvent *pEvent) override;
     void resizeEvent(QResizeEvent *pEvent) override;
     void closeEvent(QCloseEvent *pEvent) override;
+    void keyPressEvent(QKeyEvent *pEvent) override;
     void reject() override;
     bool eventFilter(QObject *pWatched, QEvent *pEvent) override;
 
@@ -49,5 +50,5 @@ private:
     QHBoxLayout *m_pLayout;
     QPushButton *m_pCloseBtn;
     MiddleResourcePreviewWidget *m_pHub;
-    bool m_bOpen = false; ///< From showPreview until signalSpacePreviewClosed, which comes once for each.
+    bool m_bOpen = true; ///< False from signalSpacePreviewClosed until showPreview.
 };
