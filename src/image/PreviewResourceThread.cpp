@@ -71,8 +71,9 @@ QImage PreviewResourceThread::readFirst(const QStringList &paths, int *pRead, QI
         if (!picture.image.isNull()) {
             *pRead = i;
             *pFirstLevel = picture.firstLevel;
-            // Pixels leave the worker as the screen wants them, with everything that would cost the GUI thread time.
-            return PictureLevels::toScreenFormat(std::move(picture.image), picture.bOpaque);
+            // For a page, pixels leave the worker as the screen wants them, with all that would cost the GUI thread
+            // time.
+            return m_pLoad ? PictureLevels::toScreenFormat(std::move(picture.image), picture.bOpaque) : picture.image;
         }
         qInfo("%s", failures[i]);
     }

@@ -130,14 +130,17 @@ void PluginInnerData::clearPreviewData()
     // decode.
     QSharedPointer<IPreviewDataSource> pDataSource;
     QSharedPointer<ITagAction> pTagAction;
+    QVector<FileInfoPtr> files;
+    FileInfoPtr pFile;
+    TagRecordList tags;
     QSharedPointer<ITSCacheManager> pCacheManager;
     {
         const QMutexLocker locker(&m_lock);
         pDataSource.swap(m_pDataSource);
         pTagAction.swap(m_pTagAction);
-        m_fileInformationList.clear();
-        m_pCurrentFileInfo.reset();
-        m_currentTags.clear();
+        files.swap(m_fileInformationList);
+        pFile.swap(m_pCurrentFileInfo);
+        tags.swap(m_currentTags);
         m_notes.clear();
         pCacheManager.swap(m_pCacheManager);
         // A task that waits for the lock finds no decoder any more; the next source looks it up again.
@@ -145,6 +148,10 @@ void PluginInnerData::clearPreviewData()
     }
     pDataSource.reset();
     pTagAction.reset();
+    files.clear();
+    pFile.reset();
+    tags.clear();
+    pCacheManager.reset();
     m_pDataCenter.reset();
     m_noteStore.clear();
     m_pictureMemory.trim();
