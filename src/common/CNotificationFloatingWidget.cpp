@@ -84,7 +84,5 @@ void CNotificationFloatingWidget::showEvent(QShowEvent *pEvent)
     // Always centred: an x position is only asked for, never applied.
     move((nParentWidth - width()) / 2, nTop);
     raise();
-    // Shown again with the page it lies on, it does not begin a new life.
-    if (!m_pCloseTimer->isActive())
-        m_pCloseTimer->start(m_nDuration < 1 ? DefaultDuration : m_nDuration);
+    m_pCloseTimer->start(m_nDuration < 1 ? DefaultDuration : m_nDuration);
 }
