@@ -106,7 +106,7 @@ void PreviewLeftWin::mouseMoveEvent(QMouseEvent *pEvent)
 {
     m_hovered = indexAt(pEvent->pos());
     viewport()->update();
-    QListView::mouseMoveEvent(pEvent);
+    // Not the list's own handling, which would show every file that a held button passes over.
 }
 
 void PreviewLeftWin::mousePressEvent(QMouseEvent *pEvent)
