@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QStackedWidget>
 
 namespace {
@@ -31,6 +32,7 @@ FullPreviewPlace::FullPreviewPlace(QStackedWidget *pCenter, QWidget *pPanel, con
 void FullPreviewPlace::enter(IPreviewDbClickWidget *pPreview, bool bPanelHidden)
 {
     m_pPreview = pPreview;
+    m_leastWindow = m_pCenter->window()->minimumSize();
     m_bPanelHidden = bPanelHidden;
     m_bPanelForbidden = false;
     m_hidden.clear();
@@ -42,7 +44,7 @@ void FullPreviewPlace::enter(IPreviewDbClickWidget *pPreview, bool bPanelHidden)
     }
     connect(pPreview, &IPreviewDbClickWidget::signalHideRightView, this, [this] {
         m_bPanelHidden = !m_bPanelHidden;
-        showPanel();
+        showPanel(true);
         Q_EMIT signalPanelHidden(m_bPanelHidden);
     });
     connect(pPreview, &IPreviewDbClickWidget::signalRightViewIsForbidden, this, [this](bool bForbidden) {
@@ -61,6 +63,7 @@ void FullPreviewPlace::enter(IPreviewDbClickWidget *pPreview, bool bPanelHidden)
     QWidget *pWidget = pPreview->previewWidget();
     m_pCenter->addWidget(pWidget);
     m_pCenter->setCurrentWidget(pWidget);
+    keepPreviewWhole();
     if (QApplication::focusWidget() == nullptr)
         pWidget->setFocus();
     qApp->installEventFilter(this);
@@ -77,6 +80,10 @@ void FullPreviewPlace::leave()
     }
     m_pPreview.clear();
     m_pCenter->setCurrentIndex(0);
+    m_pCenter->setMinimumSize(0, 0);
+    if (m_leastWindow.isValid())
+        m_pCenter->window()->setMinimumSize(m_leastWindow);
+    m_leastWindow = QSize();
     for (const QPointer<QWidget> &pPart : qAsConst(m_hidden)) {
         if (pPart != nullptr)
             pPart->show();
@@ -91,13 +98,32 @@ void FullPreviewPlace::setPanelWanted(bool bWanted)
     showPanel();
 }
 
-void FullPreviewPlace::showPanel()
+void FullPreviewPlace::showPanel(bool bAskedFor)
 {
-    m_pPanel->setVisible(isOpen() ? !m_bPanelHidden && !m_bPanelForbidden : m_bPanelWanted);
+    if (!isOpen()) {
+        m_pPanel->setVisible(m_bPanelWanted);
+        return;
+    }
+    const int nNeeded = m_pPreview->previewWidget()->minimumSizeHint().width() +
+                        m_pPanel->minimumSizeHint().expandedTo(m_pPanel->minimumSize()).width();
+    const bool bRoom = bAskedFor || m_pPanel->isVisible() || m_pPanel->window()->width() >= nNeeded;
+    m_pPanel->setVisible(bRoom && !m_bPanelHidden && !m_bPanelForbidden);
+    keepPreviewWhole();
+}
+
+void FullPreviewPlace::keepPreviewWhole()
+{
+    QWidget *pWindow = m_pCenter->window();
+    // What the preview asks for by itself is less than its parts need.
+    m_pCenter->setMinimumSize(m_pPreview->previewWidget()->minimumSizeHint().expandedTo(QSize(0, 0)));
+    const QSize least = m_leastWindow.expandedTo(pWindow->minimumSizeHint());
+    pWindow->setMinimumSize(least.boundedTo(pWindow->screen()->availableSize()));
 }
 
 bool FullPreviewPlace::eventFilter(QObject *pWatched, QEvent *pEvent)
 {
+    if (pEvent->type() == QEvent::Resize && m_pPreview != nullptr && pWatched == m_pCenter->window())
+        showPanel(); // there may be room for it now
     if (pEvent->type() == QEvent::MouseMove && m_pPreview != nullptr && pWatched->isWidgetType()) {
         const QWidget *pWidget = m_pPreview->previewWidget();
         const QPoint place = pWidget->mapFromGlobal(static_cast<QMouseEvent *>(pEvent)->globalPos());
