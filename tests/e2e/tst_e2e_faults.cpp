@@ -206,7 +206,7 @@ protected Q_SLOTS:
         LoggedTest::init();
         // Readers of damaged files have much to say.
         for (const char *pBeginning :
-             {"libpng", "qt.gui", "QImage", "Corrupt JPEG", "JPEG datastream", "foreign", "QMovie", "QWindow"})
+             {"libpng", "qt.gui", "QImage", "Bogus", "Corrupt JPEG", "JPEG datastream", "foreign", "QMovie", "QWindow"})
             log().expect(QLatin1String(pBeginning));
     }
 

@@ -137,6 +137,9 @@ private Q_SLOTS:
     {
         const int nFiles = m_pHost->fileCount();
         QVERIFY2(nFiles > 40, qPrintable(QString::number(nFiles)));
+        // One of them is damaged, and whoever first reads its size has that to say.
+        for (const char *pBeginning : {"Bogus", "Corrupt JPEG", "JPEG datastream"})
+            log().expect(QLatin1String(pBeginning));
         QVERIFY(m_pHost->open(m_pHost->nameAt(0)));
         QStringList wrong;
         for (int i = 0; i < nFiles; ++i) {
