@@ -106,7 +106,7 @@ void FullPreviewPlace::showPanel(bool bAskedFor)
     }
     const int nNeeded = m_pPreview->previewWidget()->minimumSizeHint().width() +
                         m_pPanel->minimumSizeHint().expandedTo(m_pPanel->minimumSize()).width();
-    const bool bRoom = bAskedFor || m_pPanel->isVisible() || m_pPanel->window()->width() >= nNeeded;
+    const bool bRoom = bAskedFor || m_pPanel->window()->width() >= nNeeded;
     m_pPanel->setVisible(bRoom && !m_bPanelHidden && !m_bPanelForbidden);
     keepPreviewWhole();
 }
