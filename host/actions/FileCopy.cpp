@@ -178,7 +178,7 @@ private:
 IoStatus copyOnce(int nFrom, const struct stat &state, int nTo, bool bSync, const QString &what,
                   const BytesHandler &onBytes)
 {
-    const IoStatus status = Copier(nFrom, nTo, state, onBytes).copy(what);
+    IoStatus status = Copier(nFrom, nTo, state, onBytes).copy(what);
     if (!status.isDone())
         return status;
     copyAttributes(nFrom, nTo);

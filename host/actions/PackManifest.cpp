@@ -71,7 +71,7 @@ public:
     QString text(const char *key, int nLongest)
     {
         const QJsonValue value = m_object.value(QLatin1String(key));
-        const QString result = value.toString();
+        QString result = value.toString();
         require((value.isString() || value.isUndefined()) && result.size() <= nLongest);
         return result;
     }

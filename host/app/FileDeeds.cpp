@@ -123,7 +123,7 @@ void FileDeeds::showFolderMenu(const QPoint &position)
 
 QString FileDeeds::importFolder() const
 {
-    const QString shown = m_pLibrary->folders().value(0);
+    QString shown = m_pLibrary->folders().value(0);
     if (!shown.isEmpty() && QFileInfo(shown).isWritable())
         return shown;
     const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);

@@ -31,10 +31,12 @@ std::wstring wide(const QString &text)
 /** The path as people write it: the file manager knows no device paths. */
 QString withoutDevice(QString path)
 {
-    const QLatin1String share("//?/UNC/");
     const QLatin1String device("//?/");
-    if (path.startsWith(share))
-        return path.replace(0, share.size(), QStringLiteral("//"));
+    // Qt has taken the beginning away from some already.
+    for (const QLatin1String share : {QLatin1String("//?/UNC/"), QLatin1String("UNC/")}) {
+        if (path.startsWith(share))
+            return path.replace(0, share.size(), QStringLiteral("//"));
+    }
     return path.startsWith(device) ? path.mid(device.size()) : path;
 }
 

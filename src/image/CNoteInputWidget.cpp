@@ -4,6 +4,7 @@
 #include "theme/TSSkinSetting.h"
 
 #include <QKeyEvent>
+#include <QLayout>
 
 namespace {
 

@@ -18,6 +18,8 @@
 #include <QMouseEvent>
 #include <QTimer>
 
+#include <algorithm>
+
 #include <cmath>
 #include <utility>
 

@@ -12,6 +12,7 @@
 #include <QJsonObject>
 #include <QPluginLoader>
 #include <QSignalSpy>
+#include <QStackedWidget>
 #include <QTemporaryDir>
 #include <QThreadPool>
 
@@ -28,6 +29,15 @@ namespace {
 
 constexpr qint64 PngType = 10;
 constexpr qint64 GifType = 30;
+constexpr qint64 PptxType = 193;
+constexpr qint64 Mp3Type = 210;
+constexpr qint64 Mp4Type = 220;
+
+// Pages of the previews, by their place.
+constexpr int VideoPage = 1;
+constexpr int AudioPage = 2;
+constexpr int PresentationPage = 3;
+
 const QColor Still(20, 90, 160);
 
 constexpr QSize AnimationSize(8, 8);
@@ -175,6 +185,26 @@ private Q_SLOTS:
         QVERIFY(leave());
         QCOMPARE(closed.size(), 1);
         QTRY_VERIFY(m_pHost->decoder.counts().isBalanced());
+    }
+
+    void otherKinds()
+    {
+        m_pHost->addFile(1, PptxType, QStringLiteral("C:/a.pptx"));
+        m_pHost->renderer.setDocument(1, {{400, 300}});
+        m_pHost->addFile(2, Mp4Type, QStringLiteral("C:/a.mp4"));
+        m_pHost->addFile(3, Mp3Type, QStringLiteral("C:/a.mp3"));
+        m_fileIds = {1, 2, 3};
+        const std::unique_ptr<IPreviewSpaceDialog> pDialog(open(1));
+        QTRY_COMPARE_WITH_TIMEOUT(hub()->currentIndex(), PresentationPage, PatienceMsec);
+        QCOMPARE(m_pHost->renderer.openDocuments(), QSet<qint64>{1});
+        key(Qt::Key_Right);
+        QTRY_COMPARE(hub()->currentIndex(), VideoPage);
+        QTRY_COMPARE(m_pHost->player->openPath, QStringLiteral("C:/a.mp4"));
+        key(Qt::Key_Right);
+        QTRY_COMPARE(hub()->currentIndex(), AudioPage);
+        QTRY_COMPARE(m_pHost->player->openPath, QStringLiteral("C:/a.mp3"));
+        QVERIFY(leave());
+        QTRY_VERIFY(m_pHost->player->openPath.isEmpty() && m_pHost->renderer.openDocuments().isEmpty());
     }
 
     void fullPreview()

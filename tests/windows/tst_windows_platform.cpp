@@ -1,5 +1,6 @@
 #include "FileActionTest.h"
 #include "actions/TsQtUtils.h"
+#include "common/Platform.h"
 
 #include <QClipboard>
 #include <QStandardPaths>
@@ -87,11 +88,13 @@ private Q_SLOTS:
         QVERIFY2(first.endsWith(QStringLiteral(".tmp.webp"), Qt::CaseInsensitive), qPrintable(first));
         // What the system made to find the name is gone again.
         QVERIFY(QDir(folder).isEmpty());
-        // A name that is taken is not given out: the one without the extension is what the system looked for.
-        QFile taken(first.chopped(5));
-        QVERIFY(taken.open(QIODevice::WriteOnly));
+        // Names that are taken are not given out, whether the file has the extension or not.
+        QVERIFY(writeFile(first.chopped(5)));
         QVERIFY(TsQtUtils::makeTempFilePath(given, QStringLiteral(".webp")) != first);
+        QVERIFY(QFile::remove(first.chopped(5)));
         QVERIFY(QImage(3, 2, QImage::Format_RGB32).save(first, "png"));
+        for (int i = 0; i < 20; ++i)
+            QVERIFY(TsQtUtils::makeTempFilePath(given, QStringLiteral(".webp")) != first);
     }
 
     void noTemporaryName_data()
@@ -139,6 +142,8 @@ private Q_SLOTS:
         file("other alphabets", "C:/ä/图片 😀.png", "C:\\ä\\图片 😀.png");
         file("no extension, dots", "C:/a/../b/./c", "C:\\b\\c");
         file("network", "//server/the share/a b.png", "\\\\server\\the share\\a b.png");
+        file("device, as the menu asks", "//?/C:/pictures/file.png", "C:\\pictures\\file.png");
+        file("network device", "//?/UNC/server/share/a b.png", "\\\\server\\share\\a b.png");
         file("device", "\\\\?\\C:\\pictures\\file.png", "C:\\pictures\\file.png"); // Qt needs no prefix
         row("longest", pathOfLength(LongestShellPath),
             QStringLiteral("/select,\"%1\"").arg(QDir::toNativeSeparators(pathOfLength(LongestShellPath))));
@@ -167,6 +172,32 @@ private Q_SLOTS:
         // The next question is the only one that the file manager gets.
         TsQtUtils::showInGraphicalShell(QStringLiteral("C:/next.png"));
         QCOMPARE(askedOfExplorer(), QStringLiteral("/select,\"C:\\next.png\""));
+    }
+
+    void readersLeaveFilesFree_data() { namedRows({"plain.gif", "ä 图片.gif", "long"}); }
+
+    void readersLeaveFilesFree()
+    {
+        QString path = m_pFolder->filePath(rowName());
+        if (rowName() == QLatin1String("long"))
+            path = m_pFolder->filePath(QStringLiteral("%1/%1/%1/a.gif").arg(QString(120, QLatin1Char('p'))));
+        QVERIFY(QDir().mkpath(QFileInfo(path).path()) && writeFile(path, "content"));
+        QFile file;
+        QVERIFY(Platform::openForReading(&file, QDir::toNativeSeparators(path)));
+        QVERIFY(QFile::rename(path, path + QStringLiteral(".moved")));
+        QVERIFY(QFile::remove(path + QStringLiteral(".moved")));
+        QCOMPARE(file.readAll(), QByteArray("content"));
+        file.close();
+        QVERIFY(!Platform::openForReading(&file, path));
+        // Another program keeps this one to itself.
+        QVERIFY(writeFile(path, "content"));
+        const QString extended = QStringLiteral("\\\\?\\") + QDir::toNativeSeparators(path);
+        const HANDLE held = CreateFileW(reinterpret_cast<const wchar_t *>(extended.utf16()), GENERIC_READ, 0, nullptr,
+                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        QVERIFY(held != INVALID_HANDLE_VALUE);
+        QVERIFY(!Platform::openForReading(&file, path));
+        CloseHandle(held);
+        QVERIFY(Platform::openForReading(&file, path));
     }
 
     void copiedFile_data()

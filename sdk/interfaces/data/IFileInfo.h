@@ -12,7 +12,7 @@
  * The host's record of one file: read-only, shared, a picture of the moment it was asked for.
  *
  * Every operation answers at once from memory (none may touch the disk) and may be called from any thread. Paths use
- * forward slashes. A text that is not known is empty.
+ * forward slashes; on Windows back slashes are understood as well. A text that is not known is empty.
  */
 class IFileInfo {
 public:
