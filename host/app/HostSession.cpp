@@ -201,6 +201,7 @@ void HostSession::connectPreviews()
     connect(m_pPreviews.get(), &PreviewController::signalClosed, this, &HostSession::leavePreview);
     connect(m_pPreviews.get(), &PreviewController::signalFileShown, this,
             [this](qint64 nFileId) { m_pDataSource->setCurrentFile(nFileId); });
+    connect(&m_library, &Library::signalCleared, m_pPreviews.get(), &PreviewController::drop);
     // A long list is arranged on a thread: the rows may follow the end of the scan.
     connect(&m_library, &Library::signalScanEnded, this, [this] {
         m_bWantedListed = true;

@@ -144,6 +144,7 @@ void MainWindow::connectLibrary()
             [this](int nFiles) { m_pStatus->setScanning(true, nFiles); });
     connect(m_pLibrary, &Library::signalScanEnded, this, &MainWindow::reportScan);
     connect(m_pLibrary, &Library::signalProblem, m_pStatus, &StatusLine::addProblem);
+    connect(m_pLibrary, &Library::signalProblemSolved, m_pStatus, &StatusLine::removeProblem);
     connect(m_pModel, &QAbstractItemModel::modelReset, this, &MainWindow::showPage);
 }
 

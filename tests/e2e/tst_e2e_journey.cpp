@@ -178,7 +178,10 @@ private Q_SLOTS:
         for (const char *pName : {"a.png", "b.png"})
             QVERIFY(QFile::copy(QStringLiteral(SAMPLES_DIR "/pictures/landscape.png"),
                                 files.filePath(QLatin1String(pName))));
+        // A preview of what was in view goes with it: its files' numbers mean others from now on.
+        QVERIFY(m_pHost->open(QStringLiteral("landscape.png")));
         QVERIFY(m_pHost->showFolder(files.path()));
+        QVERIFY(waitUntilClosed());
         QVERIFY(m_pHost->select(QStringLiteral("a.png")));
         QTest::keyClick(m_pHost->session().window()->windowHandle(), Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QGuiApplication::clipboard()->mimeData()->urls(),
