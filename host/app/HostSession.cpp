@@ -218,6 +218,7 @@ void HostSession::connectFullPreview()
     connect(m_pPreviews.get(), &PreviewController::signalFullPreviewOpened, pPlace,
             [this, pPlace](IPreviewDbClickWidget *pPreview) {
                 pPlace->enter(pPreview, m_ini.value(panelHiddenKey(), false).toBool());
+                m_pWindow->showSelection();
             });
     connect(m_pPreviews.get(), &PreviewController::signalFullPreviewLeft, pPlace, &FullPreviewPlace::leave);
     connect(m_pPreviews.get(), &PreviewController::signalFileShown, m_pWindow->infoPanel(), &InfoPanel::showFile);
@@ -248,7 +249,7 @@ void HostSession::leavePreview(qint64 nFileId)
     QTimer::singleShot(0, m_pWindow.get(), [this, nLeftAt] {
         if (m_pWindow->grid()->currentFileId() == nLeftAt)
             m_pWindow->grid()->returnTo(nLeftAt);
-        m_pWindow->infoPanel()->showFile(m_pWindow->grid()->currentFileId());
+        m_pWindow->showSelection();
     });
 }
 
