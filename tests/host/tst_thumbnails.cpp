@@ -121,6 +121,17 @@ private Q_SLOTS:
         // Asked again all the same: answered, not tried.
         QVERIFY(!request(*pCache, pInfo, QSize(64, 64)));
         QCOMPARE(pCache->cacheKey(FileInfoPtr(), QSize(64, 64)), QString());
+
+        // One that was away comes back as it was.
+        const QString path = host.copyOf("landscape.jpg");
+        const FileInfoPtr pAway = infoOf(host, path);
+        const QString key = pCache->cacheKey(pAway, QSize(64, 64));
+        QVERIFY(QFile::rename(path, path + QStringLiteral(".away")));
+        QVERIFY(!request(*pCache, pAway, QSize(64, 64)));
+        QCOMPARE(pCache->lookup(key, nullptr), int(ITSCacheManager::Unavailable));
+        QVERIFY(QFile::rename(path + QStringLiteral(".away"), path));
+        QTRY_COMPARE(pCache->lookup(key, nullptr), int(ITSCacheManager::NotYetThere));
+        QVERIFY(request(*pCache, pAway, QSize(64, 64)));
     }
 
     void everyRequestIsAnswered()
