@@ -160,6 +160,9 @@ void AnalysisQueue::endConversion()
 void AnalysisQueue::takeOutcome(const FileRow &file, AnalysisOutcome outcome)
 {
     m_nOpen = qMax(0, m_nOpen - 1);
+    // Whatever came of it: the last one to end says that nothing is left.
+    if (!m_reportTimer.isActive())
+        m_reportTimer.start(k_nReportMsec);
     if (outcome == AnalysisOutcome::Cancelled)
         return;
     ++m_nDone;
@@ -169,8 +172,6 @@ void AnalysisQueue::takeOutcome(const FileRow &file, AnalysisOutcome outcome)
     m_analysed.insert(file.id, file.nModifiedMsec);
     if (outcome == AnalysisOutcome::Impossible)
         Q_EMIT signalImpossible(file.id);
-    if (!m_reportTimer.isActive())
-        m_reportTimer.start(k_nReportMsec);
 }
 
 void AnalysisQueue::report()

@@ -49,7 +49,9 @@ void FileGridView::selectFile(qint64 nFileId)
     if (!index.isValid())
         return;
     m_bTouched = true;
-    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    // Where it is there already, the files selected with it stay.
+    if (index != currentIndex() || !selectionModel()->isSelected(index))
+        selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
     scrollTo(index);
 }
 

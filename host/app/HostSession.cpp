@@ -201,6 +201,7 @@ void HostSession::connectPreviews()
     connect(m_pPreviews.get(), &PreviewController::signalClosed, this, &HostSession::leavePreview);
     connect(m_pPreviews.get(), &PreviewController::signalFileShown, this,
             [this](qint64 nFileId) { m_pDataSource->setCurrentFile(nFileId); });
+    connect(&m_library, &Library::signalCleared, m_pPreviews.get(), &PreviewController::drop);
     // A long list is arranged on a thread: the rows may follow the end of the scan.
     connect(&m_library, &Library::signalScanEnded, this, [this] {
         m_bWantedListed = true;
@@ -217,6 +218,7 @@ void HostSession::connectFullPreview()
     connect(m_pPreviews.get(), &PreviewController::signalFullPreviewOpened, pPlace,
             [this, pPlace](IPreviewDbClickWidget *pPreview) {
                 pPlace->enter(pPreview, m_ini.value(panelHiddenKey(), false).toBool());
+                m_pWindow->showSelection();
             });
     connect(m_pPreviews.get(), &PreviewController::signalFullPreviewLeft, pPlace, &FullPreviewPlace::leave);
     connect(m_pPreviews.get(), &PreviewController::signalFileShown, m_pWindow->infoPanel(), &InfoPanel::showFile);
@@ -247,7 +249,7 @@ void HostSession::leavePreview(qint64 nFileId)
     QTimer::singleShot(0, m_pWindow.get(), [this, nLeftAt] {
         if (m_pWindow->grid()->currentFileId() == nLeftAt)
             m_pWindow->grid()->returnTo(nLeftAt);
-        m_pWindow->infoPanel()->showFile(m_pWindow->grid()->currentFileId());
+        m_pWindow->showSelection();
     });
 }
 

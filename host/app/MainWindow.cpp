@@ -144,6 +144,7 @@ void MainWindow::connectLibrary()
             [this](int nFiles) { m_pStatus->setScanning(true, nFiles); });
     connect(m_pLibrary, &Library::signalScanEnded, this, &MainWindow::reportScan);
     connect(m_pLibrary, &Library::signalProblem, m_pStatus, &StatusLine::addProblem);
+    connect(m_pLibrary, &Library::signalProblemSolved, m_pStatus, &StatusLine::removeProblem);
     connect(m_pModel, &QAbstractItemModel::modelReset, this, &MainWindow::showPage);
 }
 
@@ -282,8 +283,8 @@ void MainWindow::chooseFolder()
 void MainWindow::showSelection()
 {
     showCounts();
-    m_pPanel->setSelection(m_pGrid->selectedFileIds());
-    // While a preview is open it tells what is looked at.
+    // While a preview is open the panel tells of the file that is looked at, and its labels go to this one alone.
+    m_pPanel->setSelection(m_pFullPlace->isOpen() ? QVector<qint64>() : m_pGrid->selectedFileIds());
     if (!m_pFullPlace->isOpen())
         m_pPanel->showFile(m_pGrid->currentFileId());
 }

@@ -50,6 +50,9 @@ public:
 
     void toggleMaximized();
 
+    /** Tells panel and status line which files are selected, or that one is looked at alone. */
+    void showSelection();
+
     /** Puts the cursor into the current file's name in the panel. */
     void renameFile();
 
@@ -78,7 +81,6 @@ private:
     void chooseFolder();
     void focusFiles();
     void togglePanel();
-    void showSelection();
     void showColumns();
     void showCounts();
     void showPage();

@@ -187,6 +187,15 @@ void PreviewController::close(qint64 nFileId)
     Q_EMIT signalClosed(nFileId);
 }
 
+void PreviewController::drop()
+{
+    if (!isOpen())
+        return;
+    if (m_pFull != nullptr)
+        m_pFull->stopPreview();
+    close(0);
+}
+
 void PreviewController::shutdown()
 {
     m_aheadTimer.stop();

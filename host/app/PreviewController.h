@@ -59,6 +59,9 @@ public:
     /** False while the open preview asks the user to wait. */
     bool canClose() const;
 
+    /** The library is another one now: the ids of an open preview mean nothing in it, or other files. */
+    void drop();
+
     /** Shows one note of a file: in the open preview, or in a quick preview that is opened for it. */
     void showNote(qint64 nFileId, int nPosition);
 

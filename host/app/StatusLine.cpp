@@ -82,6 +82,12 @@ void StatusLine::addProblem(const QString &message)
     showText();
 }
 
+void StatusLine::removeProblem(const QString &message)
+{
+    m_problems.removeAll(message);
+    showText();
+}
+
 void StatusLine::addScanProblem(const QString &message)
 {
     m_scanProblems.append(message);

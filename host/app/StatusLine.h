@@ -28,6 +28,8 @@ public:
     /** What went wrong: stays, with earlier ones in the tool tip. */
     void addProblem(const QString &message);
 
+    void removeProblem(const QString &message);
+
     /** What went wrong with the folders in view: stays until they are looked at again. */
     void addScanProblem(const QString &message);
     void clearScanProblems();

@@ -11,18 +11,12 @@ void ThumbnailSource::setCache(const QSharedPointer<ITSCacheManager> &pCache)
         m_pCache->disconnect(this);
     m_pCache = pCache;
     m_requested.clear();
-    m_failed.clear();
     if (m_pCache == nullptr)
         return;
-    connect(m_pCache.data(), &ITSCacheManager::signalLoadPixmapFinished, this,
-            [this](const QString &key, bool bStatus) {
-                m_requested.remove(key);
-                // A request dropped because too many came after it may be made again; a picture that cannot be read
-                // not.
-                if (!bStatus && m_pCache->lookup(key, nullptr) != ITSCacheManager::NotYetThere)
-                    m_failed.insert(key);
-                Q_EMIT signalChanged();
-            });
+    connect(m_pCache.data(), &ITSCacheManager::signalLoadPixmapFinished, this, [this](const QString &key) {
+        m_requested.remove(key);
+        Q_EMIT signalChanged();
+    });
 }
 
 QPixmap ThumbnailSource::thumbnail(const FileInfoPtr &pInfo, const QSize &size, double fDpi, bool *pbComing)
@@ -31,9 +25,10 @@ QPixmap ThumbnailSource::thumbnail(const FileInfoPtr &pInfo, const QSize &size, 
     if (m_pCache == nullptr || pInfo == nullptr || !pInfo->hasCachePicture())
         return {};
     const QString key = m_pCache->cacheKey(pInfo, size);
-    if (key.isEmpty() || m_failed.contains(key))
+    if (key.isEmpty())
         return {};
     QPixmap pixmap;
+    // The cache remembers what cannot be read; a request that it dropped may be made again.
     switch (m_pCache->lookup(key, &pixmap)) {
     case ITSCacheManager::Found:
         return pixmap;

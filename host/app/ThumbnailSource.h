@@ -32,5 +32,4 @@ Q_SIGNALS:
 private:
     QSharedPointer<ITSCacheManager> m_pCache;
     QSet<QString> m_requested;
-    QSet<QString> m_failed;
 };

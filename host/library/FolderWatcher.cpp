@@ -16,6 +16,10 @@ namespace {
 // Long enough to gather what one command does, short enough to seem at once.
 constexpr int k_nReportDelayMsec = 300;
 constexpr int k_nPollMsec = 4000;
+// A file that is rewritten in place leaves no trace in its folder: each folder is reported from time to time, however
+// it looks. Reported folders are listed, so only so many with each poll.
+constexpr int k_nPollsForAll = 4;
+constexpr int k_nMostWithOnePoll = 200;
 
 } // namespace
 
@@ -89,20 +93,24 @@ qint64 FolderWatcher::stateOf(const QString &folder)
 void FolderWatcher::add(const QString &folder)
 {
     const QMutexLocker lock(&m_mutex);
-    if (m_watches.contains(folder))
-        return;
+    // Also one that is known: a drive put in its place is another folder, of which the system tells nothing by itself.
+    const int nBefore = m_watches.value(folder, -1);
+    m_folders.remove(nBefore);
     const int nWatch = addToSystem(folder);
-    m_watches.insert(folder, nWatch);
+    if (nWatch != nBefore)
+        removeFromSystem(nBefore);
     if (nWatch >= 0) {
         // A folder that was moved is known to the system under the same number still.
         m_watches.remove(m_folders.value(nWatch));
         m_watches.insert(folder, nWatch);
         m_folders.insert(nWatch, folder);
+        m_polled.remove(folder);
         return;
     }
-    m_polled.insert(folder, stateOf(folder));
-    if (m_polled.size() == 1)
+    m_watches.insert(folder, -1);
+    if (m_polled.isEmpty())
         QMetaObject::invokeMethod(&m_pollTimer, QOverload<>::of(&QTimer::start), Qt::QueuedConnection);
+    m_polled.insert(folder, stateOf(folder));
 }
 
 bool FolderWatcher::contains(const QString &folder) const
@@ -168,7 +176,8 @@ void FolderWatcher::readEvents()
             }
             const QString folder = m_folders.value(pEvent->wd);
             report(folder);
-            if ((pEvent->mask & (IN_MOVE_SELF | IN_DELETE_SELF)) != 0 && !folder.isEmpty())
+            // The system drops its watch with the last three; whoever looks at the folder again then gets a new one.
+            if ((pEvent->mask & (IN_MOVE_SELF | IN_DELETE_SELF | IN_UNMOUNT | IN_IGNORED)) != 0 && !folder.isEmpty())
                 leave(folder);
         }
     }
@@ -180,9 +189,11 @@ void FolderWatcher::poll()
     const QMutexLocker lock(&m_mutex);
     if (m_polled.isEmpty())
         m_pollTimer.stop();
+    const int nTurns = qMax(k_nPollsForAll, m_polled.size() / k_nMostWithOnePoll);
+    int nTurn = ++m_nPolls % nTurns;
     for (auto entry = m_polled.begin(); entry != m_polled.end(); ++entry) {
         const qint64 nState = stateOf(entry.key());
-        if (nState != entry.value())
+        if (nTurn++ % nTurns == 0 || nState != entry.value())
             report(entry.key());
         entry.value() = nState;
     }

@@ -20,15 +20,19 @@ public:
     explicit FolderWatcher(QObject *pParent = nullptr);
     ~FolderWatcher() override;
 
-    /** Watches a folder from now on; once is enough. */
+    /** Watches a folder from now on: once is enough until another drive takes the folder's place. */
     void add(const QString &folder);
     bool contains(const QString &folder) const;
 
     /** Forgets every folder. */
     void clear();
 
-    /** For tests: at most this many folders are left to the system. */
-    void setSystemLimit(int nFolders) { m_nSystemLimit = nFolders; }
+    /** For tests: at most this many folders are left to the system, and the others looked at so often. */
+    void setSystemLimit(int nFolders, int nPollMsec)
+    {
+        m_nSystemLimit = nFolders;
+        m_pollTimer.setInterval(nPollMsec);
+    }
 
 Q_SIGNALS:
     /** Something changed in these folders; gathered, so that a copy of a thousand files comes as a few signals. */
@@ -52,4 +56,5 @@ private:
     QSet<QString> m_changed;
     QTimer m_reportTimer;
     QTimer m_pollTimer;
+    int m_nPolls = 0;
 };

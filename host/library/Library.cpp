@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QStandardPaths>
 
+#include <utility>
+
 namespace {
 
 void registerTypes()
@@ -69,10 +71,12 @@ void Library::connectWorker()
         Q_EMIT signalLabelRecords();
     });
     connect(m_pWorker, &LibraryWorker::signalUnusable, this, [this](const QString &path, const QString &reason) {
-        Q_EMIT signalProblem(
-            tr("The library %1 cannot be used: %2. Changes of this session are not kept.").arg(path, reason));
+        withdrawFault();
+        m_fault = tr("The library %1 cannot be used: %2. Changes of this session are not kept.").arg(path, reason);
+        Q_EMIT signalProblem(m_fault);
         Q_EMIT signalUnusable(path, reason);
     });
+    connect(m_pWorker, &LibraryWorker::signalUsable, this, &Library::withdrawFault);
     connect(m_pWorker, &LibraryWorker::signalNotesStored, this,
             [this](qint64 nActionId, qint64 nFileId, const QVector<NoteRecord> &notes,
                    const QSharedPointer<const IResponseInfo> &pResponse) {
@@ -80,6 +84,12 @@ void Library::connectWorker()
                 Q_EMIT signalNotesStored(nActionId, pResponse);
             });
     connect(m_pWorker, &LibraryWorker::signalLabelsStored, this, &Library::signalLabelsStored);
+}
+
+void Library::withdrawFault()
+{
+    if (!m_fault.isEmpty())
+        Q_EMIT signalProblemSolved(std::exchange(m_fault, QString()));
 }
 
 void Library::reopen(bool bStartNew)

@@ -118,12 +118,15 @@ Q_SIGNALS:
     void signalScanProgress(int nFiles);
     void signalScanEnded(const ScanReport &report);
     void signalProblem(const QString &message);
+    /** This message holds no longer. */
+    void signalProblemSolved(const QString &message);
     void signalProtectionChanged();
     void signalNotesStored(qint64 nActionId, const QSharedPointer<const IResponseInfo> &pResponse);
     void signalLabelsStored(qint64 nActionId, const QSharedPointer<const IResponseInfo> &pResponse);
 
 private:
     void connectWorker();
+    void withdrawFault();
     void openFile(const QString &path, bool bStartNew);
     void loadKeeping(const QString &path);
     void startScan(bool bAnnounceKnown);
@@ -149,6 +152,7 @@ private:
     std::shared_ptr<std::atomic_bool> m_pCancelled;
     QHash<qint64, FileRecordPtr> m_records;
     QString m_path;
+    QString m_fault; ///< Told to the user: why the library cannot be used; empty when it can.
     QStringList m_folders;
     QSet<QString> m_protectedFolders;
     QString m_coverFolder;

@@ -19,7 +19,9 @@ void LibraryWorker::open(const QString &path)
 {
     QString error;
     m_bKept = m_store.open(path, &error);
-    if (!m_bKept) {
+    if (m_bKept) {
+        Q_EMIT signalUsable();
+    } else {
         Q_EMIT signalUnusable(path, error);
         if (!m_store.openCopy(path, &error))
             Q_EMIT signalProblem(tr("There is no SQLite driver: %1").arg(error));

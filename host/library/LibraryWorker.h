@@ -80,6 +80,8 @@ Q_SIGNALS:
 
     /** The library file cannot be used; what it says is read where it can be. */
     void signalUnusable(const QString &path, const QString &reason);
+    /** The library file is open, and changes are kept. */
+    void signalUsable();
     void signalNotesStored(qint64 nActionId, qint64 nFileId, const QVector<NoteRecord> &notes,
                            const QSharedPointer<const IResponseInfo> &pResponse);
     void signalLabelsStored(qint64 nActionId, const QSharedPointer<const IResponseInfo> &pResponse);

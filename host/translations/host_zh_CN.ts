@@ -1123,5 +1123,9 @@ Missing</source>
         <source>Decoder and thumbnails</source>
         <translation>解码器与缩略图</translation>
     </message>
+    <message>
+        <source>Thumbnails cannot be kept in %1: the disk is full, or the folder cannot be written.</source>
+        <translation>缩略图无法保存到 %1：磁盘已满，或文件夹不可写入。</translation>
+    </message>
 </context>
 </TS>

@@ -13,6 +13,7 @@
 #include <QClipboard>
 #include <QGraphicsItem>
 #include <QGraphicsView>
+#include <QLineEdit>
 #include <QScrollBar>
 
 using namespace OpenPreview;
@@ -76,16 +77,25 @@ private Q_SLOTS:
         const int nScrolled = pGrid->verticalScrollBar()->value();
         for (const bool bByMouse : {false, true}) {
             QVERIFY(makeActive(pWindow));
+            if (!bByMouse)
+                pGrid->selectionModel()->select(m_pHost->session().model().index(0), QItemSelectionModel::Select);
             if (bByMouse)
                 doubleClick(pGrid->viewport(), pGrid->visualRect(pGrid->currentIndex()).center());
             else
                 key(Qt::Key_Return);
             QTRY_VERIFY(pWindow->fullPreviewPlace()->isOpen());
+            const QVector<qint64> selected = pGrid->selectedFileIds();
+            QCOMPARE(selected.size(), bByMouse ? 1 : 2);
             QWidget *pPreview = m_pHost->session().previews()->dialog();
             // It takes the files' place; the panel beside it tells of the file that it shows.
             QVERIFY(pPreview->window() == pWindow && pPreview->isVisible() && !pGrid->isVisible());
             QTRY_VERIFY(pWindow->infoPanel()->isVisible());
             QCOMPARE(pWindow->infoPanel()->fileId(), pGrid->currentFileId());
+            // A label is for the file on show, not for all that are selected in the files behind it.
+            auto *pInput = pWindow->infoPanel()->findChild<QLineEdit *>(QStringLiteral("hostLabelInput"));
+            QTest::keyClicks(pInput, QStringLiteral("seen"));
+            QTest::keyClick(pInput, Qt::Key_Return);
+            QTRY_COMPARE(labelledFiles(), QVector<qint64>{pGrid->currentFileId()});
             QTRY_VERIFY_WITH_TIMEOUT(
                 [&] {
                     if (m_pHost->session().previews()->isOpen())
@@ -95,6 +105,7 @@ private Q_SLOTS:
                 PatienceMsec);
             QTRY_VERIFY(pGrid->isVisible() && pGrid->hasFocus());
             QCOMPARE(m_pHost->currentName(), QStringLiteral("landscape.png"));
+            QCOMPARE(pGrid->selectedFileIds(), selected);
             QTRY_COMPARE(pGrid->verticalScrollBar()->value(), nScrolled);
         }
     }
@@ -178,7 +189,10 @@ private Q_SLOTS:
         for (const char *pName : {"a.png", "b.png"})
             QVERIFY(QFile::copy(QStringLiteral(SAMPLES_DIR "/pictures/landscape.png"),
                                 files.filePath(QLatin1String(pName))));
+        // A preview of what was in view goes with it: its files' numbers mean others from now on.
+        QVERIFY(m_pHost->open(QStringLiteral("landscape.png")));
         QVERIFY(m_pHost->showFolder(files.path()));
+        QVERIFY(waitUntilClosed());
         QVERIFY(m_pHost->select(QStringLiteral("a.png")));
         QTest::keyClick(m_pHost->session().window()->windowHandle(), Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QGuiApplication::clipboard()->mimeData()->urls(),
@@ -196,6 +210,16 @@ private Q_SLOTS:
     }
 
 private:
+    QVector<qint64> labelledFiles() const
+    {
+        QVector<qint64> ids;
+        for (const FileRecordPtr &pRecord : m_pHost->session().library()->records()) {
+            if (!pRecord->tags().isEmpty())
+                ids.append(pRecord->fileId());
+        }
+        return ids;
+    }
+
     std::unique_ptr<HostUser> m_pHost;
 };
 

@@ -121,6 +121,17 @@ private Q_SLOTS:
         // Asked again all the same: answered, not tried.
         QVERIFY(!request(*pCache, pInfo, QSize(64, 64)));
         QCOMPARE(pCache->cacheKey(FileInfoPtr(), QSize(64, 64)), QString());
+
+        // One that was away comes back as it was.
+        const QString path = host.copyOf("landscape.jpg");
+        const FileInfoPtr pAway = infoOf(host, path);
+        const QString key = pCache->cacheKey(pAway, QSize(64, 64));
+        QVERIFY(QFile::rename(path, path + QStringLiteral(".away")));
+        QVERIFY(!request(*pCache, pAway, QSize(64, 64)));
+        QCOMPARE(pCache->lookup(key, nullptr), int(ITSCacheManager::Unavailable));
+        QVERIFY(QFile::rename(path + QStringLiteral(".away"), path));
+        QTRY_COMPARE(pCache->lookup(key, nullptr), int(ITSCacheManager::NotYetThere));
+        QVERIFY(request(*pCache, pAway, QSize(64, 64)));
     }
 
     void everyRequestIsAnswered()
@@ -189,7 +200,8 @@ private Q_SLOTS:
         QCOMPARE(QColor(files.thumbnail(path, ThumbnailFiles::kLarge, nullptr).pixel(5, 5)), QColor(Qt::magenta));
 
         QCOMPARE(host.module->analyse(sample("nasty/zero_landscape.jpg"), running), AnalysisOutcome::Impossible);
-        QCOMPARE(host.module->analyse(QStringLiteral("/no/such/file.jpg"), running), AnalysisOutcome::Impossible);
+        // One that vanished may come back.
+        QCOMPARE(host.module->analyse(QStringLiteral("/no/such/file.jpg"), running), AnalysisOutcome::Cancelled);
         host.module->shutdown();
         QCOMPARE(host.module->analyse(path, running), AnalysisOutcome::Cancelled);
     }
@@ -215,6 +227,9 @@ private Q_SLOTS:
         TestModule host;
         const QString path = host.copyOf("landscape.jpg");
         const ThumbnailFiles files(host.folder.filePath(QStringLiteral("thumbnails")));
+        const std::atomic_bool running{false};
+        QStringList problems;
+        host.module->setProblemHandler([&problems](const QString &problem) { problems.append(problem); });
         // No file may grow beyond this: as on a disk that is full, in the middle of writing.
         std::signal(SIGXFSZ, SIG_IGN);
         rlimit before{};
@@ -222,14 +237,20 @@ private Q_SLOTS:
         const rlimit tiny{4096, before.rlim_max};
         QCOMPARE(::setrlimit(RLIMIT_FSIZE, &tiny), 0);
         const QImage shown = files.thumbnail(path, ThumbnailFiles::kXLarge, nullptr);
+        const AnalysisOutcome outcomes[] = {host.module->analyse(path, running), host.module->analyse(path, running)};
         QCOMPARE(::setrlimit(RLIMIT_FSIZE, &before), 0);
         // The picture is there for the screen, and no half of it on the disk.
         QVERIFY(!shown.isNull());
         QDirIterator left(host.folder.filePath(QStringLiteral("thumbnails")), QDir::Files | QDir::Hidden,
                           QDirIterator::Subdirectories);
         QVERIFY2(!left.hasNext(), qPrintable(left.next()));
-        files.thumbnail(path, ThumbnailFiles::kXLarge, nullptr);
+        // Told once, and done again when there is room.
+        QCOMPARE(outcomes[0], AnalysisOutcome::Cancelled);
+        QCOMPARE(outcomes[1], AnalysisOutcome::Cancelled);
+        QTRY_COMPARE(problems.size(), 1);
+        QCOMPARE(host.module->analyse(path, running), AnalysisOutcome::Done);
         QVERIFY(QFile::exists(files.pathFor(path, ThumbnailFiles::kXLarge)));
+        QCOMPARE(problems.size(), 1);
     }
 };
 

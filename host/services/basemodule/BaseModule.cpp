@@ -9,6 +9,8 @@
 #include "services/basemodule/documents/DocumentConverter.h"
 #include "services/basemodule/documents/PresentationRenderer.h"
 
+#include <QDir>
+
 #include <utility>
 
 namespace basemodule {
@@ -63,13 +65,7 @@ BaseModule::BaseModule(const CacheFolders &folders, ConverterSettings settings, 
     , m_renditions(folders)
     , m_thumbnailFiles(folders.thumbnails, m_documents.get())
 {
-    m_documents->setProblemHandler([this](const QString &problem) {
-        const auto tell = [this, problem] {
-            if (m_problemHandler)
-                m_problemHandler(problem);
-        };
-        QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
-    });
+    m_documents->setProblemHandler([this](const QString &problem) { tell(problem); });
     // Previews read raw files through their rendition: that is what has to be ready.
     const auto resolve = [this](const QString &path) {
         return isRawSuffix(path.section(QLatin1Char('.'), -1)) ? m_renditions.renditionOf(path) : path;
@@ -77,6 +73,15 @@ BaseModule::BaseModule(const CacheFolders &folders, ConverterSettings settings, 
     m_ahead = std::make_unique<DecodeAhead>(*m_gate, resolve, m_documents.get());
     m_decoder = std::make_unique<ImageDecoder>(*m_gate, *m_ahead, m_renditions, m_documents.get());
     m_thumbnails = QSharedPointer<ThumbnailCache>::create(m_gate, m_thumbnailFiles);
+}
+
+void BaseModule::tell(const QString &problem)
+{
+    const auto call = [this, problem] {
+        if (m_problemHandler)
+            m_problemHandler(problem);
+    };
+    QMetaObject::invokeMethod(this, call, Qt::QueuedConnection);
 }
 
 BaseModule::~BaseModule()
@@ -163,13 +168,18 @@ AnalysisOutcome BaseModule::analyse(const QString &path, const std::atomic_bool 
         m_thumbnailFiles.prune(m_nThumbnailBudget, cancelled);
     if (isRawSuffix(path.section(QLatin1Char('.'), -1)))
         m_renditions.renditionOf(path);
-    const bool bMade = m_thumbnailFiles.keep(path, ThumbnailFiles::kXLarge, &control);
+    const ThumbnailFiles::Kept kept = m_thumbnailFiles.keep(path, ThumbnailFiles::kXLarge, &control);
     if (cancelled || m_bEnding)
         return AnalysisOutcome::Cancelled;
-    // Once the program is installed the document has a picture.
-    if (!bMade && m_documents->isProgramMissing(pictureFormat(path)))
+    if (kept == ThumbnailFiles::Kept::NotWritten && !m_bToldNotWritten.exchange(true))
+        tell(tr("Thumbnails cannot be kept in %1: the disk is full, or the folder cannot be written.")
+                 .arg(QDir::toNativeSeparators(m_thumbnailFiles.folder())));
+    if (kept == ThumbnailFiles::Kept::Yes)
+        return AnalysisOutcome::Done;
+    // What hindered it may be gone at the next start: once the program is installed the document has a picture, too.
+    if (kept != ThumbnailFiles::Kept::Impossible || m_documents->isProgramMissing(pictureFormat(path)))
         return AnalysisOutcome::Cancelled;
-    return bMade ? AnalysisOutcome::Done : AnalysisOutcome::Impossible;
+    return AnalysisOutcome::Impossible;
 }
 
 void BaseModule::setFileShown(const QString &path)

@@ -65,6 +65,9 @@ public:
     DecodeAhead &decodeAhead() const { return *m_ahead; }
 
 private:
+    /** Any thread. */
+    void tell(const QString &problem);
+
     const std::shared_ptr<DecodeGate> m_gate;
     std::unique_ptr<DocumentConverter> m_documents;
     std::unique_ptr<PresentationRenderer> m_presentations;
@@ -77,6 +80,7 @@ private:
     std::atomic<qint64> m_nThumbnailBudget{qint64(1) << 30};
     std::atomic_int m_nAnalysed{0};
     std::atomic_bool m_bEnding{false};
+    std::atomic_bool m_bToldNotWritten{false};
 };
 
 } // namespace basemodule

@@ -16,7 +16,7 @@ struct RenditionPaths {
     QString thumbnail;    ///< The thumbnail, in the desktop's shared thumbnail folder.
 };
 
-/** What came of analysing a file. */
+/** What came of analysing a file; a cancelled one, also for want of room or of the file, is tried again later. */
 enum class AnalysisOutcome { Done, Impossible, Cancelled };
 
 /**
@@ -58,7 +58,8 @@ public:
 
     using ProblemHandler = std::function<void(const QString &)>;
 
-    /** Is called in the GUI thread with a readable line when a program is missing; empty: nobody wants to know. */
+    /** Is called in the GUI thread with a readable line when a program or room on the disk is missing; empty: nobody
+     * wants to know. */
     virtual void setProblemHandler(const ProblemHandler &handler) = 0;
 
     /** Byte budget for our thumbnails on disk; those of other programs are left alone. */

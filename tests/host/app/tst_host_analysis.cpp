@@ -15,7 +15,8 @@ public:
         }
         while (!bOpen && !cancelled)
             QThread::msleep(1);
-        if (cancelled)
+        // No converter for it, say.
+        if (cancelled || path.endsWith(QLatin1String(".pptx")))
             return AnalysisOutcome::Cancelled;
         return path.contains(QLatin1String("broken")) ? AnalysisOutcome::Impossible : AnalysisOutcome::Done;
     }
@@ -64,6 +65,22 @@ private Q_SLOTS:
         place.label(QStringLiteral("1.jpg"), QStringLiteral("x"));
         QVERIFY(!queue.isBusy());
         QCOMPARE(analysis.started().size(), 4);
+    }
+
+    void tellsNoProgressOfWhatIsPutOff()
+    {
+        LibraryFixture place;
+        place.write(QStringLiteral("slides.pptx"));
+        place.open();
+        GatedAnalysis analysis;
+        AnalysisQueue queue(place.library.get());
+        QSignalSpy progress(&queue, &AnalysisQueue::signalProgress);
+        place.library->showFolders({place.files()});
+        queue.setAnalysis(&analysis);
+        QTRY_VERIFY(!progress.isEmpty());
+        QCOMPARE(progress.last().at(1).toInt(), 1);
+        analysis.bOpen = true;
+        QTRY_COMPARE(progress.last().at(1).toInt(), 0);
     }
 
     void raisesWhatIsLookedAt()

@@ -124,6 +124,7 @@ private Q_SLOTS:
         Library library;
         LibraryBanner banner(&library, nullptr);
         QSignalSpy unusable(&library, &Library::signalUnusable);
+        QSignalSpy solved(&library, &Library::signalProblemSolved);
         library.open(databasePath());
         library.showFolders({m_place->files()});
         // A lock is waited for a while: another instance may be about to let go.
@@ -148,6 +149,8 @@ private Q_SLOTS:
         QVERIFY2(problems.isEmpty(), qPrintable(problems.value(0).value(0).toString()));
         QCOMPARE(library.count(), 2);
         QCOMPARE(unusable.size(), 1);
+        // Nobody is told any longer that changes are not kept.
+        QCOMPARE(solved.size(), 1);
         // Put aside, not overwritten.
         const QStringList aside = QDir(QFileInfo(databasePath()).path())
                                       .entryList({QStringLiteral("library.sqlite.unusable-*")}, QDir::Files)

@@ -182,6 +182,11 @@ private Q_SLOTS:
             QCOMPARE(sorted(view.selectedFileIds()), (QVector<qint64>{2, 3, 5, 6}));
             QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
             QCOMPARE(view.selectedFileIds().size(), 20);
+            // A preview that was left at the file where it was opened leaves the selection alone.
+            view.selectFile(view.currentFileId());
+            QCOMPARE(view.selectedFileIds().size(), 20);
+            view.selectFile(7);
+            QCOMPARE(view.selectedFileIds(), QVector<qint64>{7});
         }
     }
 

@@ -86,6 +86,12 @@ private Q_SLOTS:
         QVERIFY(pFirst != nullptr);
         QTRY_VERIFY(pFirst == nullptr);
         QVERIFY(previews.openQuickPreview(4));
+        // Another library takes the place of the one that the preview shows files of.
+        previews.drop();
+        previews.drop();
+        QCOMPARE(closed.size(), 2);
+        QTRY_VERIFY(plugin.pDialog == nullptr);
+        QVERIFY(!previews.isOpen());
     }
 
     void announcesNeighbours()

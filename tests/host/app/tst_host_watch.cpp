@@ -117,7 +117,7 @@ private Q_SLOTS:
     void looksAtWhatCannotBeWatched()
     {
         FolderWatcher watcher;
-        watcher.setSystemLimit(1);
+        watcher.setSystemLimit(1, 100);
         QSignalSpy changed(&watcher, &FolderWatcher::signalChanged);
         watcher.add(m_place->files());
         watcher.add(files("sub"));
@@ -125,9 +125,32 @@ private Q_SLOTS:
         write("sub/new.jpg");
         QTRY_VERIFY_WITH_TIMEOUT(!changed.isEmpty(), 10000);
         QCOMPARE(changed.first().first().toStringList(), QStringList{files("sub")});
+        // Written in place: nothing in the folder tells.
+        changed.clear();
+        write("sub/new.jpg", QByteArrayLiteral("other"));
+        QTRY_VERIFY(!changed.isEmpty());
         watcher.clear();
         changed.clear();
         write("other.jpg");
+        QVERIFY(!changed.wait(600));
+    }
+
+    void watchesWhatTookThePlace()
+    {
+        // As with a drive that is taken out and put in again: the same path leads to another folder.
+        const QString place = m_place->path(QStringLiteral("drive"));
+        FolderWatcher watcher;
+        QSignalSpy changed(&watcher, &FolderWatcher::signalChanged);
+        for (const QString &folder : {files("sub"), m_place->files()}) {
+            QFile::remove(place);
+            QVERIFY(QFile::link(folder, place));
+            watcher.add(place);
+            QVERIFY(writeFile(folder + QStringLiteral("/new.jpg"), QByteArrayLiteral("x")));
+            QTRY_COMPARE(changed.size(), 1);
+            QCOMPARE(changed.takeFirst().first().toStringList(), QStringList{place});
+        }
+        // The one before is left alone.
+        write("sub/later.jpg");
         QVERIFY(!changed.wait(600));
     }
 

@@ -2,6 +2,7 @@
 
 #include "services/basemodule/decode/DecodeRequest.h"
 #include "services/basemodule/decode/PictureFormat.h"
+#include "services/basemodule/decode/PictureReader.h"
 
 #include <QFileInfo>
 #include <QThread>
@@ -19,6 +20,8 @@ constexpr int kWorkers = 3;
 // About two screens of a dense grid; older requests have scrolled away.
 constexpr size_t kLongestQueue = 400;
 constexpr int kMostFailures = 20000;
+// A file that was away may be back when its place is painted the next time, in the same state and so with the same key.
+constexpr int kAwayMsec = 1000;
 constexpr int kDefaultBudgetKilobytes = 256 << 10;
 
 int costOf(const QImage &image)
@@ -106,7 +109,7 @@ QString ThumbnailCache::cacheKey(const FileInfoPtr &pInfo, const QSize &size) co
 
 int ThumbnailCache::lookup(const QString &cacheKey, QPixmap *pPixmap)
 {
-    if (cacheKey.isEmpty() || m_failed.contains(cacheKey))
+    if (cacheKey.isEmpty() || hasFailed(cacheKey))
         return Unavailable;
     Picture *pPicture = m_pictures.object(cacheKey);
     if (!pPicture)
@@ -132,7 +135,7 @@ void ThumbnailCache::submitRequest(const ThumbnailRequest &request)
     const QSize pixelSize(int(std::ceil(request.size.width() * request.dpi)),
                           int(std::ceil(request.size.height() * request.dpi)));
     Job job{request.cacheKey, pictureOf(request.fileInfo), fileState(request.fileInfo), pixelSize, request.dpi};
-    if (pixelSize.isEmpty() || m_failed.contains(job.key) || m_pictures.contains(job.key)) {
+    if (pixelSize.isEmpty() || hasFailed(job.key) || m_pictures.contains(job.key)) {
         const bool bFound = m_pictures.contains(job.key);
         QMetaObject::invokeMethod(
             this, [this, key = job.key, bFound] { Q_EMIT signalLoadPixmapFinished(key, bFound); },
@@ -204,18 +207,30 @@ void ThumbnailCache::work(std::deque<Job> &queue)
             image = prepared(image, job.pixelSize);
         if (m_bStop)
             return;
+        const bool bAway = image.isNull() && fileKey(job.path).isNull();
         QMetaObject::invokeMethod(
-            this, [this, job, image] { deliver(job, image); }, Qt::QueuedConnection);
+            this, [this, job, image, bAway] { deliver(job, image, bAway); }, Qt::QueuedConnection);
     }
 }
 
-void ThumbnailCache::deliver(const Job &job, const QImage &image)
+bool ThumbnailCache::hasFailed(const QString &key)
+{
+    const auto failed = m_failed.find(key);
+    if (failed == m_failed.end())
+        return false;
+    if (!failed->hasExpired())
+        return true;
+    m_failed.erase(failed);
+    return false;
+}
+
+void ThumbnailCache::deliver(const Job &job, const QImage &image, bool bAway)
 {
     m_pending.remove(job.key);
     if (image.isNull()) {
         if (m_failed.size() >= kMostFailures)
             m_failed.clear();
-        m_failed.insert(job.key);
+        m_failed.insert(job.key, bAway ? QDeadlineTimer(kAwayMsec) : QDeadlineTimer(QDeadlineTimer::Forever));
     } else {
         const Picture *pLargest = m_pictures.object(m_largestKey.value(job.fileState));
         if (!pLargest || pLargest->image.width() * pLargest->image.height() < image.width() * image.height())

@@ -5,6 +5,8 @@
 #include "services/basemodule/cache/ThumbnailFiles.h"
 
 #include <QCache>
+#include <QDeadlineTimer>
+#include <QHash>
 #include <QSet>
 
 #include <deque>
@@ -59,7 +61,8 @@ private:
     static QString fileState(const FileInfoPtr &pInfo);
     void startWorkers();
     void work(std::deque<Job> &queue);
-    void deliver(const Job &job, const QImage &image);
+    void deliver(const Job &job, const QImage &image, bool bAway);
+    bool hasFailed(const QString &key);
 
     /** Drops the names of pictures that the budget has dropped, now and then. */
     void forgetDropped();
@@ -69,7 +72,7 @@ private:
     QCache<QString, Picture> m_pictures;  ///< Cost in kilobytes.
     QHash<QString, QString> m_largestKey; ///< By file state: the key of the largest picture delivered.
     QSet<QString> m_pending;
-    QSet<QString> m_failed;
+    QHash<QString, QDeadlineTimer> m_failed; ///< Not tried again before.
 
     std::mutex m_queueMutex;
     std::condition_variable m_queueChanged;

@@ -62,7 +62,7 @@ QString ThumbnailFiles::pathFor(const QString &sourcePath, int nBucket) const
            QString::fromLatin1(digest) + QStringLiteral(".png");
 }
 
-QImage ThumbnailFiles::thumbnail(const QString &sourcePath, int nBucket, DecodeControl *pControl) const
+QImage ThumbnailFiles::thumbnail(const QString &sourcePath, int nBucket, DecodeControl *pControl, bool *pbLost) const
 {
     const FileKey key = fileKey(sourcePath);
     if (key.isNull())
@@ -85,8 +85,11 @@ QImage ThumbnailFiles::thumbnail(const QString &sourcePath, int nBucket, DecodeC
     noteOriginalSize(&image, result);
     // A picture smaller than its thumbnail, and thumbnails themselves, are not worth a second file.
     const bool bReduced = result.fullSize.width() > nBucket || result.fullSize.height() > nBucket;
-    if (!image.isNull() && bReduced && !sourcePath.startsWith(m_folder))
-        store(image, path, uri, nModifiedSec);
+    if (!image.isNull() && bReduced && !sourcePath.startsWith(m_folder)) {
+        const bool bStored = store(image, path, uri, nModifiedSec);
+        if (pbLost != nullptr)
+            *pbLost = !bStored;
+    }
     return image;
 }
 
@@ -105,11 +108,11 @@ QImage ThumbnailFiles::larger(const QString &sourcePath, int nBucket, const QByt
     return result;
 }
 
-bool ThumbnailFiles::keep(const QString &sourcePath, int nBucket, DecodeControl *pControl) const
+ThumbnailFiles::Kept ThumbnailFiles::keep(const QString &sourcePath, int nBucket, DecodeControl *pControl) const
 {
     const FileKey key = fileKey(sourcePath);
     if (key.isNull())
-        return false;
+        return Kept::Away;
     // The texts stand before the pixels: no need to read these.
     QFile file(pathFor(sourcePath, nBucket));
     if (file.open(QIODevice::ReadOnly)) {
@@ -117,9 +120,13 @@ bool ThumbnailFiles::keep(const QString &sourcePath, int nBucket, DecodeControl 
         const QByteArray time =
             QByteArrayLiteral("Thumb::MTime") + '\0' + QByteArray::number(key.modified / 1000000000);
         if (head.contains(time) && head.contains(uriOf(sourcePath)))
-            return true;
+            return Kept::Yes;
     }
-    return !thumbnail(sourcePath, nBucket, pControl).isNull();
+    bool bLost = false;
+    if (!thumbnail(sourcePath, nBucket, pControl, &bLost).isNull())
+        return bLost ? Kept::NotWritten : Kept::Yes;
+    // Its drive may have gone while it was read.
+    return fileKey(sourcePath).isNull() ? Kept::Away : Kept::Impossible;
 }
 
 void ThumbnailFiles::prune(qint64 nBudget, const std::atomic_bool &cancelled) const
@@ -185,29 +192,30 @@ QImage ThumbnailFiles::load(const QString &thumbnailPath, const QByteArray &uri,
     return bSame ? image : QImage();
 }
 
-void ThumbnailFiles::store(const QImage &image, const QString &thumbnailPath, const QByteArray &uri,
+bool ThumbnailFiles::store(const QImage &image, const QString &thumbnailPath, const QByteArray &uri,
                            qint64 nModifiedSec) const
 {
     const QString folder = QFileInfo(thumbnailPath).path();
     if (!QDir().exists(folder)) {
         if (!QDir().mkpath(folder))
-            return;
+            return false;
         QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     }
     // A temporary file is made readable by its owner only, as these folders want it.
     QTemporaryFile file(folder + QStringLiteral("/.bigimgpreview-XXXXXX"));
     if (!file.open())
-        return;
+        return false;
     QImage noted = image;
     noted.setText(QStringLiteral("Thumb::URI"), QString::fromUtf8(uri));
     noted.setText(QStringLiteral("Thumb::MTime"), QString::number(nModifiedSec));
     noted.setText(QStringLiteral("Software"), QStringLiteral("bigimgpreview"));
     if (!writePicture(&file, noted, QByteArrayLiteral("png"), kPngQuality) || !file.flush())
-        return;
+        return false;
     const QByteArray from = QFile::encodeName(file.fileName());
     file.close();
-    if (std::rename(from.constData(), QFile::encodeName(thumbnailPath).constData()) == 0)
-        file.setAutoRemove(false);
+    const bool bStored = std::rename(from.constData(), QFile::encodeName(thumbnailPath).constData()) == 0;
+    file.setAutoRemove(!bStored);
+    return bStored;
 }
 
 } // namespace basemodule

@@ -37,11 +37,21 @@ public:
     /** Where the thumbnail of a file stands; touches no disk. */
     QString pathFor(const QString &sourcePath, int nBucket) const;
 
-    /** The upright thumbnail of a file as it is now, read or made and then kept; null when none can be made. */
-    QImage thumbnail(const QString &sourcePath, int nBucket, DecodeControl *pControl) const;
+    /**
+     * The upright thumbnail of a file as it is now, read or made and then kept; null when none can be made. *pbLost
+     * tells whether the one that was made could not be written.
+     */
+    QImage thumbnail(const QString &sourcePath, int nBucket, DecodeControl *pControl, bool *pbLost = nullptr) const;
 
-    /** Makes sure that the thumbnail is kept; quicker than `thumbnail` where it is. False when none can be made. */
-    bool keep(const QString &sourcePath, int nBucket, DecodeControl *pControl) const;
+    enum class Kept {
+        Yes,
+        Impossible, ///< None can be made of the file.
+        NotWritten, ///< The disk is full, or does not let us.
+        Away,       ///< The file is not there.
+    };
+
+    /** Makes sure that the thumbnail is kept; quicker than `thumbnail` where it is. */
+    Kept keep(const QString &sourcePath, int nBucket, DecodeControl *pControl) const;
 
     /** Removes those of our own that were not used for longest until the rest keeps to the budget. */
     void prune(qint64 nBudget, const std::atomic_bool &cancelled) const;
@@ -55,7 +65,7 @@ public:
 private:
     QImage larger(const QString &sourcePath, int nBucket, const QByteArray &uri, qint64 nModifiedSec) const;
     QImage load(const QString &thumbnailPath, const QByteArray &uri, qint64 nModifiedSec) const;
-    void store(const QImage &image, const QString &thumbnailPath, const QByteArray &uri, qint64 nModifiedSec) const;
+    bool store(const QImage &image, const QString &thumbnailPath, const QByteArray &uri, qint64 nModifiedSec) const;
 
     QString m_folder;
     DocumentConverter *m_pDocuments;
