@@ -125,11 +125,6 @@ void PreviewController::takeFileBack(qint64 nFileId)
     openFullPreview(nFileId);
 }
 
-bool PreviewController::canClose() const
-{
-    return m_pFull != nullptr ? m_pFull->canClosePreview() : m_pDialog == nullptr || m_pDialog->canClosePreview();
-}
-
 void PreviewController::showNote(qint64 nFileId, int nPosition)
 {
     if (m_pNotes != nullptr && (isOpen() || openQuickPreview(nFileId)))

@@ -56,9 +56,6 @@ public:
     /** Opens what was stopped so again, under the name that the file has now. */
     void takeFileBack(qint64 nFileId);
 
-    /** False while the open preview asks the user to wait. */
-    bool canClose() const;
-
     /** The library is another one now: the ids of an open preview mean nothing in it, or other files. */
     void drop();
 
