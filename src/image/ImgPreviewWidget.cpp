@@ -179,7 +179,7 @@ void ImgPreviewWidget::slot_HorizonalRotateBtnClicked()
 
 void ImgPreviewWidget::slot_cutBtnClicked()
 {
-    // The crop button and its bar are shown; cropping itself is not offered.
+    // The button is shown with the others; cropping itself is not offered.
 }
 
 void ImgPreviewWidget::slot_EditBtnClicked()
