@@ -19,7 +19,6 @@
 #include <QTimer>
 
 #include <algorithm>
-
 #include <cmath>
 #include <utility>
 

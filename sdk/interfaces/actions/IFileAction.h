@@ -20,7 +20,8 @@ public:
 
     /**
      * Makes the picture at `path` the file's preview picture; an empty path takes an earlier one away. The
-     * path has the system's own separators. The host copies the picture before the result comes. Returns the action id, greater than 0, or 0 and below when refused.
+     * path has the system's own separators. The host copies the picture before the result comes. Returns the action id,
+     * greater than 0, or 0 and below when refused.
      */
     virtual qint64 setFileCover(qint64 nFileId, const QString &path) = 0;
 
