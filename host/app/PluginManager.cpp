@@ -98,9 +98,10 @@ PluginState PluginManager::readMetaData(const QString &filePath)
 
 void PluginManager::preload(const QString &folder)
 {
-    m_preload.reset(QThread::create([folder] {
+    m_preload.reset(QThread::create([this, folder] {
         const QStringList files = modulesIn(QDir(folder));
         for (const QString &file : files) {
+            const std::lock_guard<std::mutex> lock(m_loading);
             QPluginLoader loader(file);
             // Only what is a plug-in by its metadata, which are read without running its code.
             if (!loader.metaData().value(QStringLiteral("IID")).toString().isEmpty())
@@ -120,8 +121,10 @@ void PluginManager::loadFolder(const QString &folder)
         return;
     }
     const QStringList files = modulesIn(dir);
-    for (const QString &file : files)
+    for (const QString &file : files) {
+        const std::lock_guard<std::mutex> lock(m_loading);
         m_states.push_back(readMetaData(file));
+    }
     for (PluginState &state : m_states) {
         if (state.error.isEmpty())
             load(&state);
@@ -132,6 +135,10 @@ void PluginManager::loadFolder(const QString &folder)
 
 void PluginManager::load(PluginState *pState)
 {
+    {
+        const std::lock_guard<std::mutex> lock(m_loading);
+        pState->pLoader->load();
+    }
     QObject *pObject = pState->pLoader->instance();
     if (pObject == nullptr) {
         pState->error = pState->pLoader->errorString();

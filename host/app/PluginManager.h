@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <mutex>
 #include <vector>
 
 class QPluginLoader;
@@ -83,6 +84,8 @@ private:
     std::vector<PluginState> m_states;
     QHash<QString, QList<IPlugin *>> m_byClassName;
     QStringList m_folderProblems;
+    /** Held for one module at a time: two threads must not load the same one at once, which Qt does not guard. */
+    std::mutex m_loading;
     std::unique_ptr<QThread> m_preload;
     bool m_bRunning = false;
 };
